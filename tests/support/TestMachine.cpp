@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "support/TestMachine.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace fs = std::filesystem;
+
+namespace logbook::test {
+
+TestMachine::TestMachine(int code_page) {
+  std::string pattern = (fs::temp_directory_path() / "logbook-test-XXXXXX").string();
+  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
+  machine_.home = pattern;
+  machine_.code_page = CodePage::Find(code_page);
+  fs::create_directories(fs::path(pattern) / "drives" / "c");
+}
+
+TestMachine::~TestMachine() {
+  std::error_code ignored;
+  fs::remove_all(machine_.home, ignored);
+}
+
+std::string TestMachine::Native(std::string_view path) const {
+  std::string text(path);
+  std::replace(text.begin(), text.end(), '\\', '/');
+  if (text.rfind("C:", 0) == 0) text = home() + "/drives/c" + text.substr(2);
+  return text;
+}
+
+void TestMachine::Put(std::string_view path, std::string_view bytes) const {
+  const fs::path native = Native(path);
+  fs::create_directories(native.parent_path());
+  std::ofstream out(native, std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!out.flush()) throw std::runtime_error("cannot write " + native.string());
+}
+
+std::string TestMachine::Get(std::string_view path) const {
+  std::ifstream in(Native(path), std::ios::binary);
+  if (!in) {
+    ADD_FAILURE() << "missing file " << path;
+    return {};
+  }
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void TestMachine::MakeFolders(std::string_view path) const {
+  fs::create_directories(Native(path));
+}
+
+bool TestMachine::Has(std::string_view path) const { return fs::exists(Native(path)); }
+
+}  // namespace logbook::test
