@@ -13,6 +13,8 @@ std::string DescriptionOf(ErrorNumber number) {
       return "Overflow";
     case ErrorNumber::kSubscriptOutOfRange:
       return "Subscript out of range";
+    case ErrorNumber::kTypeMismatch:
+      return "Type mismatch";
     case ErrorNumber::kInternalError:
       return "Internal error";
     case ErrorNumber::kFileNotFound:

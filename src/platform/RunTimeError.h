@@ -16,6 +16,7 @@ enum class ErrorNumber : int {
   kInvalidProcedureCall = 5,
   kOverflow = 6,
   kSubscriptOutOfRange = 9,
+  kTypeMismatch = 13,
   kInternalError = 51,
   kFileNotFound = 53,
   kDeviceInputOutput = 57,

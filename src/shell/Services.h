@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// What differs between a desktop and a test: the partners and surroundings of the program, each an
+// interface of few functions, gathered in one struct that is handed beside the state. Files,
+// profiles and the code page are not here: they are the real thing everywhere.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "shell/Control.h"
+
+namespace logbook {
+
+struct AppState;
+
+// Requests of named text items from the host control panel (docs/host-link.md).
+class HostLink {
+ public:
+  virtual ~HostLink() = default;
+  // Sends one request to the application `host_id` on the topic and returns the reply. Waits 5 s
+  // at most. Raises RunTimeError if there is no host, no such item or no answer in time.
+  virtual std::string Request(const std::string& host_id, const std::string& topic,
+                              const std::string& item) = 0;
+  // Closes the link. Raises nothing.
+  virtual void Close() = 0;
+};
+
+// The handshake cell DDELabel, a text that both sides read and write (docs/host-link.md).
+class HandshakeCell {
+ public:
+  virtual ~HandshakeCell() = default;
+  // The text; empty at start.
+  virtual std::string Text() const = 0;
+  virtual void SetText(const std::string& text) = 0;
+};
+
+// Delivery of pending window and bus events from inside a wait.
+class EventDelivery {
+ public:
+  virtual ~EventDelivery() = default;
+  // Delivers what is pending. If nothing is, sleeps until an event comes, for a short while at
+  // most. Returns for how many polls of a tight loop this stands, at least 1.
+  virtual int Deliver() = 0;
+};
+
+enum class MessageIcon { kNone, kCritical, kExclamation, kInformation };
+enum class MessageButtons { kOk, kYesNo };
+enum class MessageAnswer { kOk, kYes, kNo };
+
+struct Message {
+  std::string Text;  // UTF-8; a carriage return, with or without line feed, breaks the line
+  MessageIcon Icon = MessageIcon::kExclamation;
+  MessageButtons Buttons = MessageButtons::kOk;
+  std::optional<std::string> Title;  // nothing: the program's default title, string 112
+};
+
+class MessageBoxes {
+ public:
+  virtual ~MessageBoxes() = default;
+  // Shows the box modally and returns the answer. Closing a Yes/No box counts as No.
+  virtual MessageAnswer Show(const Message& message) = 0;
+};
+
+struct LocalTime {
+  int Year = 2000, Month = 1, Day = 1, Hour = 0, Minute = 0, Second = 0;
+};
+
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  virtual LocalTime Now() = 0;
+};
+
+// The process as such.
+class Process {
+ public:
+  virtual ~Process() = default;
+  // True if another process is the running logbook. Claims that place otherwise.
+  virtual bool OtherInstanceRuns() = 0;
+  // Ends the process at once with this exit status; windows get no further events.
+  [[noreturn]] virtual void End(int status) = 0;
+};
+
+// The content-server client of the workstation.
+class EcmClient {
+ public:
+  virtual ~EcmClient() = default;
+  // True if content-server integration is on for this workstation.
+  virtual bool EcmEnabled(std::string& message) = 0;
+  // Hands a staging folder over. On false the message says why.
+  virtual bool EcmSubmit(const std::string& staging_folder, std::string& message) = 0;
+  virtual void EcmSetOwnerWindow(std::intptr_t window) = 0;
+  virtual void EcmReleaseOwnerWindow(std::intptr_t window) = 0;
+};
+
+// The windows of the program. Modal ones return when they have closed.
+class Forms {
+ public:
+  virtual ~Forms() = default;
+
+  // Brings the main window to what state.frmMain and state.ListView1 say.
+  virtual void UpdateMain() = 0;
+  // Sets the main window's outer size in twips; returns the inner size that results.
+  virtual Size SetMainSize(Size outer) = 0;
+  virtual std::intptr_t MainWindowHandle() = 0;
+
+  // Shows frmLogEditor modally, with this caption before its load if there is one. Raises
+  // kObjectUnloaded (364) if the dialog unloads itself while it loads.
+  virtual void ShowLogEditor(const std::optional<std::string>& caption) = 0;
+  // Loads frmLogView, then sets its caption and shows it modally.
+  virtual void ShowLogView(const std::string& caption) = 0;
+  virtual void ShowChangeItem() = 0;
+  virtual bool ChangeItemVisible() = 0;
+};
+
+// The window system's part of placing windows; used by desktop/AsDialog alone. Rectangles are in
+// pixels. Calls on windows that do not exist do nothing and return empty results.
+struct PixelRect {
+  long Left = 0, Top = 0, Right = 0, Bottom = 0;
+};
+class WindowSystem {
+ public:
+  virtual ~WindowSystem() = default;
+  enum class Band { kNormal, kTopmost };
+  // Moves the window to the top of a band without moving or sizing it.
+  virtual void SetBand(std::intptr_t window, Band band) = 0;
+  virtual std::string ClassName(std::intptr_t window) = 0;
+  // The first child of this class, compared without regard to case; 0 if there is none.
+  virtual std::intptr_t FindChild(std::intptr_t parent, const std::string& class_name) = 0;
+  virtual void SetParent(std::intptr_t window, std::intptr_t parent) = 0;
+  // The client area; its origin is 0, 0.
+  virtual PixelRect ClientRect(std::intptr_t window) = 0;
+  virtual PixelRect WorkArea() = 0;
+  // The normal position of the window, frame included.
+  virtual PixelRect NormalPosition(std::intptr_t window) = 0;
+  virtual void SetNormalPosition(std::intptr_t window, const PixelRect& place) = 0;
+};
+
+struct Services {
+  HostLink& host;
+  HandshakeCell& cell;
+  EventDelivery& events;
+  MessageBoxes& messages;
+  Clock& clock;
+  Process& process;
+  EcmClient& ecm;
+  Forms& forms;
+  WindowSystem& windows;
+};
+
+}  // namespace logbook

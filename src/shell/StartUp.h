@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// Start and stop of a run. Form_Load is the start-up sequence and the program has no other entry;
+// the process ends in GlobalEnd alone.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "shell/AppState.h"
+#include "shell/Services.h"
+
+namespace logbook {
+
+// The load step of frmMain: from the command line (the program's arguments joined by single
+// blanks) to the moment the window may be shown. Ends the process through GlobalEnd if the line is
+// empty, another instance runs or the host does not answer, and after an automatic recording.
+// Raises what its untrapped steps raise.
+void Form_Load(AppState& state, Services& services, const std::string& command_line);
+
+// The unload step of frmMain: GlobalEnd.
+[[noreturn]] void Form_Unload(AppState& state, Services& services);
+
+// Fetches the paths from the host and makes LogRoot (one level) if it is missing. Any failure ends
+// the process through GlobalEnd, silently.
+void GetPath(AppState& state, Services& services);
+
+// Makes the main window unavailable, waits without limit until the handshake cell reads 0, writes
+// 9, waits for at most 200000 polls until the host has changed it, and ends the process with
+// status 0.
+[[noreturn]] void GlobalEnd(AppState& state, Services& services);
+
+// Takes HostId, CEMode and AutoRec from the command line. HostId is what lies before the first
+// blank, or the whole line if there is no blank or it stands first; the two words are searched for
+// in the whole line without regard to case.
+void TakeCommandLine(AppState& state, const std::string& command_line);
+
+// The number that the handshake cell reads; 0 for an empty text.
+double CellValue(const HandshakeCell& cell);
+
+// The one frame around every event handler: runs it and, if a run-time error comes out, reports it
+// in a message box and ends the process with status 1.
+void RunHandler(Services& services, const std::function<void()>& handler);
+
+}  // namespace logbook
