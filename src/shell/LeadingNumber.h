@@ -10,10 +10,11 @@
 
 namespace logbook {
 
-// The number that the text begins with: blanks in front are skipped, then sign, digits, point and
-// exponent ("E" or "e") are taken as far as they form a number; blanks inside end it. A prefix
-// "&H" (or "&h") reads hexadecimal digits instead. 0 if the text does not begin with a number.
-// Raises kOverflow if the number is too large for a double.
+// The number that the text begins with: blanks and tabs in front are skipped, then sign, digits,
+// point and exponent ("E" or "e") are taken as far as they form a number; blanks inside end it. A
+// prefix "&H" (or "&h") reads hexadecimal digits instead, without a sign: "&HFFFF" is 65535. 0 if
+// the text does not begin with a number or holds one too small for a double. Raises kOverflow if
+// the number is too large for a double.
 double LeadingNumber(std::string_view text);
 
 // The same, rounded to a whole number (halves to the nearest even one) that fits 16 bits. Raises
