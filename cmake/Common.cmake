@@ -7,7 +7,7 @@
 add_library(logbook_options INTERFACE)
 target_compile_features(logbook_options INTERFACE cxx_std_20)
 target_compile_options(logbook_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wno-missing-field-initializers
   $<$<BOOL:${LOGBOOK_WERROR}>:-Werror>)
 target_compile_definitions(logbook_options INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY

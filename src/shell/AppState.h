@@ -40,10 +40,10 @@ struct AppState {
   std::string HelpFile;
   std::string LogPath;  // folder of the log being recorded; empty when none could be made
 
-  std::int16_t LogCount = 0;              // rows held in FileList, 0 to 256
-  std::array<FileRecord, 257> FileList;   // row 0 is never used
-  std::int16_t CurrentLog = 0;            // index in FileList of the log handed to frmLogView
-  std::string CurrentLogDate;             // text and folder name of the chosen row
+  std::int16_t LogCount = 0;             // rows held in FileList, 0 to 256
+  std::array<FileRecord, 257> FileList;  // row 0 is never used
+  std::int16_t CurrentLog = 0;           // index in FileList of the log handed to frmLogView
+  std::string CurrentLogDate;            // text and folder name of the chosen row
   std::string CurrentLogName;
   std::int16_t ChangeColumn = 0;  // list column 3 to 8 handed to frmChangeItem
   std::int16_t ViewMode = 0;      // the report that frmLogView shows

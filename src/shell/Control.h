@@ -25,9 +25,9 @@ struct Size {
 
 struct Control {
   std::string Name;  // the object name
-  Rect Place;
-  std::string Caption;  // UTF-8; an ampersand before a letter marks the access key
-  Font TextFont;
+  Rect Place{};
+  std::string Caption{};  // UTF-8; an ampersand before a letter marks the access key
+  Font TextFont{};
   bool Enabled = true;
   bool Visible = true;
 };

@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "shell/StartUp.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "desktop/AsDialog.h"
+#include "desktop/LogbookGen.h"
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "shell/LeadingNumber.h"
+#include "store/LogList.h"
+#include "store/Recording.h"
+
+namespace logbook {
+
+namespace {
+
+constexpr int kEndingPolls = 200000;
+constexpr const char* kHostTopic = "CPWAIT";
+
+char LowerAscii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool ContainsIgnoringCase(std::string_view text, std::string_view word) {
+  const auto equal = [](char a, char b) { return LowerAscii(a) == LowerAscii(b); };
+  return std::search(text.begin(), text.end(), word.begin(), word.end(), equal) != text.end();
+}
+
+}  // namespace
+
+void TakeCommandLine(AppState& state, const std::string& command_line) {
+  const std::size_t blank = command_line.find(' ');
+  const bool has_first_token = blank != std::string::npos && blank > 0;
+  state.HostId = has_first_token ? command_line.substr(0, blank) : command_line;
+  state.CEMode = ContainsIgnoringCase(command_line, "CE");
+  state.AutoRec = ContainsIgnoringCase(command_line, "AutoRec");
+}
+
+double CellValue(const HandshakeCell& cell) {
+  return LeadingNumber(cell.Text());
+}
+
+void Form_Load(AppState& state, Services& services, const std::string& command_line) {
+  TakeCommandLine(state, command_line);
+  if (state.HostId.empty()) GlobalEnd(state, services);
+  if (services.process.OtherInstanceRuns()) GlobalEnd(state, services);
+  GetPath(state, services);
+  Init_Sec(state);
+  SetMainFonts(state);
+  SetMainCaptions(state);
+  Init_FileList(state, services);
+  if (state.AutoRec) {
+    cmdRecord_Click(state, services);
+    GlobalEnd(state, services);
+  }
+  ArrangeMainWindow(state, services);
+  services.forms.UpdateMain();
+  PlaceAndRaise(services.windows, services.forms.MainWindowHandle());
+  std::string unused_message;
+  if (services.ecm.EcmEnabled(unused_message))
+    services.ecm.EcmSetOwnerWindow(services.forms.MainWindowHandle());
+}
+
+void Form_Unload(AppState& state, Services& services) {
+  GlobalEnd(state, services);
+}
+
+void GetPath(AppState& state, Services& services) {
+  const auto ask = [&](const char* item) {
+    return services.host.Request(state.HostId, kHostTopic, item);
+  };
+  try {
+    const std::string exe_path = ask("_exepath$");
+    state.IniFile = exe_path + "logbook.ini";
+    state.ExePath = exe_path;
+    state.LogRoot = ask("_instpath$") + "maintain\\";
+    state.HelpPath = ask("_helppath$");
+    state.HelpFile = ask("_helpfile$");
+    services.host.Close();
+    if (!FolderExists(state.machine, state.LogRoot)) MakeFolder(state.machine, state.LogRoot);
+  } catch (const RunTimeError&) {
+    GlobalEnd(state, services);
+  }
+}
+
+void GlobalEnd(AppState& state, Services& services) {
+  state.frmMain.Available = false;
+  services.forms.UpdateMain();
+  try {
+    while (CellValue(services.cell) != 0) services.events.Deliver();
+    services.cell.SetText("9");
+    int polls = 0;
+    while (CellValue(services.cell) == 9 && polls < kEndingPolls)
+      polls += services.events.Deliver();
+  } catch (const RunTimeError&) {
+    // The host is out of reach: the end needs no one's consent.
+  }
+  services.process.End(0);
+}
+
+void RunHandler(Services& services, const std::function<void()>& handler) {
+  try {
+    handler();
+  } catch (const RunTimeError& error) {
+    services.messages.Show({.Text = "Run-time error '" +
+                                    std::to_string(static_cast<int>(error.Number())) +
+                                    "':\r\n\r\n" + error.Description(),
+                            .Icon = MessageIcon::kCritical});
+    services.process.End(1);
+  }
+}
+
+}  // namespace logbook

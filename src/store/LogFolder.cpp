@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "store/LogFolder.h"
+
+#include "platform/Files.h"
+#include "platform/Profile.h"
+#include "platform/RunTimeError.h"
+#include "resources/Resources.h"
+
+namespace logbook {
+
+namespace {
+
+constexpr int kLogsPerDay = 256;
+constexpr int kDayFullMessage = 224;
+
+// The last `width` decimal digits of a number, padded with zeros.
+std::string Digits(int number, std::size_t width) {
+  const std::string digits = std::string(width, '0') + std::to_string(number);
+  return digits.substr(digits.size() - width);
+}
+
+std::string RunningNumber(int number) {
+  constexpr const char* kHexadecimal = "0123456789ABCDEF";
+  return {kHexadecimal[number / 16], kHexadecimal[number % 16]};
+}
+
+}  // namespace
+
+std::string DateText(const LocalTime& time) {
+  return Digits(time.Month, 2) + "/" + Digits(time.Day, 2) + "/" + Digits(time.Year, 4) + " " +
+         Digits(time.Hour, 2) + ":" + Digits(time.Minute, 2) + ":" + Digits(time.Second, 2);
+}
+
+std::string GetNewFileName(AppState& state, Services& services) {
+  const LocalTime now = services.clock.Now();
+  const std::string base = Digits(now.Year, 2) + Digits(now.Month, 2) + Digits(now.Day, 2);
+  for (int number = 0; number < kLogsPerDay; ++number) {
+    const std::string folder = state.LogRoot + base + RunningNumber(number);
+    if (Exists(state.machine, folder)) continue;
+    MakeFolder(state.machine, folder);
+    if (!WritePrivateProfileString(state.machine, "LogFile", "Date", DateText(now),
+                                   folder + "\\logfile.ini"))
+      throw RunTimeError(ErrorNumber::kPathFileAccess);
+    return folder + "\\";
+  }
+  services.messages.Show({.Text = std::string(LoadResString(kDayFullMessage))});
+  return {};
+}
+
+}  // namespace logbook
