@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/qt/DBusHostLink.h"
+
+#include "platform/HostLinkNames.h"
+#include "platform/RunTimeError.h"
+#include "platform/qt/Widgets.h"
+
+#include <QDBusMessage>
+#include <utility>
+
+namespace logbook {
+namespace {
+
+QString Text(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+}  // namespace
+
+DBusHostLink::DBusHostLink(QDBusConnection bus) : bus_(std::move(bus)) {}
+
+std::string DBusHostLink::Request(const std::string& host_id, const std::string& topic,
+                                  const std::string& item) {
+  QDBusMessage call =
+      QDBusMessage::createMethodCall(ToQt(HostBusName(host_id)), QLatin1Char('/') + ToQt(topic),
+                                     Text(kHostInterface), Text(kHostRequestMethod));
+  call.setAutoStartService(false);
+  call << ToQt(item);
+  const QDBusMessage reply = bus_.call(call, QDBus::Block, kHostRequestTimeoutMilliseconds);
+  if (reply.type() != QDBusMessage::ReplyMessage) {
+    throw RunTimeError(ErrorNumber::kDeviceInputOutput, reply.errorMessage().toStdString());
+  }
+  if (reply.signature() != QLatin1String("s")) {
+    throw RunTimeError(ErrorNumber::kDeviceInputOutput, "The host's reply is no text");
+  }
+  return reply.arguments().constFirst().toString().toStdString();
+}
+
+}  // namespace logbook

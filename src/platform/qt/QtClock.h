@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The workstation's local time.
+#pragma once
+
+#include "shell/Services.h"
+
+namespace logbook {
+
+class QtClock : public Clock {
+ public:
+  LocalTime Now() override;
+};
+
+}  // namespace logbook

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/qt/QtForms.h"
+
+#include "editor/LogEditor.h"
+#include "editor/frmLogEditor.h"
+#include "platform/RunTimeError.h"
+#include "shell/frmMain.h"
+
+namespace logbook {
+
+QtForms::QtForms(AppState& state) : state_(state) {}
+
+void QtForms::Attach(frmMain& main, Services& services) {
+  main_ = &main;
+  services_ = &services;
+}
+
+void QtForms::UpdateMain() {
+  if (main_ != nullptr) main_->Update();
+}
+
+Size QtForms::SetMainSize(Size outer) {
+  return main_ == nullptr ? outer : main_->SetOuterSize(outer);
+}
+
+std::intptr_t QtForms::MainWindowHandle() {
+  return main_ == nullptr ? 0 : static_cast<std::intptr_t>(main_->winId());
+}
+
+void QtForms::ShowLogEditor(const std::optional<std::string>& caption) {
+  if (main_ == nullptr) return;
+  LogEditor editor;
+  if (caption) editor.Window.Caption = *caption;
+  frmLogEditor form(main_, state_, *services_, editor);
+  form.Load();
+  if (editor.Unloaded) throw RunTimeError(ErrorNumber::kObjectUnloaded);
+  form.exec();
+}
+
+void QtForms::ShowLogView(const std::string&) {}
+
+void QtForms::ShowChangeItem() {}
+
+bool QtForms::ChangeItemVisible() {
+  return false;
+}
+
+}  // namespace logbook

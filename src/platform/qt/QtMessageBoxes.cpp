@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/qt/QtMessageBoxes.h"
+
+#include "platform/qt/Widgets.h"
+#include "resources/Resources.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace logbook {
+namespace {
+
+constexpr int kDefaultTitle = 112;
+
+QMessageBox::Icon ToolkitIcon(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::kNone:
+      return QMessageBox::NoIcon;
+    case MessageIcon::kCritical:
+      return QMessageBox::Critical;
+    case MessageIcon::kExclamation:
+      return QMessageBox::Warning;
+    case MessageIcon::kInformation:
+      return QMessageBox::Information;
+  }
+  return QMessageBox::NoIcon;
+}
+
+QWidget* Owner() {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible() && window->windowType() == Qt::Window) return window;
+  }
+  return nullptr;
+}
+
+void AddButton(QMessageBox& box, QMessageBox::StandardButton which, const QString& name) {
+  QPushButton* button = box.addButton(which);
+  button->setObjectName(name);
+  button->setAccessibleName(name);
+}
+
+}  // namespace
+
+MessageAnswer QtMessageBoxes::Show(const Message& message) {
+  QMessageBox box(Owner());
+  box.setObjectName(QLatin1String(kMessageBoxName));
+  box.setTextFormat(Qt::PlainText);
+  QString text = ToQt(message.Text);
+  text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+  text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+  box.setText(text);
+  box.setWindowTitle(ToQt(message.Title.value_or(std::string(LoadResString(kDefaultTitle)))));
+  box.setIcon(ToolkitIcon(message.Icon));
+  if (message.Buttons == MessageButtons::kOk) {
+    AddButton(box, QMessageBox::Ok, QStringLiteral("OK"));
+    box.exec();
+    return MessageAnswer::kOk;
+  }
+  AddButton(box, QMessageBox::Yes, QStringLiteral("Yes"));
+  AddButton(box, QMessageBox::No, QStringLiteral("No"));
+  box.setDefaultButton(QMessageBox::Yes);
+  box.setEscapeButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes ? MessageAnswer::kYes : MessageAnswer::kNo;
+}
+
+}  // namespace logbook
