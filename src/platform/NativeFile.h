@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// What files, profiles and the hive rest on, by native paths: reading a whole file, and replacing
+// one so that readers and crashes meet the old file or the new one and never a part. Used inside
+// this folder only; the rest of the program goes by path texts.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace logbook {
+
+// The name that a file has while its new contents are written. A writer that was killed may leave
+// one behind; it is no entry of its folder for any routine of Files.h, and the next writer in that
+// folder removes it.
+inline constexpr std::string_view kTemporaryName = ".logbook-new~";
+
+// The whole file as bytes. Raises 53, 75 (a folder, an empty name), 76, 70, 57.
+std::string ReadNativeFile(const std::string& native_path);
+
+// The right to replace one file. Writers of a folder wait for each other in all processes, from
+// the making of this object to its end, so what is read here cannot change before it is replaced.
+// A link is followed: its target is replaced and the link stays.
+class FileReplacement {
+ public:
+  // Waits for the folder. Raises 76 if it is missing, 75 for an empty name, 70, 57.
+  explicit FileReplacement(const std::string& native_path);
+  ~FileReplacement();
+  FileReplacement(const FileReplacement&) = delete;
+  FileReplacement& operator=(const FileReplacement&) = delete;
+
+  // The file's present bytes; nothing if there is no file. Raises 75, 70, 57.
+  std::optional<std::string> Bytes() const;
+
+  // Replaces the file or makes it; an existing one keeps its mode and owner. Raises 75 for a
+  // folder or a read-only file, 70, 61, 57; the old file is then unchanged.
+  void Replace(std::string_view bytes);
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace logbook

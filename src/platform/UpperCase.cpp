@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/UpperCase.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <iterator>
+
+#include "platform/Utf8.h"
+
+namespace logbook {
+
+namespace {
+
+struct LetterRun {
+  char16_t first;
+  char16_t last;
+  std::uint8_t step;
+  std::int32_t distance;
+};
+
+constexpr LetterRun kLetterRuns[] = {
+#include "platform/UpperCase.inc"
+};
+
+constexpr bool RunsAscend() {
+  for (std::size_t i = 1; i < std::size(kLetterRuns); ++i) {
+    if (kLetterRuns[i].first <= kLetterRuns[i - 1].last) return false;
+  }
+  return true;
+}
+static_assert(RunsAscend());
+
+constexpr char UpperCaseByte(char byte) {
+  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
+}
+
+}  // namespace
+
+char32_t UpperCase(char32_t character) {
+  if (character < 0x80) {
+    return static_cast<unsigned char>(UpperCaseByte(static_cast<char>(character)));
+  }
+  const auto* run =
+      std::upper_bound(std::begin(kLetterRuns), std::end(kLetterRuns), character,
+                       [](char32_t wanted, const LetterRun& r) { return wanted < r.first; });
+  if (run == std::begin(kLetterRuns)) return character;
+  --run;
+  if (character > run->last || (character - run->first) % run->step != 0) return character;
+  return static_cast<char32_t>(static_cast<std::int32_t>(character) + run->distance);
+}
+
+std::string UpperCaseText(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  std::size_t position = 0;
+  while (position < text.size()) {
+    const std::size_t start = position;
+    const char32_t character = NextCharacter(text, position);
+    if (character == kNotUtf8) {
+      result.push_back(text[start]);
+    } else {
+      AppendCharacter(UpperCase(character), result);
+    }
+  }
+  return result;
+}
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+  if (EndOfAscii(a, 0) == a.size() && EndOfAscii(b, 0) == b.size()) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return UpperCaseByte(x) == UpperCaseByte(y); });
+  }
+  return UpperCaseText(a) == UpperCaseText(b);
+}
+
+}  // namespace logbook

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// Comparing without regard to case, beyond ASCII and never by the locale: for names on the disk,
+// for names in profiles and for keys of the registry.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace logbook {
+
+// The upper-case letter of a character, or the character itself if it has none. A letter beyond
+// ASCII never becomes an ASCII one.
+char32_t UpperCase(char32_t character);
+
+// The text (UTF-8) in upper case. Bytes that are no UTF-8 stand as they are. Two names are the
+// same name if this gives the same for both.
+std::string UpperCaseText(std::string_view text);
+
+// True if the two texts differ in case at most.
+bool EqualIgnoringCase(std::string_view a, std::string_view b);
+
+}  // namespace logbook

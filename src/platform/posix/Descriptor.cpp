@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/posix/Descriptor.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "platform/RunTimeError.h"
+#include "platform/posix/SystemError.h"
+
+namespace logbook::posix {
+
+Descriptor OpenForReading(const std::string& native_path) {
+  if (native_path.empty()) throw RunTimeError(ErrorNumber::kPathFileAccess);
+  Descriptor file(open(native_path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file.IsOpen()) RaiseFileError(errno, native_path);
+  struct stat status = {};
+  if (fstat(file.Number(), &status) != 0) RaiseFileError(errno, native_path);
+  if (S_ISDIR(status.st_mode)) throw RunTimeError(ErrorNumber::kPathFileAccess);
+  return file;
+}
+
+std::size_t ReadSome(const Descriptor& file, char* buffer, std::size_t size) {
+  while (true) {
+    const ssize_t count = read(file.Number(), buffer, size);
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno != EINTR) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+  }
+}
+
+std::string ReadToEnd(const Descriptor& file) {
+  std::string bytes;
+  struct stat status = {};
+  if (fstat(file.Number(), &status) == 0 && status.st_size > 0) {
+    bytes.reserve(static_cast<std::size_t>(status.st_size));
+  }
+  char buffer[16384];
+  while (const std::size_t count = ReadSome(file, buffer, sizeof buffer)) {
+    bytes.append(buffer, count);
+  }
+  return bytes;
+}
+
+bool WriteAll(const Descriptor& file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(file.Number(), bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+}  // namespace logbook::posix

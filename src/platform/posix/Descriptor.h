@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// A file descriptor that is closed with its object.
+#pragma once
+
+#include <unistd.h>
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace logbook::posix {
+
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() { Close(); }
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+
+  int Number() const { return number_; }
+  bool IsOpen() const { return number_ >= 0; }
+  void Close() {
+    if (number_ >= 0) close(number_);
+    number_ = -1;
+  }
+
+ private:
+  int number_ = -1;
+};
+
+// The file opened for reading. Raises 53, 75 (a folder, an empty name), 76, 70, 57.
+Descriptor OpenForReading(const std::string& native_path);
+
+// Reads at most `size` bytes; 0 at the end. Raises 57.
+std::size_t ReadSome(const Descriptor& file, char* buffer, std::size_t size);
+
+// Reads up to the end. Raises 57.
+std::string ReadToEnd(const Descriptor& file);
+
+// Writes all bytes; false with errno set if the system refused.
+bool WriteAll(const Descriptor& file, std::string_view bytes);
+
+}  // namespace logbook::posix

@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+
+#include "platform/NativeFile.h"
+#include "platform/RunTimeError.h"
+#include "platform/posix/Descriptor.h"
+#include "platform/posix/SystemError.h"
+
+namespace logbook {
+
+using posix::Descriptor;
+using posix::ParentOf;
+using posix::RaiseFileError;
+
+namespace {
+
+// The path with links followed to the end, also if the last one leads nowhere yet.
+std::string FollowLinks(std::string path) {
+  constexpr int kMostLinks = 40;
+  for (int links = 0; links < kMostLinks; ++links) {
+    char target[PATH_MAX];
+    const ssize_t length = readlink(path.c_str(), target, sizeof target);
+    if (length < 0) return path;
+    const std::string text(target, static_cast<std::size_t>(length));
+    path = !text.empty() && text[0] == '/' ? text : ParentOf(path) + "/" + text;
+  }
+  throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+}
+
+Descriptor OpenFolder(const std::string& folder) {
+  Descriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (descriptor.IsOpen()) return descriptor;
+  if (errno == ENOTDIR) throw RunTimeError(ErrorNumber::kPathNotFound);
+  posix::RaiseFolderError(errno);
+}
+
+// Some network disks know no locks on folders; writers there go without.
+bool Lock(const Descriptor& folder) {
+  int result = 0;
+  do {
+    result = flock(folder.Number(), LOCK_EX);
+  } while (result != 0 && errno == EINTR);
+  return result == 0;
+}
+
+}  // namespace
+
+std::string ReadNativeFile(const std::string& native_path) {
+  return ReadToEnd(posix::OpenForReading(native_path));
+}
+
+struct FileReplacement::State {
+  std::string path;  // links followed
+  std::string name;  // within the folder
+  Descriptor folder;
+  std::string temporary;
+
+  // The mode that the new file shall have. Raises what forbids the replacement.
+  mode_t CheckTarget(struct stat& status, bool& exists) const {
+    exists = fstatat(folder.Number(), name.c_str(), &status, 0) == 0;
+    if (!exists && errno != ENOENT) RaiseFileError(errno, path);
+    if (!exists) return 0;
+    if (!S_ISREG(status.st_mode) || (status.st_mode & S_IWUSR) == 0) {
+      throw RunTimeError(ErrorNumber::kPathFileAccess);
+    }
+    if (faccessat(folder.Number(), name.c_str(), W_OK, 0) != 0) RaiseFileError(errno, path);
+    return status.st_mode & 07777;
+  }
+
+  // Writes the temporary file up to the disk; false with errno set on failure.
+  bool WriteTemporary(std::string_view bytes, bool exists, const struct stat& old,
+                      mode_t mode) const {
+    unlinkat(folder.Number(), temporary.c_str(), 0);
+    const Descriptor file(openat(folder.Number(), temporary.c_str(),
+                                 O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+    if (!file.IsOpen() || !WriteAll(file, bytes)) return false;
+    if (exists) {
+      // Only a privileged process may give a file away; without that the new owner is ours.
+      if (fchown(file.Number(), old.st_uid, old.st_gid) != 0) errno = 0;
+      if (fchmod(file.Number(), mode) != 0) return false;
+    }
+    return fsync(file.Number()) == 0;
+  }
+};
+
+FileReplacement::FileReplacement(const std::string& native_path)
+    : state_(std::make_unique<State>()) {
+  if (native_path.empty()) throw RunTimeError(ErrorNumber::kPathFileAccess);
+  state_->path = FollowLinks(native_path);
+  state_->name = state_->path.substr(state_->path.rfind('/') + 1);
+  if (state_->name.empty()) throw RunTimeError(ErrorNumber::kPathFileAccess);
+  state_->folder = OpenFolder(ParentOf(state_->path));
+  state_->temporary = kTemporaryName;
+  if (!Lock(state_->folder)) state_->temporary += std::to_string(getpid());
+}
+
+FileReplacement::~FileReplacement() = default;
+
+std::optional<std::string> FileReplacement::Bytes() const {
+  try {
+    return ReadNativeFile(state_->path);
+  } catch (const RunTimeError& error) {
+    if (error.Number() != ErrorNumber::kFileNotFound) throw;
+    return std::nullopt;
+  }
+}
+
+void FileReplacement::Replace(std::string_view bytes) {
+  struct stat old = {};
+  bool exists = false;
+  const mode_t mode = state_->CheckTarget(old, exists);
+  const int folder = state_->folder.Number();
+  const char* temporary = state_->temporary.c_str();
+  if (!state_->WriteTemporary(bytes, exists, old, mode) ||
+      renameat(folder, temporary, folder, state_->name.c_str()) != 0) {
+    const int error = errno;
+    unlinkat(folder, temporary, 0);
+    RaiseFileError(error, state_->path);
+  }
+  fsync(folder);
+}
+
+}  // namespace logbook
