@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 
+#include "catalogue/ItemRecord.h"
 #include "platform/Machine.h"
 #include "shell/MainWindow.h"
 #include "store/ListView.h"
@@ -50,6 +51,8 @@ struct AppState {
 
   MainWindow frmMain;
   ListView ListView1;
+
+  Catalogues catalogues;             // filled at start-up, read-only from then on
 };
 
 }  // namespace logbook

@@ -53,6 +53,7 @@ void Form_Load(AppState& state, Services& services, const std::string& command_l
   Init_Sec(state);
   SetMainFonts(state);
   SetMainCaptions(state);
+  FillCatalogues(state.catalogues);
   Init_FileList(state, services);
   if (state.AutoRec) {
     cmdRecord_Click(state, services);
