@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// Which catalogue rows apply to the instrument of a log. The instrument's options stand in section
+// "OPTION" of the log's logfile.ini (docs/file-formats.md). A disabled row has no meaning on that
+// instrument and reads "N/A"; an omitted row is left out of a report altogether.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "catalogue/ItemRecord.h"
+#include "platform/Machine.h"
+
+namespace logbook {
+
+// The options of one log by their keys, each the leading number of its text; 0 where file, section
+// or key is missing.
+struct LogOptions {
+  double LENS = 0;  // LENS, LENS2 and LENS3 together name the lens family
+  double LENS2 = 0;
+  double LENS3 = 0;
+  double Security = 0;
+  double STYLEB = 0;
+  double NEW_RF = 0;
+  double QPTYPE = 0;
+  double AFC = 0;
+  double SC = 0;
+  double OPGS = 0;
+  double PMP2 = 0;  // decides nothing
+  double COLOPGS = 0;
+};
+
+// Reads the options of a log. A text too large for a double counts as infinite, so it is neither 0
+// nor 1. Raises nothing.
+LogOptions ReadLogOptions(const Machine& machine, std::string_view logfile_ini);
+
+// The lens family: 0 plain lens stack, 1 Lumarin, 2 Varion TRZ(cs), 3 Varion TRZ(ce). LENS2 counts
+// only where LENS is 1, LENS3 only where LENS2 is 1 as well.
+int LensMode(double lens, double lens2, double lens3);
+int LensMode(const LogOptions& options);
+
+// True if a tune row of this group belongs to a lens family other than the log's. Groups 5, 7, 9
+// and 11 are those of the lens families 0 to 3; no other group is ever disabled.
+bool IsDisabledTuneParam(std::int16_t group, double lens, double lens2, double lens3);
+
+// True if a row of MeterItems, AnalogItems or SysItems does not apply. A row that no rule names is
+// enabled. IsDisabledAnalogParam looks at the row's group and raises kSubscriptOutOfRange for a
+// row outside AnalogItems; the others raise nothing.
+bool IsDisabledMeterParam(std::int16_t row, const LogOptions& options);
+bool IsDisabledAnalogParam(const Catalogues& catalogues, std::int16_t row,
+                           const LogOptions& options);
+bool IsDisabledSysParam(std::int16_t row, const LogOptions& options);
+
+// True if a report leaves the row of AnalogItems or SysItems out.
+bool IsOmittedAnalogParam(std::int16_t row, const LogOptions& options);
+bool IsOmittedSysParam(std::int16_t row);
+
+// The same by the path of the log's logfile.ini, which is read on each call.
+bool IsDisabledMeterParam(const Machine& machine, std::int16_t row, std::string_view logfile_ini);
+bool IsDisabledAnalogParam(const Machine& machine, const Catalogues& catalogues, std::int16_t row,
+                           std::string_view logfile_ini);
+bool IsDisabledSysParam(const Machine& machine, std::int16_t row, std::string_view logfile_ini);
+bool IsOmittedAnalogParam(const Machine& machine, std::int16_t row, std::string_view logfile_ini);
+
+}  // namespace logbook
