@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "snapshot/MacroFile.h"
+
+#include <algorithm>
+
+#include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "shell/LeadingNumber.h"
+
+namespace logbook {
+namespace {
+
+char UpperCase(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+std::string UpperCase(std::string_view text) {
+  std::string upper(text);
+  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) { return UpperCase(c); });
+  return upper;
+}
+
+bool Holds(std::string_view line, std::string_view word) {
+  return std::search(line.begin(), line.end(), word.begin(), word.end(),
+                     [](char a, char b) { return UpperCase(a) == UpperCase(b); }) != line.end();
+}
+
+std::string_view SecondName(std::string_view file) {
+  const std::string upper = UpperCase(file);
+  if (upper == "SENSEVAR.MAC") return "SENSEVA2.MAC";
+  if (upper == "OTHERVAR.MAC") return "OTHERVA2.MAC";
+  return {};
+}
+
+}  // namespace
+
+std::optional<std::string> FindMacroFile(const Machine& machine, std::string_view folder,
+                                         std::string_view file) {
+  std::string path = std::string(folder).append(file);
+  if (Exists(machine, path)) return path;
+  const std::string_view second = SecondName(file);
+  if (second.empty()) return std::nullopt;
+  path = std::string(folder).append(second);
+  if (Exists(machine, path)) return path;
+  return std::nullopt;
+}
+
+void TakeMacroLine(MacroLines& lines, std::string_view line, std::string_view var) {
+  if (line.find('=') == std::string_view::npos) return;
+  if (Holds(line, var)) {
+    lines.Value = line;
+  } else if (Holds(line, "OPT_COLOPGS")) {
+    lines.ColOpgs = line;
+  } else if (Holds(line, "CLMD")) {
+    lines.Clmd = line;
+  }
+}
+
+MacroLines ReadMacroLines(const Machine& machine, std::string_view path, std::string_view var) {
+  MacroLines lines;
+  InputFile file(machine, path);
+  while (!file.AtEnd()) {
+    const std::string line = file.ReadLine();
+    // No trail byte of a double-byte character is an equal sign.
+    if (line.find('=') == std::string::npos) continue;
+    TakeMacroLine(lines, machine.code_page->ToUtf8(line), var);
+  }
+  return lines;
+}
+
+std::vector<std::string> ReadAssignments(const Machine& machine, std::string_view path) {
+  std::vector<std::string> assignments;
+  InputFile file(machine, path);
+  while (!file.AtEnd()) {
+    const std::string line = file.ReadLine();
+    if (line.find('=') == std::string::npos) continue;
+    assignments.push_back(machine.code_page->ToUtf8(line));
+  }
+  return assignments;
+}
+
+MacroLines FindMacroLines(std::span<const std::string> assignments, std::string_view var) {
+  MacroLines lines;
+  for (const std::string& line : assignments) TakeMacroLine(lines, line, var);
+  return lines;
+}
+
+std::string_view BehindEqualSign(std::string_view line) {
+  const std::size_t sign = line.find('=');
+  return sign == std::string_view::npos ? std::string_view() : line.substr(sign + 1);
+}
+
+double MacroNumber(std::string_view line) {
+  return LeadingNumber(BehindEqualSign(line));
+}
+
+std::int16_t MacroFlag(std::string_view line) {
+  return line.empty() ? std::int16_t{0} : LeadingInt16(BehindEqualSign(line));
+}
+
+std::string MacroText(std::string_view line) {
+  const std::size_t first = line.find('"');
+  const std::size_t second = line.find('"', std::min(first, line.size() - 1) + 1);
+  if (first == std::string_view::npos || second == std::string_view::npos) {
+    throw RunTimeError(ErrorNumber::kInvalidProcedureCall);
+  }
+  return std::string(line.substr(first + 1, second - first - 1));
+}
+
+}  // namespace logbook

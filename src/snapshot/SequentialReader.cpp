@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "snapshot/SequentialReader.h"
+
+#include "platform/RunTimeError.h"
+#include "shell/LeadingNumber.h"
+
+namespace logbook {
+namespace {
+
+constexpr std::size_t kLongestNumber = 64 * 1024;
+constexpr int kEnd = -1;
+
+bool IsBlank(int byte) {
+  return byte == ' ' || byte == '\t';
+}
+bool EndsField(int byte) {
+  return byte == ',' || byte == '\r' || byte == '\n' || byte == kEnd;
+}
+
+}  // namespace
+
+SequentialReader::SequentialReader(const Machine& machine, std::string_view path)
+    : code_page_(*machine.code_page), file_(machine, path) {}
+
+double SequentialReader::ReadNumber() {
+  if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
+  SkipBlanks();
+  std::string field;
+  for (int byte = file_.Peek(); !EndsField(byte) && !IsBlank(byte); byte = file_.Peek()) {
+    file_.Get();
+    if (field.size() < kLongestNumber) field += static_cast<char>(byte);
+  }
+  SkipBlanks();
+  TakeDelimiter();
+  return LeadingNumber(field);
+}
+
+std::string SequentialReader::ReadText() {
+  if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
+  SkipBlanks();
+  const std::string field = file_.Peek() == '"' ? TakeQuoted() : TakeUnquoted();
+  TakeDelimiter();
+  return code_page_.ToUtf8(field);
+}
+
+void SequentialReader::SkipBlanks() {
+  while (IsBlank(file_.Peek())) file_.Get();
+}
+
+// The delimiter in front, if there is one.
+void SequentialReader::TakeDelimiter() {
+  if (!EndsField(file_.Peek())) return;
+  if (file_.Get() == '\r' && file_.Peek() == '\n') file_.Get();
+}
+
+std::string SequentialReader::TakeQuoted() {
+  file_.Get();
+  std::string field;
+  for (int byte = file_.Get(); byte != '"' && byte != kEnd; byte = file_.Get()) {
+    field += static_cast<char>(byte);
+  }
+  SkipBlanks();
+  return field;
+}
+
+std::string SequentialReader::TakeUnquoted() {
+  std::string field;
+  while (!EndsField(file_.Peek())) field += static_cast<char>(file_.Get());
+  return field;
+}
+
+}  // namespace logbook

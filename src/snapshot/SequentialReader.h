@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The sequential fields of the snapshot files aall.txt, auser.txt, bin.txt, bout.txt and sys.txt
+// (docs/file-formats.md). A field ends at a comma or a line end (CR LF, CR or LF), a number also
+// at a blank. Blanks (space, tab) before a field are skipped; blanks behind a number belong to the
+// comma or line end that follows them. A comma or line end right before the end of the file makes
+// no further field.
+#pragma once
+
+#include <string>
+
+#include "platform/Files.h"
+#include "platform/Machine.h"
+
+namespace logbook {
+
+class SequentialReader {
+ public:
+  // Opens the file. Raises what InputFile raises.
+  SequentialReader(const Machine& machine, std::string_view path);
+
+  // True if no byte is left.
+  bool AtEnd() { return file_.AtEnd(); }
+
+  // The next field as a number, by the leading-number rule; 0 for an empty one. Of a field longer
+  // than 64 KB only the beginning counts. Raises kInputPastEndOfFile at the end of the file, and
+  // kOverflow for a number too large for a double; that field has then been taken.
+  double ReadNumber();
+
+  // The next field as text (UTF-8); "" for an empty one. A field that begins with a double quote
+  // ends at the next one, or at the end of the file, and may hold anything; blanks and one comma
+  // or line end behind it belong to it. Raises kInputPastEndOfFile at the end of the file.
+  std::string ReadText();
+
+ private:
+  void SkipBlanks();
+  void TakeDelimiter();
+  std::string TakeQuoted();
+  std::string TakeUnquoted();
+
+  const CodePage& code_page_;
+  InputFile file_;
+};
+
+}  // namespace logbook

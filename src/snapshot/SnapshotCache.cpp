@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "snapshot/SnapshotCache.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "platform/RunTimeError.h"
+#include "snapshot/SequentialReader.h"
+
+namespace logbook {
+namespace {
+
+// Rows of the largest positional catalogue.
+constexpr std::size_t kMostNumbers = 251;
+constexpr std::size_t kSmallFile = 64 * 1024;
+constexpr std::size_t kShortLines = 4 * 1024;
+
+// True if no change after `now` can leave the stamp as it is. Time stamps have a grain: some
+// milliseconds on file systems that keep fractions of seconds, up to two seconds on others.
+bool IsSettled(const FileStamp& stamp) {
+  using std::chrono::nanoseconds;
+  constexpr std::int64_t kSecond = 1'000'000'000;
+  const bool whole_seconds = stamp.modified_ns % kSecond == 0;
+  const std::int64_t grain = whole_seconds ? 2 * kSecond + kSecond / 2 : kSecond / 10;
+  const std::int64_t now =
+      std::chrono::duration_cast<nanoseconds>(std::chrono::system_clock::now().time_since_epoch())
+          .count();
+  return std::max(stamp.modified_ns, stamp.changed_ns) + grain < now;
+}
+
+bool IsMissing(const FileStamp& stamp) {
+  return stamp == FileStamp();
+}
+
+// The numbers from the start of an open file: as many as there are, 0 for one that cannot be held.
+std::vector<double> ReadNumbers(SequentialReader& reader) {
+  std::vector<double> numbers;
+  while (numbers.size() < kMostNumbers) {
+    try {
+      numbers.push_back(reader.ReadNumber());
+    } catch (const RunTimeError& error) {
+      if (error.Number() != ErrorNumber::kOverflow) break;
+      numbers.push_back(0);
+    }
+  }
+  return numbers;
+}
+
+double NumberAt(const std::vector<double>& numbers, int row) {
+  const auto index = static_cast<std::size_t>(row);
+  return index < numbers.size() ? numbers[index] : 0;
+}
+
+}  // namespace
+
+LogOptions SnapshotCache::Options(const std::string& logfile_ini) {
+  const FileStamp stamp = StampOf(machine_, logfile_ini);
+  if (IsMissing(stamp)) return {};
+  const auto known = options_.find(logfile_ini);
+  if (known != options_.end() && known->second.stamp == stamp) return known->second.options;
+  const bool settled = IsSettled(stamp);
+  const LogOptions options = ReadLogOptions(machine_, logfile_ini);
+  if (settled) options_.insert_or_assign(logfile_ini, OptionsEntry{stamp, options});
+  return options;
+}
+
+std::optional<double> SnapshotCache::Number(const std::string& path, int row) {
+  const FileStamp stamp = StampOf(machine_, path);
+  if (IsMissing(stamp)) return std::nullopt;
+  const auto known = numbers_.find(path);
+  if (known != numbers_.end() && known->second.stamp == stamp) {
+    return NumberAt(known->second.numbers, row);
+  }
+  const bool settled = IsSettled(stamp);
+  SequentialReader reader(machine_, path);
+  std::vector<double> numbers = ReadNumbers(reader);
+  const double number = NumberAt(numbers, row);
+  if (settled) numbers_.insert_or_assign(path, NumbersEntry{stamp, std::move(numbers)});
+  return number;
+}
+
+MacroLines SnapshotCache::Macro(const std::string& path, const std::string& var) {
+  const FileStamp stamp = StampOf(machine_, path);
+  const auto known = macros_.find(path);
+  if (known != macros_.end() && known->second.stamp == stamp) {
+    return FindIn(known->second, path, var);
+  }
+  MacroEntry entry = {stamp, {}, {}};
+  const bool settled = !IsMissing(stamp) && IsSettled(stamp);
+  const MacroLines lines = FindIn(entry, path, var);
+  if (settled) macros_.insert_or_assign(path, std::move(entry));
+  return lines;
+}
+
+MacroLines SnapshotCache::FindIn(MacroEntry& entry, const std::string& path,
+                                 const std::string& var) {
+  if (const auto known = entry.found.find(var); known != entry.found.end()) return known->second;
+  if (!entry.lines && entry.stamp.size <= kSmallFile) {
+    entry.lines = ReadAssignments(machine_, path);
+  }
+  const MacroLines lines =
+      entry.lines ? FindMacroLines(*entry.lines, var) : ReadMacroLines(machine_, path, var);
+  if (lines.Value.size() + lines.ColOpgs.size() + lines.Clmd.size() <= kShortLines) {
+    entry.found.emplace(var, lines);
+  }
+  return lines;
+}
+
+}  // namespace logbook

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// What the list columns have read from the files of the logs, kept between cells and rebuilds. At
+// each use the file's identity, size and time stamps are held against those of the time of
+// reading, and a difference reads the file again; a file that changed so shortly before it was
+// read that its stamps could hide a further change is not kept. So a caller sees what reading the
+// file at each call would show.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "catalogue/OptionGating.h"
+#include "platform/Files.h"
+#include "platform/Machine.h"
+#include "snapshot/MacroFile.h"
+
+namespace logbook {
+
+class SnapshotCache {
+ public:
+  explicit SnapshotCache(const Machine& machine) : machine_(machine) {}
+
+  // The options of a log by the path of its logfile.ini, as ReadLogOptions. Raises nothing.
+  LogOptions Options(const std::string& logfile_ini);
+
+  // Number `row` (from 0) of a positional snapshot file; 0 if the file is too short, or if reading
+  // up to it or the number itself fails. Nothing if the file does not exist. Raises what opening
+  // an InputFile raises. Rows from 0 to 250.
+  std::optional<double> Number(const std::string& path, int row);
+
+  // The lines of a macro file that bear on a variable, as ReadMacroLines. Raises what that raises.
+  MacroLines Macro(const std::string& path, const std::string& var);
+
+ private:
+  struct OptionsEntry {
+    FileStamp stamp;
+    LogOptions options;
+  };
+  struct NumbersEntry {
+    FileStamp stamp;
+    std::vector<double> numbers;
+  };
+  struct MacroEntry {
+    FileStamp stamp;
+    // The assignment lines, if the file is small.
+    std::optional<std::vector<std::string>> lines;
+    std::map<std::string, MacroLines, std::less<>> found;
+  };
+
+  MacroLines FindIn(MacroEntry& entry, const std::string& path, const std::string& var);
+
+  const Machine& machine_;
+  std::unordered_map<std::string, OptionsEntry> options_;
+  std::unordered_map<std::string, NumbersEntry> numbers_;
+  std::unordered_map<std::string, MacroEntry> macros_;
+};
+
+}  // namespace logbook
