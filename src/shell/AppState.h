@@ -12,6 +12,7 @@
 #include "catalogue/ItemRecord.h"
 #include "platform/Machine.h"
 #include "shell/MainWindow.h"
+#include "snapshot/SnapshotCache.h"
 #include "store/ListView.h"
 
 namespace logbook {
@@ -53,6 +54,7 @@ struct AppState {
   ListView ListView1;
 
   Catalogues catalogues;             // filled at start-up, read-only from then on
+  SnapshotCache snapshots{machine};  // what the value columns have read
 };
 
 }  // namespace logbook

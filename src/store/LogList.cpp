@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "catalogue/ColumnValues.h"
 #include "platform/Files.h"
 #include "platform/Profile.h"
 #include "platform/RunTimeError.h"
@@ -107,7 +108,13 @@ void FillListView(AppState& state) {
     if (category.empty()) {
       state.ListView1.Column(column).Text =
           std::string(LoadResString(125)) + " " + std::to_string(i);
+      continue;
     }
+    const int item = GetPrivateProfileInt(state.machine, section, "Item", 0, state.IniFile);
+    const auto value_column = static_cast<std::int16_t>(i);
+    if (category == "Meter") FillMeterList(state, value_column, category, item);
+    if (category == "Tune") FillTuneList(state, value_column, category, item);
+    if (category == "Analog") FillAnalogList(state, value_column, category, item);
   }
 }
 
