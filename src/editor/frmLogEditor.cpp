@@ -17,6 +17,15 @@
 #include "shell/StartUp.h"
 
 namespace logbook {
+namespace {
+
+std::array<QCheckBox*, LogEditor::kChecks> NewChecks(QWidget* frame) {
+  std::array<QCheckBox*, LogEditor::kChecks> checks{};
+  for (QCheckBox*& check : checks) check = new QCheckBox(frame);
+  return checks;
+}
+
+}  // namespace
 
 frmLogEditor::frmLogEditor(QWidget* owner, AppState& state, Services& services, LogEditor& editor)
     : QDialog(owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
@@ -24,6 +33,7 @@ frmLogEditor::frmLogEditor(QWidget* owner, AppState& state, Services& services, 
       services_(services),
       editor_(editor),
       Frame1_(new QGroupBox(this)),
+      Check1_(NewChecks(Frame1_)),
       Label1_(new QLabel(this)),
       txtComment_(new QPlainTextEdit(this)),
       cmdOK_(new QPushButton(this)),
@@ -31,7 +41,6 @@ frmLogEditor::frmLogEditor(QWidget* owner, AppState& state, Services& services, 
       cmdHelp_(new QPushButton(this)),
       comment_(*txtComment_, editor.txtComment, *state.machine.code_page) {
   setFixedSize(Pixels(editor.Window.Place.Width), Pixels(editor.Window.Place.Height));
-  MakeChecks();
   txtComment_->setTabChangesFocus(true);
   txtComment_->setLineWrapMode(QPlainTextEdit::WidgetWidth);
   txtComment_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -41,15 +50,11 @@ frmLogEditor::frmLogEditor(QWidget* owner, AppState& state, Services& services, 
   Update();
 }
 
-void frmLogEditor::MakeChecks() {
+void frmLogEditor::MakeCommands() {
   for (std::size_t i = 0; i < Check1_.size(); ++i) {
-    Check1_[i] = new QCheckBox(Frame1_);
     connect(Check1_[i], &QCheckBox::toggled, this,
             [this, i](bool ticked) { editor_.Ticked[i] = ticked; });
   }
-}
-
-void frmLogEditor::MakeCommands() {
   for (QPushButton* button : {cmdOK_, cmdCancel_, cmdHelp_}) button->setAutoDefault(false);
   connect(cmdOK_, &QPushButton::clicked, this,
           [this] { Run([this] { LogEditorOK(state_, editor_, comment_); }); });

@@ -3,7 +3,8 @@
 
 // The dialog that finishes or cancels a new log. It shows a LogEditor and hands its commands to
 // the routines of editor/LogEditor.h. OK and Cancel are the only ways out; Escape presses Cancel,
-// and Enter makes a new line in the comment.
+// and Enter makes a new line in the comment. Tab goes through the tick boxes, the comment and the
+// buttons.
 #pragma once
 
 #include <QDialog>
@@ -11,7 +12,7 @@
 #include <functional>
 
 #include "editor/LogEditor.h"
-#include "editor/QtWrappedTextBox.h"
+#include "platform/qt/QtWrappedTextBox.h"
 
 class QCheckBox;
 class QGroupBox;
@@ -38,7 +39,6 @@ class frmLogEditor : public QDialog {
   bool event(QEvent* event) override;
 
  private:
-  void MakeChecks();
   void MakeCommands();
   void Update();
   // Runs a command in the frame around all handlers and closes the dialog if it has unloaded.
@@ -47,8 +47,8 @@ class frmLogEditor : public QDialog {
   AppState& state_;
   Services& services_;
   LogEditor& editor_;
-  QGroupBox* Frame1_;
-  std::array<QCheckBox*, LogEditor::kChecks> Check1_{};
+  QGroupBox* Frame1_;  // the controls are made in tab order
+  std::array<QCheckBox*, LogEditor::kChecks> Check1_;
   QLabel* Label1_;
   QPlainTextEdit* txtComment_;
   QPushButton* cmdOK_;

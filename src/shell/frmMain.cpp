@@ -11,10 +11,11 @@
 #include <QShortcut>
 #include <QTreeView>
 
+#include "platform/qt/ListViewModel.h"
 #include "platform/qt/QtWindowSystem.h"
+#include "platform/qt/ReportList.h"
 #include "platform/qt/Twips.h"
 #include "platform/qt/Widgets.h"
-#include "shell/ListViewModel.h"
 #include "shell/StartUp.h"
 #include "store/LogCommands.h"
 #include "store/Recording.h"
@@ -28,7 +29,7 @@ frmMain::frmMain(AppState& state, Services& services)
       state_(state),
       services_(services),
       model_(new ListViewModel(this)),
-      ListView1_(new QTreeView(this)),
+      ListView1_(NewReportList(this)),
       cmdRecord_(new QPushButton(this)),
       cmdBrowse_(new QPushButton(this)),
       cmdDelete_(new QPushButton(this)),
@@ -44,21 +45,7 @@ frmMain::frmMain(AppState& state, Services& services)
 
 void frmMain::MakeList() {
   ListView1_->setModel(model_);
-  ListView1_->setRootIsDecorated(false);
-  ListView1_->setUniformRowHeights(true);
-  ListView1_->setAllColumnsShowFocus(true);
-  ListView1_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  ListView1_->setSelectionBehavior(QAbstractItemView::SelectRows);
-  ListView1_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  ListView1_->setExpandsOnDoubleClick(false);
-  ListView1_->setTabKeyNavigation(false);
-
   QHeaderView* header = ListView1_->header();
-  header->setObjectName(QStringLiteral("ColumnHeaders"));
-  header->setStretchLastSection(false);
-  header->setSectionsMovable(false);
-  header->setSectionsClickable(true);
-  header->setMinimumSectionSize(Pixels(300));
   for (int i = 0; i < ListView::kColumns; ++i) {
     header->resizeSection(i, Pixels(state_.ListView1.Column(i + 1).Width));
   }
@@ -104,6 +91,7 @@ void frmMain::MakeCommands() {
 void frmMain::Update() {
   const QScopedValueRollback updating(updating_, true);
   const MainWindow& window = state_.frmMain;
+  QWidget* had_focus = focusWidget();
   ApplyControl(this, window.Window);
   ApplyControl(ListView1_, window.ListView1);
   ListView1_->setAccessibleName(windowTitle());
@@ -115,8 +103,19 @@ void frmMain::Update() {
   ApplyControl(cmdHelp_, window.cmdHelp);
   ApplyControl(cmdArchive_, window.cmdArchive);
   setEnabled(window.Available);
+  KeepFocus(had_focus);
   model_->Show(state_.ListView1);
   ShowSelection();
+}
+
+void frmMain::KeepFocus(QWidget* had_focus) {
+  if (had_focus != nullptr && !had_focus->isEnabled()) {
+    lost_focus_ = had_focus;
+    if (focusWidget() != nullptr) focusWidget()->clearFocus();
+  } else if (lost_focus_ != nullptr && lost_focus_->isEnabled()) {
+    lost_focus_->setFocus();
+    lost_focus_ = nullptr;
+  }
 }
 
 Size frmMain::SetOuterSize(Size outer) {

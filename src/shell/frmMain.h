@@ -41,6 +41,9 @@ class frmMain : public QWidget {
   void MakeList();
   void MakeKeys();
   void MakeCommands();
+  // A control that is disabled while it has the focus takes the focus with it and has it again when
+  // it is enabled: a second key stroke on cmdRecord must not press cmdExit.
+  void KeepFocus(QWidget* had_focus);
   void ShowSelection();
   void TakeSelection();
   // Runs a handler in the frame around all handlers; not while the window is not available.
@@ -57,7 +60,8 @@ class frmMain : public QWidget {
   QPushButton* cmdExit_;
   QPushButton* cmdHelp_;
   QPushButton* cmdArchive_;
-  bool updating_ = false;  // the view follows the state, not the user
+  QWidget* lost_focus_ = nullptr;  // disabled while it had the focus
+  bool updating_ = false;          // the view follows the state, not the user
 };
 
 }  // namespace logbook

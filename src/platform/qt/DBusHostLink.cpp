@@ -3,7 +3,6 @@
 
 #include "platform/qt/DBusHostLink.h"
 
-#include "platform/HostLinkNames.h"
 #include "platform/RunTimeError.h"
 #include "platform/qt/Widgets.h"
 
@@ -19,7 +18,8 @@ QString Text(std::string_view text) {
 
 }  // namespace
 
-DBusHostLink::DBusHostLink(QDBusConnection bus) : bus_(std::move(bus)) {}
+DBusHostLink::DBusHostLink(QDBusConnection bus, int timeout)
+    : bus_(std::move(bus)), timeout_(timeout) {}
 
 std::string DBusHostLink::Request(const std::string& host_id, const std::string& topic,
                                   const std::string& item) {
@@ -28,7 +28,7 @@ std::string DBusHostLink::Request(const std::string& host_id, const std::string&
                                      Text(kHostInterface), Text(kHostRequestMethod));
   call.setAutoStartService(false);
   call << ToQt(item);
-  const QDBusMessage reply = bus_.call(call, QDBus::Block, kHostRequestTimeoutMilliseconds);
+  const QDBusMessage reply = bus_.call(call, QDBus::Block, timeout_);
   if (reply.type() != QDBusMessage::ReplyMessage) {
     throw RunTimeError(ErrorNumber::kDeviceInputOutput, reply.errorMessage().toStdString());
   }

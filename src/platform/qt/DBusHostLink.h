@@ -6,16 +6,18 @@
 
 #include <QDBusConnection>
 
+#include "platform/HostLinkNames.h"
 #include "shell/Services.h"
 
 namespace logbook {
 
 class DBusHostLink : public HostLink {
  public:
-  explicit DBusHostLink(QDBusConnection bus);
+  // Waits for a reply no longer than this many milliseconds.
+  explicit DBusHostLink(QDBusConnection bus, int timeout = kHostRequestTimeoutMilliseconds);
 
   // One blocking call that delivers no events. Raises kDeviceInputOutput with the bus's own words
-  // if there is no bus, no such host, an error reply, a reply that is no text, or none in 5 s.
+  // if there is no bus, no such host, an error reply, a reply that is no text, or none in time.
   std::string Request(const std::string& host_id, const std::string& topic,
                       const std::string& item) override;
   // Requests stand alone, so that there is nothing to close.
@@ -23,6 +25,7 @@ class DBusHostLink : public HostLink {
 
  private:
   QDBusConnection bus_;
+  int timeout_;
 };
 
 }  // namespace logbook

@@ -7,13 +7,15 @@
 #include "resources/Resources.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
 namespace logbook {
 namespace {
 
-constexpr int kDefaultTitle = 112;
+constexpr int kDefaultTitle = 112;  // in the string table
+constexpr int kTitleButtons = 100;  // pixels that a title bar keeps for icon and buttons
 
 QMessageBox::Icon ToolkitIcon(MessageIcon icon) {
   switch (icon) {
@@ -37,6 +39,14 @@ QWidget* Owner() {
   return nullptr;
 }
 
+// Short texts make narrow boxes, which cut their title.
+void GiveRoomForTitle(QMessageBox& box) {
+  auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+  if (label == nullptr) return;
+  const int title = box.fontMetrics().horizontalAdvance(box.windowTitle());
+  label->setMinimumWidth(title + kTitleButtons);
+}
+
 void AddButton(QMessageBox& box, QMessageBox::StandardButton which, const QString& name) {
   QPushButton* button = box.addButton(which);
   button->setObjectName(name);
@@ -55,6 +65,7 @@ MessageAnswer QtMessageBoxes::Show(const Message& message) {
   box.setText(text);
   box.setWindowTitle(ToQt(message.Title.value_or(std::string(LoadResString(kDefaultTitle)))));
   box.setIcon(ToolkitIcon(message.Icon));
+  GiveRoomForTitle(box);
   if (message.Buttons == MessageButtons::kOk) {
     AddButton(box, QMessageBox::Ok, QStringLiteral("OK"));
     box.exec();

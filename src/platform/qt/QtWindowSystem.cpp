@@ -86,17 +86,17 @@ PixelRect QtWindowSystem::WorkArea() {
 PixelRect QtWindowSystem::NormalPosition(std::intptr_t window) {
   const QWidget* widget = Find(window);
   if (widget == nullptr) return {};
-  if (!widget->isWindow()) return Edges(widget->geometry());
-  return Edges(QRect(widget->pos(), widget->size().grownBy(FrameOf(*widget))));
+  const QRect inner = widget->geometry();
+  return Edges(widget->isWindow() ? inner.marginsAdded(FrameOf(*widget)) : inner);
 }
 
 void QtWindowSystem::SetNormalPosition(std::intptr_t window, const PixelRect& place) {
   QWidget* widget = Find(window);
   if (widget == nullptr) return;
-  const QSize outer(static_cast<int>(place.Right - place.Left),
-                    static_cast<int>(place.Bottom - place.Top));
-  widget->resize(widget->isWindow() ? outer.shrunkBy(FrameOf(*widget)) : outer);
-  widget->move(static_cast<int>(place.Left), static_cast<int>(place.Top));
+  const QRect outer(QPoint(static_cast<int>(place.Left), static_cast<int>(place.Top)),
+                    QSize(static_cast<int>(place.Right - place.Left),
+                          static_cast<int>(place.Bottom - place.Top)));
+  widget->setGeometry(widget->isWindow() ? outer.marginsRemoved(FrameOf(*widget)) : outer);
 }
 
 }  // namespace logbook

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-#include "shell/ListViewModel.h"
+#include "platform/qt/ListViewModel.h"
 
 #include <QKeySequence>
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-#include "editor/QtWrappedTextBox.h"
+#include "platform/qt/QtWrappedTextBox.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPlainTextEdit>

@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The program "logbook".
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QIcon>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "platform/qt/DBusCell.h"
+#include "platform/qt/DBusHostLink.h"
+#include "platform/qt/DBusProcess.h"
+#include "platform/qt/Display.h"
+#include "platform/qt/NoContentServer.h"
+#include "platform/qt/QtClock.h"
+#include "platform/qt/QtEventDelivery.h"
+#include "platform/qt/QtForms.h"
+#include "platform/qt/QtMessageBoxes.h"
+#include "platform/qt/QtWindowSystem.h"
+#include "shell/StartUp.h"
+#include "shell/frmMain.h"
+
+namespace {
+
+// Name of the desktop entry and of the icon.
+constexpr char kDesktopName[] = "com.norvane.Quorex.Logbook";
+
+constexpr char kHelp[] =
+    "Usage: logbook HOST [CE] [AutoRec]\n"
+    "       logbook --help | --version\n"
+    "\n"
+    "The maintenance logbook. The host control panel of the workstation starts it.\n"
+    "\n"
+    "  HOST     id of the host control panel that the logbook works for\n"
+    "  CE       extended columns and reports\n"
+    "  AutoRec  record one log without a user, then end\n"
+    "\n"
+    "Without arguments, without an answering host, or beside a running logbook it ends\n"
+    "silently.\n";
+
+std::string JoinedByBlanks(const std::vector<std::string>& words) {
+  std::string line;
+  for (const std::string& word : words) {
+    if (&word != &words.front()) line += ' ';
+    line += word;
+  }
+  return line;
+}
+
+// Runs the program until it ends itself; returns only if the toolkit's loop is made to.
+int RunLogbook(QApplication& application, const std::string& command_line) {
+  using namespace logbook;
+  const Machine machine = OpenMachine(DefaultHome());
+  AppState state(machine);
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  DBusHostLink host(bus);
+  DBusCell cell(bus);
+  QtEventDelivery events;
+  QtMessageBoxes messages;
+  QtClock clock;
+  DBusProcess process(bus);
+  NoContentServer ecm;
+  QtForms forms(state);
+  QtWindowSystem windows;
+  Services services{host, cell, events, messages, clock, process, ecm, forms, windows};
+  frmMain window(state, services);
+  forms.Attach(window, services);
+
+  RunHandler(services, [&] { Form_Load(state, services, command_line); });
+  window.show();
+  return application.exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+  const std::string command_line = JoinedByBlanks(arguments);
+  if (command_line == "--help") {
+    std::cout << kHelp;
+    return 0;
+  }
+  if (command_line == "--version") {
+    std::cout << "logbook " LOGBOOK_VERSION "\n";
+    return 0;
+  }
+  if (!logbook::DisplayIsNamed()) {
+    std::cerr << "logbook: there is no display: neither DISPLAY nor WAYLAND_DISPLAY is set\n";
+    return 1;
+  }
+  // The arguments are the program's own: the toolkit sees none of them.
+  int toolkit_argc = argc > 0 ? 1 : 0;
+  QApplication application(toolkit_argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Maintenance LogBook"));
+  QApplication::setApplicationVersion(QStringLiteral(LOGBOOK_VERSION));
+  QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopName));
+  QApplication::setWindowIcon(QIcon::fromTheme(QString::fromLatin1(kDesktopName)));
+  QApplication::setQuitOnLastWindowClosed(false);  // the run ends in GlobalEnd alone
+  return RunLogbook(application, command_line);
+}
