@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // frmLogEditor as the program sees it: 18 tick boxes and a comment that finish a new log, or
-// Cancel that removes it. The files that it writes are described in docs/file-formats.md.
+// Cancel that removes it. The files that it writes are described in docs/store.md.
 #pragma once
 
 #include <array>

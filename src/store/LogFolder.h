@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // The folders of the store: one log is one folder under LogRoot, named YYMMDDnn. The descriptor
-// logfile.ini and all other files of a log are described in docs/file-formats.md.
+// logfile.ini and all other files of a log are described in docs/store.md.
 #pragma once
 
 #include <string>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // The list of logs: built anew from the disk after every change, and written out as listlog.csv
-// (docs/file-formats.md).
+// (docs/store.md).
 #pragma once
 
 #include <cstdint>

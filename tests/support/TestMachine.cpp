@@ -56,6 +56,8 @@ void TestMachine::MakeFolders(std::string_view path) const {
   fs::create_directories(Native(path));
 }
 
-bool TestMachine::Has(std::string_view path) const { return fs::exists(Native(path)); }
+bool TestMachine::Has(std::string_view path) const {
+  return fs::exists(Native(path));
+}
 
 }  // namespace logbook::test

@@ -1,0 +1,238 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "shell/StartUp.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/TestServices.h"
+
+namespace logbook {
+namespace {
+
+using test::ProcessEnded;
+using test::TestWorkstation;
+using testing::ElementsAre;
+
+// Runs the start and gives the exit status, or -1 if the window waits for the user.
+int StartWith(TestWorkstation& station, const std::string& command_line) {
+  try {
+    Form_Load(station.state, station.services, command_line);
+  } catch (const ProcessEnded& end) {
+    return end.status;
+  }
+  return -1;
+}
+
+// A host that takes each value of the cell at once.
+void AnswerCell(TestWorkstation& station) {
+  station.events.on_deliver = [&](int) {
+    if (!station.cell.text.empty()) station.cell.text = "0";
+  };
+}
+
+TEST(CommandLine, HostAloneGivesHostIdAndNoFlags) {
+  TestWorkstation station;
+  TakeCommandLine(station.state, "HOST");
+  EXPECT_EQ(station.state.HostId, "HOST");
+  EXPECT_FALSE(station.state.CEMode);
+  EXPECT_FALSE(station.state.AutoRec);
+}
+
+TEST(CommandLine, LeadingBlankMakesTheWholeLineTheHostId) {
+  TestWorkstation station;
+  TakeCommandLine(station.state, " HOST CE");
+  EXPECT_EQ(station.state.HostId, " HOST CE");
+  EXPECT_TRUE(station.state.CEMode);
+}
+
+TEST(CommandLine, AutoRecIsFoundWithoutRegardToCase) {
+  TestWorkstation station;
+  TakeCommandLine(station.state, "ABC autorec");
+  EXPECT_EQ(station.state.HostId, "ABC");
+  EXPECT_TRUE(station.state.AutoRec);
+  EXPECT_FALSE(station.state.CEMode);
+}
+
+TEST(CommandLine, WordsAreSearchedInTheHostIdToo) {
+  TestWorkstation station;
+  TakeCommandLine(station.state, "ACE");
+  EXPECT_EQ(station.state.HostId, "ACE");
+  EXPECT_TRUE(station.state.CEMode);
+}
+
+TEST(CommandLine, BlankInSecondPlaceEndsTheHostId) {
+  TestWorkstation station;
+  TakeCommandLine(station.state, "A  ce AUTOREC");
+  EXPECT_EQ(station.state.HostId, "A");
+  EXPECT_TRUE(station.state.CEMode);
+  EXPECT_TRUE(station.state.AutoRec);
+}
+
+TEST(Form_Load, EmptyCommandLineEndsSilentlyWithoutAskingTheHost) {
+  TestWorkstation station;
+  AnswerCell(station);
+  EXPECT_EQ(StartWith(station, ""), 0);
+  EXPECT_TRUE(station.host.requests.empty());
+  EXPECT_TRUE(station.messages.shown.empty());
+  EXPECT_THAT(station.cell.written, ElementsAre("9"));
+}
+
+TEST(Form_Load, SecondInstanceEndsSilently) {
+  TestWorkstation station;
+  AnswerCell(station);
+  station.process.other_instance = true;
+  EXPECT_EQ(StartWith(station, "HOST"), 0);
+  EXPECT_TRUE(station.host.requests.empty());
+  EXPECT_TRUE(station.messages.shown.empty());
+}
+
+TEST(Form_Load, AsksTheHostForItsFourItemsInOrder) {
+  TestWorkstation station;
+  station.state.ExePath.clear();
+  station.state.LogRoot.clear();
+  EXPECT_EQ(StartWith(station, "HOST CE"), -1);
+  EXPECT_THAT(station.host.requests,
+              ElementsAre("HOST|CPWAIT|_exepath$", "HOST|CPWAIT|_instpath$",
+                          "HOST|CPWAIT|_helppath$", "HOST|CPWAIT|_helpfile$"));
+  EXPECT_TRUE(station.host.closed);
+  EXPECT_EQ(station.state.ExePath, TestWorkstation::kExePath);
+  EXPECT_EQ(station.state.IniFile, "C:\\QUOREX\\qrxexe\\logbook.ini");
+  EXPECT_EQ(station.state.LogRoot, TestWorkstation::kLogRoot);
+  EXPECT_EQ(station.state.HelpPath, "C:\\QUOREX\\help\\");
+  EXPECT_EQ(station.state.HelpFile, "quorex.chm");
+}
+
+TEST(Form_Load, AnyItemThatTheHostRefusesEndsSilently) {
+  for (const char* item : {"_exepath$", "_instpath$", "_helppath$", "_helpfile$"}) {
+    TestWorkstation station;
+    AnswerCell(station);
+    station.host.replies.erase(item);
+    EXPECT_EQ(StartWith(station, "HOST"), 0) << item;
+    EXPECT_TRUE(station.messages.shown.empty()) << item;
+    EXPECT_FALSE(station.disk.Has(std::string(TestWorkstation::kLogRoot) + "listlog.csv")) << item;
+  }
+}
+
+TEST(Form_Load, MissingLogRootIsMadeBeforeTheFirstList) {
+  TestWorkstation station;
+  station.host.replies["_instpath$"] = "C:\\other\\";
+  station.disk.MakeFolders("C:\\other");
+  EXPECT_EQ(StartWith(station, "HOST"), -1);
+  EXPECT_TRUE(station.disk.Has("C:\\other\\maintain\\listlog.csv"));
+}
+
+TEST(Form_Load, LogRootIsMadeOneLevelOnlyElseTheProgramEnds) {
+  TestWorkstation station;
+  AnswerCell(station);
+  station.host.replies["_instpath$"] = "C:\\missing\\";
+  EXPECT_EQ(StartWith(station, "HOST"), 0);
+  EXPECT_FALSE(station.disk.Has("C:\\missing"));
+}
+
+TEST(Form_Load, ExistingLogRootIsLeftAlone) {
+  TestWorkstation station;
+  station.MakeLog("26111500", "11/15/2026 05:09:59", "kept");
+  EXPECT_EQ(StartWith(station, "HOST"), -1);
+  EXPECT_EQ(station.state.LogCount, 1);
+  EXPECT_EQ(station.disk.Get(TestWorkstation::InLog("26111500", "comment.txt")), "kept\r\n");
+}
+
+TEST(Form_Load, CaptionsFontsAndArrangementStandWhenTheWindowWaits) {
+  TestWorkstation station;
+  EXPECT_EQ(StartWith(station, "HOST"), -1);
+  const MainWindow& window = station.state.frmMain;
+  EXPECT_EQ(window.Window.Caption, "Maintenance LogBook");
+  EXPECT_EQ(window.cmdRecord.TextFont.Name, "Arial");
+  EXPECT_EQ(window.cmdRecord.TextFont.Size, 8);
+  EXPECT_EQ(window.Window.Place.Width, 11145);
+}
+
+TEST(Form_Load, EnabledContentServerLearnsTheMainWindow) {
+  TestWorkstation station;
+  station.ecm.enabled = true;
+  EXPECT_EQ(StartWith(station, "HOST"), -1);
+  EXPECT_THAT(station.ecm.calls, ElementsAre("EcmEnabled", "EcmSetOwnerWindow 4711"));
+}
+
+TEST(Form_Load, ContentServerThatIsOffLearnsNothing) {
+  TestWorkstation station;
+  EXPECT_EQ(StartWith(station, "HOST"), -1);
+  EXPECT_THAT(station.ecm.calls, ElementsAre("EcmEnabled"));
+}
+
+TEST(Form_Load, AutoRecRecordsOneLogAndEndsWithoutArrangingAWindow) {
+  TestWorkstation station;
+  AnswerCell(station);
+  EXPECT_EQ(StartWith(station, "HOST AutoRec"), 0);
+  EXPECT_THAT(station.RootEntries(), ElementsAre("26111500", "listlog.csv"));
+  EXPECT_THAT(station.forms.calls, testing::Contains("ShowLogEditor (no caption)"));
+  EXPECT_THAT(station.forms.calls, testing::Not(testing::Contains("SetMainSize")));
+  EXPECT_THAT(station.cell.written, ElementsAre("1", "9"));
+}
+
+TEST(GlobalEnd, EndsAfter200000PollsWhenTheCellNeverLeaves9) {
+  TestWorkstation station;
+  station.events.limit = 300000;
+  EXPECT_THROW(GlobalEnd(station.state, station.services), ProcessEnded);
+  EXPECT_EQ(station.events.delivered, 200000);
+  EXPECT_EQ(station.cell.text, "9");
+}
+
+TEST(GlobalEnd, WaitsUntilTheHostHasClearedTheCell) {
+  TestWorkstation station;
+  station.cell.text = "1";
+  station.events.on_deliver = [&](int delivery) {
+    if (delivery < 40) {
+      EXPECT_TRUE(station.cell.written.empty());
+    }
+    if (delivery == 40) station.cell.text = "0";
+    if (station.cell.text == "9") station.cell.text = "0";
+  };
+  EXPECT_THROW(GlobalEnd(station.state, station.services), ProcessEnded);
+  EXPECT_THAT(station.cell.written, ElementsAre("9"));
+  EXPECT_EQ(station.events.delivered, 41);
+}
+
+TEST(GlobalEnd, FailingCellEndsTheProgramWithoutFurtherWaiting) {
+  TestWorkstation station;
+  station.cell.fails_on_read = true;
+  try {
+    GlobalEnd(station.state, station.services);
+  } catch (const ProcessEnded& end) {
+    EXPECT_EQ(end.status, 0);
+  }
+  EXPECT_EQ(station.events.delivered, 0);
+}
+
+TEST(GlobalEnd, MainWindowTakesNoFurtherInput) {
+  TestWorkstation station;
+  AnswerCell(station);
+  EXPECT_THROW(GlobalEnd(station.state, station.services), ProcessEnded);
+  EXPECT_FALSE(station.state.frmMain.Available);
+}
+
+TEST(Form_Unload, EndsTheRunAndDoesNotReachTheContentServer) {
+  TestWorkstation station;
+  AnswerCell(station);
+  station.ecm.enabled = true;
+  EXPECT_THROW(Form_Unload(station.state, station.services), ProcessEnded);
+  EXPECT_TRUE(station.ecm.calls.empty());
+}
+
+TEST(RunHandler, ReportsAnUntrappedErrorAndEndsWithStatus1) {
+  TestWorkstation station;
+  try {
+    RunHandler(station.services, [] { throw RunTimeError(ErrorNumber::kPathNotFound); });
+    FAIL() << "the process went on";
+  } catch (const ProcessEnded& end) {
+    EXPECT_EQ(end.status, 1);
+  }
+  ASSERT_EQ(station.messages.shown.size(), 1u);
+  EXPECT_EQ(station.messages.shown[0].Text, "Run-time error '76':\r\n\r\nPath not found");
+  EXPECT_FALSE(station.messages.shown[0].Title.has_value());
+}
+
+}  // namespace
+}  // namespace logbook

@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// Test twins of the program's services: each records its calls and can be told what to answer or
+// to fail. Files stay real (support/TestMachine.h).
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "shell/AppState.h"
+#include "shell/Services.h"
+#include "support/TestMachine.h"
+
+namespace logbook::test {
+
+// Thrown where the process would end, so that a test sees the status.
+struct ProcessEnded {
+  int status;
+};
+
+class TestHost : public HostLink {
+ public:
+  std::string Request(const std::string& host_id, const std::string& topic,
+                      const std::string& item) override;
+  void Close() override { closed = true; }
+
+  std::map<std::string, std::string> replies;  // item to reply; others fail
+  std::vector<std::string> requests;           // "host|topic|item"
+  bool closed = false;
+};
+
+class TestCell : public HandshakeCell {
+ public:
+  std::string Text() const override {
+    if (fails_on_read) throw RunTimeError(ErrorNumber::kInternalError);
+    return text;
+  }
+  void SetText(const std::string& new_text) override {
+    text = new_text;
+    written.push_back(new_text);
+    if (on_written) on_written(new_text);
+  }
+
+  std::string text;
+  std::vector<std::string> written;  // by the program
+  std::function<void(const std::string&)> on_written;
+  bool fails_on_read = false;
+};
+
+// Each delivery runs `on_deliver`. A wait that would never end fails the test.
+class TestEvents : public EventDelivery {
+ public:
+  int Deliver() override;
+
+  std::function<void(int)> on_deliver;  // receives the number of the delivery, from 1
+  int delivered = 0;
+  int limit = 1000;
+};
+
+class TestMessages : public MessageBoxes {
+ public:
+  MessageAnswer Show(const Message& message) override;
+
+  std::vector<Message> shown;
+  std::deque<MessageAnswer> answers;  // next answers; OK, or No for a question, when empty
+};
+
+class TestClock : public Clock {
+ public:
+  LocalTime Now() override { return now; }
+  LocalTime now{2026, 11, 15, 5, 9, 59};
+};
+
+class TestProcess : public Process {
+ public:
+  bool OtherInstanceRuns() override { return other_instance; }
+  [[noreturn]] void End(int status) override { throw ProcessEnded{status}; }
+  bool other_instance = false;
+};
+
+class TestEcm : public EcmClient {
+ public:
+  bool EcmEnabled(std::string&) override {
+    calls.push_back("EcmEnabled");
+    return enabled;
+  }
+  bool EcmSubmit(const std::string& folder, std::string& message) override;
+  void EcmSetOwnerWindow(std::intptr_t window) override {
+    calls.push_back("EcmSetOwnerWindow " + std::to_string(window));
+  }
+  void EcmReleaseOwnerWindow(std::intptr_t window) override {
+    calls.push_back("EcmReleaseOwnerWindow " + std::to_string(window));
+  }
+
+  bool enabled = false;
+  bool accepts = true;
+  std::string refusal;
+  std::vector<std::string> calls;
+};
+
+class TestForms : public Forms {
+ public:
+  void UpdateMain() override {
+    calls.push_back("UpdateMain");
+    if (on_update) on_update();
+  }
+  Size SetMainSize(Size outer) override;
+  std::intptr_t MainWindowHandle() override { return 4711; }
+  void ShowLogEditor(const std::optional<std::string>& caption) override;
+  void ShowLogView(const std::string& caption) override;
+  void ShowChangeItem() override;
+  bool ChangeItemVisible() override { return change_item_visible; }
+
+  std::vector<std::string> calls;
+  std::function<void()> on_update;
+  std::function<void(const std::optional<std::string>&)> on_editor;
+  std::function<void()> on_view;
+  std::function<void()> on_change_item;
+  Size frame{90, 405};  // what the frame takes from the outer size
+  bool change_item_visible = false;
+};
+
+class TestWindows : public WindowSystem {
+ public:
+  void SetBand(std::intptr_t window, Band band) override;
+  std::string ClassName(std::intptr_t window) override;
+  std::intptr_t FindChild(std::intptr_t parent, const std::string& class_name) override;
+  void SetParent(std::intptr_t window, std::intptr_t parent) override;
+  PixelRect ClientRect(std::intptr_t window) override;
+  PixelRect WorkArea() override { return work_area; }
+  PixelRect NormalPosition(std::intptr_t window) override { return positions[window]; }
+  void SetNormalPosition(std::intptr_t window, const PixelRect& place) override {
+    positions[window] = place;
+  }
+
+  std::vector<std::string> calls;
+  std::map<std::intptr_t, std::string> class_names;
+  std::map<std::pair<std::intptr_t, std::string>, std::intptr_t> children;
+  std::map<std::intptr_t, PixelRect> client_rects;
+  std::map<std::intptr_t, PixelRect> positions;
+  PixelRect work_area{0, 0, 1920, 1080};
+};
+
+// A workstation on drive C: of a temporary machine: host folders, state with its paths set, and
+// the services.
+class TestWorkstation {
+ public:
+  explicit TestWorkstation(int code_page = 1252);
+
+  static constexpr const char* kExePath = "C:\\QUOREX\\qrxexe\\";
+  static constexpr const char* kLogRoot = "C:\\QUOREX\\inst1\\maintain\\";
+
+  // Path text of a file of a log.
+  static std::string InLog(const std::string& log, const std::string& file) {
+    return std::string(kLogRoot) + log + "\\" + file;
+  }
+  // Makes a log folder with a date and, if it is not empty, a comment of one line.
+  void MakeLog(const std::string& name, const std::string& date, const std::string& comment = {});
+  // Names of all entries of LogRoot, ascending.
+  std::set<std::string> RootEntries() const;
+
+  TestMachine disk;
+  AppState state;
+  TestHost host;
+  TestCell cell;
+  TestEvents events;
+  TestMessages messages;
+  TestClock clock;
+  TestProcess process;
+  TestEcm ecm;
+  TestForms forms;
+  TestWindows windows;
+  Services services{host, cell, events, messages, clock, process, ecm, forms, windows};
+};
+
+}  // namespace logbook::test
