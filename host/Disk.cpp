@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "host/Disk.h"
+
+#include <filesystem>
+#include <fstream>
+#include <ios>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+#include "platform/Files.h"
+
+namespace logbook::host {
+
+void PutFile(const Machine& machine, std::string_view path, std::string_view bytes) {
+  const std::string native = NativePath(machine, path);
+  std::ofstream file(native, std::ios::binary | std::ios::trunc);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  if (!file) throw std::runtime_error("cannot write " + native);
+}
+
+void PutFolder(const Machine& machine, std::string_view path) {
+  const std::string native = NativePath(machine, path);
+  std::error_code error;
+  std::filesystem::create_directories(native, error);
+  if (error || !std::filesystem::is_directory(native)) {
+    throw std::runtime_error("cannot make the folder " + native);
+  }
+}
+
+}  // namespace logbook::host
