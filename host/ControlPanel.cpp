@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "host/ControlPanel.h"
+
+#include <QTimer>
+#include <exception>
+#include <utility>
+
+#include "host/Jobs.h"
+#include "platform/HostLinkNames.h"
+
+namespace logbook::host {
+namespace {
+
+constexpr int kCellCapture = 1;
+constexpr int kCellPrint = 2;
+constexpr int kCellEnding = 9;
+
+QString CellIdle() {
+  return QStringLiteral("0");
+}
+// A number that is no job: the logbook waits while it stands there.
+QString CellBusy() {
+  return QStringLiteral("5");
+}
+
+QString Text(const std::string& text) {
+  return QString::fromStdString(text);
+}
+
+}  // namespace
+
+QString RequestObject::Request(const QString& item) {
+  if (options_.attention == Attention::kDeaf) {
+    setDelayedReply(true);
+    return {};
+  }
+  const auto text = ItemText(options_.workstation, item.toStdString());
+  if (!text) {
+    sendErrorReply(QStringLiteral("com.norvane.Quorex.Host.Error.UnknownItem"),
+                   QStringLiteral("There is no item \"%1\".").arg(item));
+    return {};
+  }
+  return Text(*text);
+}
+
+ControlPanel::ControlPanel(const QDBusConnection& bus, const HostOptions& options,
+                           std::function<void(const std::string&)> tell)
+    : bus_(bus), options_(options), tell_(std::move(tell)), requests_(options), cell_(bus) {
+  connect(&cell_, &Cell::Appeared, this, &ControlPanel::OnAppeared);
+  connect(&cell_, &Cell::TextSeen, this, &ControlPanel::OnTextSeen);
+  connect(&cell_, &Cell::Written, this, &ControlPanel::OnWritten);
+  connect(&cell_, &Cell::Refused, this, [this] { holds_cell_ = false; });
+  connect(&cell_, &Cell::Vanished, this, [this] {
+    ++visit_;
+    holds_cell_ = false;
+    Q_EMIT LogbookGone();
+  });
+}
+
+bool ControlPanel::Start() {
+  bus_.registerObject(Text(std::string(kHostObjectPath)), &requests_,
+                      QDBusConnection::ExportScriptableSlots);
+  if (!bus_.registerService(Text(HostBusName(options_.id)))) return false;
+  cell_.Watch();
+  return true;
+}
+
+void ControlPanel::OnAppeared() {
+  if (options_.attention != Attention::kFull) return;
+  if (options_.busy.count() == 0) {
+    cell_.Read();
+  } else {
+    holds_cell_ = true;
+    Release();
+  }
+}
+
+void ControlPanel::OnTextSeen(const QString& text) {
+  if (options_.attention != Attention::kFull || holds_cell_) return;
+  switch (CellNumber(text.toStdString())) {
+    case kCellCapture:
+      StartJob([this] { return Capture(options_, Now()); });
+      break;
+    case kCellPrint:
+      StartJob([this] { return Print(options_, Now()); });
+      break;
+    case kCellEnding:
+      holds_cell_ = true;
+      cell_.Write(CellIdle());
+      break;
+    default:
+      break;
+  }
+}
+
+void ControlPanel::StartJob(const std::function<std::string()>& work) {
+  holds_cell_ = true;
+  QTimer::singleShot(options_.slow, this, [this, work, visit = visit_] {
+    if (visit != visit_) return;
+    try {
+      tell_(work());
+    } catch (const std::exception& failure) {
+      // The cell is cleared all the same: a logbook never learns how a job went.
+      tell_(std::string("failed: ") + failure.what());
+    }
+    Release();
+  });
+}
+
+void ControlPanel::Release() {
+  if (options_.busy.count() == 0) {
+    cell_.Write(CellIdle());
+    return;
+  }
+  cell_.Write(CellBusy());
+  QTimer::singleShot(options_.busy, this, [this, visit = visit_] {
+    if (visit == visit_) cell_.Write(CellIdle());
+  });
+}
+
+void ControlPanel::OnWritten(const QString& text) {
+  if (text != CellIdle()) return;
+  holds_cell_ = false;
+  // Whatever was asked for meanwhile.
+  cell_.Read();
+}
+
+}  // namespace logbook::host

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "host/Jobs.h"
+
+#include <charconv>
+#include <stdexcept>
+
+#include "host/TunePrintout.h"
+#include "platform/Files.h"
+#include "platform/Profile.h"
+
+namespace logbook::host {
+namespace {
+
+std::string ExistingFolderOfJob(const Workstation& workstation) {
+  const std::string folder = FolderOfJob(workstation);
+  if (folder.empty() || !FolderExists(workstation.machine, folder)) {
+    throw std::runtime_error("no folder \"" + folder + "\" to work on");
+  }
+  return folder;
+}
+
+}  // namespace
+
+int CellNumber(std::string_view text) {
+  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+  int number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+std::string FolderOfJob(const Workstation& workstation) {
+  constexpr std::size_t kSize = 512;
+  const Machine& machine = workstation.machine;
+  return machine.code_page->ToUtf8(GetPrivateProfileString(
+      machine, "LogBook", "LogFileName", "", kSize, workstation.exe_path + "logbook.ini"));
+}
+
+std::string Capture(const HostOptions& options, LocalTime time) {
+  const Machine& machine = options.workstation.machine;
+  const std::string folder = ExistingFolderOfJob(options.workstation);
+  const LogMoment moment{options.instrument, LogNumberOf(machine, folder), time,
+                         options.least_log_bytes};
+  WriteSnapshot(machine, folder, MakeSnapshot(moment), options.damages);
+  WriteOptions(machine, folder, options.instrument.build);
+  return "captured " + folder;
+}
+
+std::string Print(const HostOptions& options, LocalTime time) {
+  return "printed " +
+         PrintTuneReport(options.workstation, ExistingFolderOfJob(options.workstation), time);
+}
+
+}  // namespace logbook::host
