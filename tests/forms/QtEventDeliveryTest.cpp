@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/qt/QtEventDelivery.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTimer>
+
+namespace logbook {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int kPollsOfLongestSleep =
+    static_cast<int>(QtEventDelivery::kLongestSleep / QtEventDelivery::kPoll);
+
+TEST(QtEventDelivery, AWaitWithoutEventsSleepsAndWakesRarely) {
+  QtEventDelivery events;
+  QCoreApplication::processEvents();
+  int wake_ups = 0;
+  int polls = 0;
+  for (; polls < 50000; ++wake_ups) {  // about half a second
+    const int stands_for = events.Deliver();
+    EXPECT_GE(stands_for, 1);
+    EXPECT_LE(stands_for, kPollsOfLongestSleep);
+    polls += stands_for;
+  }
+  EXPECT_LE(wake_ups, 25);
+}
+
+TEST(QtEventDelivery, APendingEventIsDeliveredWithoutASleep) {
+  QtEventDelivery events;
+  QObject context;
+  bool delivered = false;
+  QTimer::singleShot(0, &context, [&] { delivered = true; });
+  EXPECT_LT(events.Deliver(), kPollsOfLongestSleep);
+  EXPECT_TRUE(delivered);
+}
+
+TEST(QtEventDelivery, AnEventEndsTheSleep) {
+  QtEventDelivery events;
+  QCoreApplication::processEvents();
+  QObject context;
+  bool delivered = false;
+  QTimer::singleShot(5ms, Qt::PreciseTimer, &context, [&] { delivered = true; });
+  int polls = 0;
+  while (!delivered) polls += events.Deliver();
+  EXPECT_LT(polls, kPollsOfLongestSleep);
+}
+
+TEST(QtEventDelivery, MayBeEnteredAgainFromAnEventThatItDelivers) {
+  QtEventDelivery events;
+  QObject context;
+  int inner = 0;
+  QTimer::singleShot(0, &context, [&] { inner = events.Deliver(); });
+  events.Deliver();
+  EXPECT_GE(inner, 1);
+}
+
+TEST(QtEventDelivery, AModalWindowOpenedByAnEventDoesNotCountAsPolls) {
+  QtEventDelivery events;
+  QObject context;
+  QTimer::singleShot(0, &context, [&] {
+    QEventLoop modal;
+    QTimer::singleShot(150ms, &modal, [&] { modal.quit(); });
+    modal.exec();
+  });
+  EXPECT_LE(events.Deliver(), kPollsOfLongestSleep);
+}
+
+}  // namespace
+}  // namespace logbook
