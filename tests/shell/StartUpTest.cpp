@@ -149,6 +149,18 @@ TEST(Form_Load, CaptionsFontsAndArrangementStandWhenTheWindowWaits) {
   EXPECT_EQ(window.Window.Place.Width, 11145);
 }
 
+TEST(Form_Load, CataloguesStandBeforeTheFirstListIsFilled) {
+  TestWorkstation station;
+  station.MakeLog("26111500", "11/15/2026 05:09:59");
+  station.disk.Put(TestWorkstation::InLog("26111500", "auser.txt"), "21.4");
+  station.disk.Put(std::string(TestWorkstation::kExePath) + "logbook.ini",
+                   "[Header3]\r\nCat=Meter\r\nItem=0\r\n");
+  EXPECT_EQ(StartWith(station, "HOST"), -1);
+  EXPECT_EQ(station.state.ListView1.Column(3).Text, "Inlet Temp (degC)");
+  EXPECT_EQ(station.state.ListView1.Row(1).SubItem(2), "21");
+  EXPECT_EQ(station.state.catalogues.ItemHeaders[16], "Lenses ware cleaned.");
+}
+
 TEST(Form_Load, EnabledContentServerLearnsTheMainWindow) {
   TestWorkstation station;
   station.ecm.enabled = true;
