@@ -46,16 +46,20 @@ std::vector<FolderEntry> ScanLogRoot(const AppState& state) {
 }  // namespace
 
 void Init_FileList(AppState& state, Services& services) {
-  state.ListView1.Clear();
-  state.LogCount = CreateFileList(state, services);
-  FillFileList(state);
-  FillListHeader(state);
-  FillListView(state);
+  RebuildList(state, services.messages);
   SaveList(state);
   services.forms.UpdateMain();
 }
 
-std::int16_t CreateFileList(AppState& state, Services& services) {
+void RebuildList(AppState& state, MessageBoxes& messages) {
+  state.ListView1.Clear();
+  state.LogCount = CreateFileList(state, messages);
+  FillFileList(state);
+  FillListHeader(state);
+  FillListView(state);
+}
+
+std::int16_t CreateFileList(AppState& state, MessageBoxes& messages) {
   // Element 256 keeps its old content until a scan reaches it.
   for (std::size_t i = 0; i < static_cast<std::size_t>(kMaxLogs); ++i) state.FileList[i] = {};
   std::int16_t count = 0;
@@ -66,7 +70,7 @@ std::int16_t CreateFileList(AppState& state, Services& services) {
     state.FileList[static_cast<std::size_t>(count)].Name = entry.name;
   }
   if (count == kMaxLogs)
-    services.messages.Show({.Text = std::string(LoadResString(kListFullMessage))});
+    messages.Show({.Text = std::string(LoadResString(kListFullMessage))});
   return count;
 }
 

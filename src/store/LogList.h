@@ -16,9 +16,13 @@ namespace logbook {
 // steps raise.
 void Init_FileList(AppState& state, Services& services);
 
+// The rebuild of what the list shows, without listlog.csv and the window: the same for the program
+// and for logbookctl. Raises what its untrapped steps raise.
+void RebuildList(AppState& state, MessageBoxes& messages);
+
 // Scans LogRoot for folders, at most 256, into FileList 1 to the result. Shows one message if
 // there are 256 or more.
-std::int16_t CreateFileList(AppState& state, Services& services);
+std::int16_t CreateFileList(AppState& state, MessageBoxes& messages);
 
 // Reads date and first comment line of each log into FileList. Missing files read as empty. Raises
 // kInputPastEndOfFile for a comment.txt without a byte.

@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// logbookctl: what the logbook knows and shows, on the terminal. It only reads.
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+#include "CatalogueText.h"
+#include "catalogue/ItemRecord.h"
+#include "platform/Files.h"
+#include "platform/Machine.h"
+#include "platform/RunTimeError.h"
+#include "resources/Resources.h"
+#include "shell/AppState.h"
+#include "shell/Services.h"
+#include "store/LogList.h"
+
+namespace {
+
+using logbook::AppState;
+using logbook::ErrorNumber;
+using logbook::Machine;
+using logbook::RunTimeError;
+
+constexpr int kRunTimeErrorStatus = 1;
+constexpr int kWrongUseStatus = 2;
+
+struct Request {
+  int code_page = 0;      // 0: that of the machine
+  std::string catalogue;  // empty: all of them
+  std::string log_root;
+  std::string ini_file;
+  bool ce_mode = false;
+};
+
+// What the program would show in a box goes to standard error.
+class TerminalMessages : public logbook::MessageBoxes {
+ public:
+  logbook::MessageAnswer Show(const logbook::Message& message) override {
+    std::cerr << "logbookctl: " << message.Text << '\n';
+    return logbook::MessageAnswer::kOk;
+  }
+};
+
+// A path in either form as a path text: one with a drive or a backslash is one already.
+std::string PathTextOf(const std::string& path) {
+  const bool has_drive = path.size() >= 2 && path[1] == ':';
+  if (has_drive || path.find('\\') != std::string::npos) return path;
+  return logbook::PathText(path);
+}
+
+std::string Catalogue(const Request& request) {
+  logbook::Catalogues catalogues;
+  FillCatalogues(catalogues);
+  if (!request.catalogue.empty()) return CatalogueText(catalogues, request.catalogue);
+  std::string text;
+  for (const std::string_view name : logbook::kCatalogueNames) {
+    if (!text.empty()) text += '\n';
+    text += CatalogueText(catalogues, name);
+  }
+  return text;
+}
+
+std::string Strings() {
+  std::string text;
+  for (const logbook::StringResource& each : logbook::AllStrings()) {
+    text += std::to_string(each.number) + '\t' + std::string(each.text) + '\n';
+  }
+  return text;
+}
+
+std::string List(const Request& request, const Machine& machine) {
+  AppState state(machine);
+  state.CEMode = request.ce_mode;
+  state.IniFile = PathTextOf(request.ini_file);
+  state.LogRoot = PathTextOf(request.log_root);
+  if (!state.LogRoot.ends_with('\\')) state.LogRoot += '\\';
+  if (!FolderExists(machine, state.LogRoot)) throw RunTimeError(ErrorNumber::kPathNotFound);
+  FillCatalogues(state.catalogues);
+  TerminalMessages messages;
+  RebuildList(state, messages);
+  return ListText(state);
+}
+
+Machine MachineFor(const Request& request) {
+  Machine machine = logbook::OpenMachine(logbook::DefaultHome());
+  if (request.code_page != 0) machine.code_page = logbook::CodePage::Find(request.code_page);
+  return machine;
+}
+
+void Describe(CLI::App& app, Request& request) {
+  app.require_subcommand(1);
+  app.set_version_flag("--version", "logbookctl " LOGBOOK_VERSION);
+  app.fallthrough();
+  app.add_option("--code-page", request.code_page,
+                 "Code page of the files, instead of the machine's")
+      ->check(CLI::IsMember({932, 936, 949, 950, 1250, 1251, 1252}));
+
+  CLI::App* catalogue = app.add_subcommand(
+      "catalogue", "Print a catalogue, or all of them, as tab-separated rows with a header line");
+  catalogue->add_option("NAME", request.catalogue, "Which one")
+      ->check(CLI::IsMember({"tune", "meter", "analog", "sys", "bout", "bin", "items"}));
+
+  app.add_subcommand("strings", "Print the string table: number, tab, text");
+
+  CLI::App* list = app.add_subcommand(
+      "list", "Print what listlog.csv would hold for a folder of logs; nothing is written");
+  list->add_option("--log-root", request.log_root, "Folder of the log folders")
+      ->required()
+      ->type_name("DIR");
+  list->add_option("--ini", request.ini_file, "logbook.ini with the choice of the value columns")
+      ->required()
+      ->type_name("FILE");
+  list->add_flag("--ce", request.ce_mode, "Take the columns of the CE mode");
+}
+
+std::string Run(const CLI::App& app, const Request& request) {
+  if (app.got_subcommand("catalogue")) return Catalogue(request);
+  if (app.got_subcommand("strings")) return Strings();
+  return List(request, MachineFor(request));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Prints what the maintenance logbook knows and shows.", "logbookctl");
+  Request request;
+  Describe(app, request);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kWrongUseStatus;
+  }
+  try {
+    std::cout << Run(app, request) << std::flush;
+    if (!std::cout) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+  } catch (const RunTimeError& error) {
+    std::cerr << "logbookctl: run-time error " << static_cast<int>(error.Number()) << ": "
+              << error.Description() << '\n';
+    return kRunTimeErrorStatus;
+  }
+  return 0;
+}

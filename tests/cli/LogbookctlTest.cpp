@@ -1,0 +1,261 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The program logbookctl as a whole: what it prints, its exit status, and that it writes nothing.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+
+#include "resources/Resources.h"
+#include "shell/AppState.h"
+#include "shell/Services.h"
+#include "store/LogList.h"
+#include "support/TestMachine.h"
+
+namespace logbook {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kLogRoot = "C:\\QUOREX\\maintain\\";
+constexpr const char* kIniFile = "C:\\QUOREX\\logbook.ini";
+
+struct Outcome {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+class NoMessages : public MessageBoxes {
+ public:
+  MessageAnswer Show(const Message& message) override {
+    ADD_FAILURE() << message.Text;
+    return MessageAnswer::kOk;
+  }
+};
+
+std::string Read(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::string Quoted(const std::string& text) {
+  return "'" + text + "'";
+}
+
+class Logbookctl : public testing::Test {
+ protected:
+  // Runs the program; the arguments are shell text.
+  Outcome Run(const std::string& arguments) {
+    const test::TestMachine scratch;
+    const std::string base = scratch.home() + "/";
+    const std::string command = "LOGBOOK_HOME=" + Quoted(disk.home()) + " " + Quoted(LOGBOOKCTL) +
+                                " " + arguments + " >" + base + "out 2>" + base +
+                                "err </dev/null; echo $? >" + base + "status";
+    Outcome outcome;
+    if (std::system(command.c_str()) != 0) ADD_FAILURE() << command;
+    outcome.out = Read(base + "out");
+    outcome.err = Read(base + "err");
+    outcome.status = std::stoi(Read(base + "status"));
+    return outcome;
+  }
+
+  // Two logs with values in the columns that logbook.ini chooses.
+  void MakeLogs() {
+    for (const char* log : {"26111500", "26111501"}) {
+      const std::string folder = std::string(kLogRoot) + log + "\\";
+      disk.Put(folder + "logfile.ini",
+               "[LogFile]\r\nDate=11/15/2026 05:09:59\r\n[OPTION]\r\nLENS=1\r\n");
+      disk.Put(folder + "comment.txt", "Cones, cleaned \xB5\r\nsecond line\r\n");
+      disk.Put(folder + "auser.txt", "21.4,22,23,24,1.005\r\n");
+      disk.Put(folder + "aall.txt", "30\r\n31\r\n");
+      disk.Put(folder + "PARAMVAR.MAC", "XPOS=5.55\r\n");
+    }
+    disk.Put(kIniFile,
+             "[Header3]\r\nCat=Meter\r\nItem=4\r\n[Header4]\r\nCat=Tune\r\nItem=106\r\n"
+             "[Header5]\r\nCat=Analog\r\nItem=1\r\n[Header6]\r\nCat=Meter\r\nItem=13\r\n"
+             "[Header_CE3]\r\nCat=Analog\r\nItem=0\r\n");
+  }
+
+  // What the program itself would write as listlog.csv.
+  std::string ProgramsList(bool ce_mode, int code_page = 1252) {
+    Machine machine = disk.machine();
+    machine.code_page = CodePage::Find(code_page);
+    AppState state(machine);
+    state.CEMode = ce_mode;
+    state.LogRoot = kLogRoot;
+    state.IniFile = kIniFile;
+    FillCatalogues(state.catalogues);
+    NoMessages messages;
+    RebuildList(state, messages);
+    return ListText(state);
+  }
+
+  // Every file of the machine with its bytes and its time.
+  std::map<std::string, std::string> Everything() {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(disk.home())) {
+      const auto time = fs::last_write_time(entry.path()).time_since_epoch().count();
+      files[entry.path().string()] =
+          std::to_string(time) + (entry.is_regular_file() ? Read(entry.path()) : "");
+    }
+    return files;
+  }
+
+  std::string ListArguments() {
+    return "list --log-root " + Quoted(kLogRoot) + " --ini " + Quoted(kIniFile);
+  }
+
+  test::TestMachine disk;
+};
+
+TEST_F(Logbookctl, PrintsEachCatalogueAsItsListing) {
+  for (const std::string name : {"tune", "meter", "analog", "sys", "bout", "bin", "items"}) {
+    const Outcome outcome = Run("catalogue " + name);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, Read(TEST_DATA_DIR "/catalogue/" + name + ".tsv")) << name;
+    EXPECT_EQ(outcome.err, "");
+  }
+}
+
+TEST_F(Logbookctl, PrintsAllCataloguesInTheOrderOfStartUp) {
+  std::string expected;
+  for (const std::string name : {"items", "meter", "analog", "tune", "sys", "bout", "bin"}) {
+    expected += (expected.empty() ? "" : "\n") + Read(TEST_DATA_DIR "/catalogue/" + name + ".tsv");
+  }
+  EXPECT_EQ(Run("catalogue").out, expected);
+}
+
+TEST_F(Logbookctl, PrintsTheStringTable) {
+  const Outcome outcome = Run("strings");
+  EXPECT_EQ(outcome.status, 0);
+  std::string expected;
+  for (const StringResource& each : AllStrings()) {
+    expected += std::to_string(each.number) + "\t" + std::string(each.text) + "\n";
+  }
+  EXPECT_EQ(outcome.out, expected);
+  EXPECT_NE(outcome.out.find("\n112\tMaintenance LogBook\n"), std::string::npos);
+}
+
+TEST_F(Logbookctl, PrintsTheBytesOfTheListAndWritesNothing) {
+  MakeLogs();
+  const auto before = Everything();
+  const Outcome outcome = Run(ListArguments());
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.out, ProgramsList(false));
+  EXPECT_EQ(outcome.out,
+            "Date Logged,Logbook Folder,Carrier Gas (L/min),Smpl Depth (mm),Exhaust Temp (degC),"
+            "SC Temparature(L) (degC),Item 5,Item 6,Comment\r\n"
+            "11/15/2026 05:09:59,26111500,1.01,5.6,31,N/A,,,Cones, cleaned \xB5\r\n"
+            "11/15/2026 05:09:59,26111501,1.01,5.6,31,N/A,,,Cones, cleaned \xB5\r\n");
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(Everything(), before);
+}
+
+TEST_F(Logbookctl, TakesTheColumnsOfTheCeMode) {
+  MakeLogs();
+  const Outcome outcome = Run(ListArguments() + " --ce");
+  EXPECT_EQ(outcome.out, ProgramsList(true));
+  EXPECT_NE(outcome.out.find("Inlet Temp (degC),Item 2"), std::string::npos);
+}
+
+TEST_F(Logbookctl, TakesPathsInBackslashAndInNativeForm) {
+  MakeLogs();
+  const std::string expected = ProgramsList(false);
+  const std::string native_root = disk.Native("C:\\QUOREX\\maintain");
+  const std::string native_ini = disk.Native(kIniFile);
+  EXPECT_EQ(Run("list --log-root 'C:\\QUOREX\\maintain' --ini 'c:\\quorex\\LOGBOOK.INI'").out,
+            expected);
+  EXPECT_EQ(Run("list --log-root " + native_root + " --ini " + native_ini).out, expected);
+  EXPECT_EQ(Run("list --log-root " + native_root + "/ --ini " + native_ini).out, expected);
+}
+
+TEST_F(Logbookctl, TakesNativePathsFromTheWorkingFolder) {
+  MakeLogs();
+  const std::string folder = disk.Native("C:\\QUOREX");
+  const test::TestMachine scratch;
+  const std::string out = scratch.home() + "/out";
+  const std::string command =
+      "cd " + folder + " && " + LOGBOOKCTL + " list --log-root maintain --ini logbook.ini >" + out;
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(Read(out), ProgramsList(false));
+}
+
+TEST_F(Logbookctl, ReadsFilesInTheCodePageThatIsAskedFor) {
+  MakeLogs();
+  disk.Put(std::string(kLogRoot) + "26111500\\comment.txt", "\x83\x5C\r\n");
+  const Outcome outcome = Run(ListArguments() + " --code-page 932");
+  EXPECT_EQ(outcome.out, ProgramsList(false, 932));
+  EXPECT_NE(outcome.out.find(",\x83\x5C\r\n"), std::string::npos);
+}
+
+TEST_F(Logbookctl, TheFullListIsSaidOnStandardError) {
+  for (int i = 0; i < 256; ++i) {
+    disk.MakeFolders(std::string(kLogRoot) + std::to_string(26110000 + i));
+  }
+  const Outcome outcome = Run(ListArguments());
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_NE(outcome.err.find("There are 257 or more logs in Log Folder."), std::string::npos);
+}
+
+TEST_F(Logbookctl, ARunTimeErrorHasStatusOneAndAMessage) {
+  const Outcome missing = Run("list --log-root 'C:\\none' --ini 'C:\\none.ini'");
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_EQ(missing.out, "");
+  EXPECT_EQ(missing.err, "logbookctl: run-time error 76: Path not found\n");
+
+  MakeLogs();
+  disk.Put(kIniFile, "[Header3]\r\nCat=Meter\r\nItem=31\r\n");
+  const Outcome subscript = Run(ListArguments());
+  EXPECT_EQ(subscript.status, 1);
+  EXPECT_EQ(subscript.out, "");
+  EXPECT_EQ(subscript.err, "logbookctl: run-time error 9: Subscript out of range\n");
+}
+
+TEST_F(Logbookctl, ATuneItemWithoutAFileIsARunTimeError) {
+  MakeLogs();
+  disk.Put(kIniFile, "[Header3]\r\nCat=Tune\r\nItem=165\r\n");
+  const Outcome outcome = Run(ListArguments());
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err, "logbookctl: run-time error 75: Path/File access error\n");
+}
+
+TEST_F(Logbookctl, WrongUseHasStatusTwo) {
+  for (const char* arguments :
+       {"", "nothing", "catalogue nothing", "catalogue meter sys", "list", "list --log-root 'C:\\'",
+        "list --ini x", "strings more", "--code-page 437 strings", "--code-page x strings",
+        "list --log-root a --ini b --nothing"}) {
+    const Outcome outcome = Run(arguments);
+    EXPECT_EQ(outcome.status, 2) << arguments;
+    EXPECT_EQ(outcome.out, "") << arguments;
+    EXPECT_NE(outcome.err, "") << arguments;
+  }
+}
+
+TEST_F(Logbookctl, EveryCommandHasItsHelp) {
+  for (const char* arguments : {"--help", "catalogue --help", "strings --help", "list --help"}) {
+    const Outcome outcome = Run(arguments);
+    EXPECT_EQ(outcome.status, 0) << arguments;
+    EXPECT_NE(outcome.out.find("Usage: logbookctl"), std::string::npos) << arguments;
+    EXPECT_EQ(outcome.err, "") << arguments;
+  }
+}
+
+TEST_F(Logbookctl, AnOutputThatCannotBeWrittenIsARunTimeError) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "the machine has no /dev/full";
+  const test::TestMachine scratch;
+  const std::string status = scratch.home() + "/status";
+  const std::string command =
+      std::string(LOGBOOKCTL) + " strings >/dev/full 2>/dev/null; echo $? >" + status;
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(Read(status), "1\n");
+}
+
+}  // namespace
+}  // namespace logbook
