@@ -3,6 +3,7 @@
 
 #include "platform/qt/QtForms.h"
 
+#include "catalogue/frmChangeItem.h"
 #include "editor/LogEditor.h"
 #include "editor/frmLogEditor.h"
 #include "platform/RunTimeError.h"
@@ -41,10 +42,18 @@ void QtForms::ShowLogEditor(const std::optional<std::string>& caption) {
 
 void QtForms::ShowLogView(const std::string&) {}
 
-void QtForms::ShowChangeItem() {}
+void QtForms::ShowChangeItem() {
+  if (main_ == nullptr) return;
+  ColumnChooser chooser;
+  frmChangeItem form(main_, state_, *services_, chooser);
+  form.Load();
+  change_item_ = &form;
+  form.exec();
+  change_item_ = nullptr;
+}
 
 bool QtForms::ChangeItemVisible() {
-  return false;
+  return change_item_ != nullptr && change_item_->isVisible();
 }
 
 }  // namespace logbook

@@ -9,6 +9,7 @@
 
 namespace logbook {
 
+class frmChangeItem;
 class frmMain;
 
 class QtForms : public Forms {
@@ -32,6 +33,7 @@ class QtForms : public Forms {
   AppState& state_;
   frmMain* main_ = nullptr;
   Services* services_ = nullptr;
+  frmChangeItem* change_item_ = nullptr;  // while it is shown
 };
 
 }  // namespace logbook
