@@ -32,14 +32,14 @@ struct Prefix {
 
 // clang-format off
 constexpr auto kMeterPrefixes = std::to_array<Prefix>({
-    { 25,  27, 128},  // "Style B:"
+    { 25,  27, 129},  // "Style B:"
 });
 
 constexpr auto kAnalogPrefixes = std::to_array<Prefix>({
-    {107, 124, 129},  // "Lumarin:"
-    {125, 149, 514},  // "NEW RF:"
-    {150, 168, 126},  // "Varion TRZ:"
-    {169, 172, 128},  // "Style B:"
+    {107, 124, 514},  // "Lumarin:"
+    {125, 149, 126},  // "NEW RF:"
+    {150, 168, 128},  // "Varion TRZ:"
+    {169, 172, 129},  // "Style B:"
     {173, 191, 130},  // "Varion TRZ(ce):"
 });
 // clang-format on
