@@ -71,7 +71,8 @@ struct FileReplacement::State {
     if (!S_ISREG(status.st_mode) || (status.st_mode & S_IWUSR) == 0) {
       throw RunTimeError(ErrorNumber::kPathFileAccess);
     }
-    if (faccessat(folder.Number(), name.c_str(), W_OK, 0) != 0) RaiseFileError(errno, path);
+    if (faccessat(folder.Number(), name.c_str(), W_OK, AT_EACCESS) != 0)
+      RaiseFileError(errno, path);
     return status.st_mode & 07777;
   }
 

@@ -24,8 +24,9 @@ std::string WithoutTrailingSlash(std::string path) {
 std::string DefaultHome() {
   const std::string home = Environment("LOGBOOK_HOME");
   if (!home.empty()) return WithoutTrailingSlash(home);
+  // A relative folder does not count there, by the rule for that variable.
   const std::string data = WithoutTrailingSlash(Environment("XDG_DATA_HOME"));
-  if (!data.empty()) return data + "/quorex-logbook";
+  if (data.starts_with("/")) return data + "/quorex-logbook";
   return WithoutTrailingSlash(Environment("HOME")) + "/.local/share/quorex-logbook";
 }
 

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/UpperCase.h"
+
+#include <gtest/gtest.h>
+
+namespace logbook::test {
+namespace {
+
+TEST(UpperCaseTest, letters_of_several_scripts_have_their_upper_case) {
+  const std::pair<const char*, const char*> cases[] = {{"", ""},           {"abz{AZ09", "ABZ{AZ09"},
+                                                       {"éàÿ", "ÉÀŸ"},     {"жёя", "ЖЁЯ"},
+                                                       {"αως", "ΑΩΣ"},     {"čžđ", "ČŽĐ"},
+                                                       {"ａｚ", "ＡＺ"},   {"漢字ｱ", "漢字ｱ"},
+                                                       {"×÷ßªº", "×÷ßªº"}, {"ⅷ", "Ⅷ"},
+                                                       {"😀", "😀"}};
+  for (const auto& [text, upper] : cases) {
+    EXPECT_EQ(UpperCaseText(text), upper) << text;
+    EXPECT_TRUE(EqualIgnoringCase(text, upper)) << text;
+  }
+}
+
+TEST(UpperCaseTest, no_letter_beyond_ascii_becomes_an_ascii_one) {
+  for (const char* text : {"ı", "ſ", "µ"}) EXPECT_EQ(UpperCaseText(text), text);
+  EXPECT_FALSE(EqualIgnoringCase("lıst", "LIST"));
+}
+
+TEST(UpperCaseTest, bytes_that_are_no_utf8_stay) {
+  EXPECT_EQ(UpperCaseText("a\xFFz"), "A\xFFZ");
+  EXPECT_FALSE(EqualIgnoringCase("a\xFF", "a\xFE"));
+}
+
+TEST(UpperCaseTest, texts_of_other_lengths_or_letters_differ) {
+  EXPECT_FALSE(EqualIgnoringCase("log", "logs"));
+  EXPECT_FALSE(EqualIgnoringCase("log", "lag"));
+  EXPECT_FALSE(EqualIgnoringCase("e", "é"));
+  EXPECT_FALSE(EqualIgnoringCase("@", "`"));
+}
+
+}  // namespace
+}  // namespace logbook::test
