@@ -25,6 +25,10 @@ QString CellBusy() {
   return QStringLiteral("5");
 }
 
+bool IsJob(int number) {
+  return number == kCellCapture || number == kCellPrint || number == kCellEnding;
+}
+
 QString Text(const std::string& text) {
   return QString::fromStdString(text);
 }
@@ -55,6 +59,8 @@ ControlPanel::ControlPanel(const QDBusConnection& bus, const HostOptions& option
   connect(&cell_, &Cell::Vanished, this, [this] {
     ++visit_;
     holds_cell_ = false;
+    is_busy_at_start_ = false;
+    kept_job_ = 0;
     Q_EMIT LogbookGone();
   });
 }
@@ -71,15 +77,34 @@ void ControlPanel::OnAppeared() {
   if (options_.attention != Attention::kFull) return;
   if (options_.busy.count() == 0) {
     cell_.Read();
-  } else {
-    holds_cell_ = true;
-    Release();
+    return;
   }
+  holds_cell_ = true;
+  is_busy_at_start_ = true;
+  cell_.Write(CellBusy());
+  QTimer::singleShot(options_.busy, this, [this, visit = visit_] {
+    if (visit != visit_) return;
+    is_busy_at_start_ = false;
+    if (kept_job_ == 0) {
+      cell_.Write(CellIdle());
+    } else {
+      Obey(std::exchange(kept_job_, 0));
+    }
+  });
 }
 
 void ControlPanel::OnTextSeen(const QString& text) {
-  if (options_.attention != Attention::kFull || holds_cell_) return;
-  switch (CellNumber(text.toStdString())) {
+  if (options_.attention != Attention::kFull) return;
+  const int number = CellNumber(text.toStdString());
+  if (!holds_cell_) {
+    Obey(number);
+  } else if (is_busy_at_start_ && IsJob(number)) {
+    kept_job_ = number;
+  }
+}
+
+void ControlPanel::Obey(int number) {
+  switch (number) {
     case kCellCapture:
       StartJob([this] { return Capture(options_, Now()); });
       break;

@@ -52,6 +52,8 @@ class ControlPanel : public QObject {
   void OnAppeared();
   void OnTextSeen(const QString& text);
   void OnWritten(const QString& text);
+  // Does the job that the number calls for, if any.
+  void Obey(int number);
   // Does the work after the time that a job takes, then releases the cell.
   void StartJob(const std::function<std::string()>& work);
   // Clears the cell, after holding it for a while if the host is to be busy.
@@ -64,6 +66,10 @@ class ControlPanel : public QObject {
   Cell cell_;
   // The host is at work or about to clear the cell, and what the cell reads is of no concern.
   bool holds_cell_ = false;
+  // The host pretends to be busy since the logbook appeared. A logbook that has not noticed it yet
+  // may ask for a job; the number is kept until the pretence ends.
+  bool is_busy_at_start_ = false;
+  int kept_job_ = 0;
   // Counts logbooks: a job that outlives its logbook ends without a word.
   int visit_ = 0;
 };
