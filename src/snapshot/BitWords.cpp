@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "snapshot/BitWords.h"
+
+#include <cstddef>
+#include <string>
+
+#include "shell/LeadingNumber.h"
+
+namespace logbook {
+namespace {
+
+constexpr int kDigits = 4;
+
+bool BeginsCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+}
+
+std::string_view LastCharacters(std::string_view text, int count) {
+  std::size_t begin = text.size();
+  while (begin > 0 && count > 0) {
+    --begin;
+    if (BeginsCharacter(text[begin])) --count;
+  }
+  return text.substr(begin);
+}
+
+}  // namespace
+
+std::uint16_t BitWord(std::string_view field) {
+  const std::string digits = "&H" + std::string(LastCharacters(field, kDigits));
+  return static_cast<std::uint16_t>(LeadingNumber(digits));
+}
+
+BitWords ReadBitWords(SequentialReader& file) {
+  BitWords words{};
+  for (std::uint16_t& word : words) word = BitWord(file.ReadText());
+  return words;
+}
+
+}  // namespace logbook

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "snapshot/TuneBin.h"
+
+#include "platform/Files.h"
+
+namespace logbook {
+
+std::string TuneBinText(std::span<const TuneCell> cells) {
+  std::string names;
+  std::string values;
+  for (const TuneCell& cell : cells) {
+    names.append(cell.Name).append("\t");
+    values.append(cell.Value).append("\t");
+  }
+  return names + "\r\n" + values + "\r\n\r\n";
+}
+
+void WriteTuneBin(const Machine& machine, std::string_view path, std::span<const TuneCell> cells) {
+  WriteFile(machine, path, machine.code_page->FromUtf8(TuneBinText(cells)));
+}
+
+}  // namespace logbook

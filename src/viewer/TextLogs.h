@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The host's running logs and other texts of a log folder, as the viewer shows them: line by line,
+// each line ended by CR LF, whatever ended it in the file.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/Machine.h"
+
+namespace logbook {
+
+struct LimitedText {
+  std::string Text;        // UTF-8; at most 65535 bytes of the machine's code page
+  bool OverLimit = false;  // the file holds more lines than the text
+};
+
+// The lines of a file from the first to the last one with which the text, line ends counted, stays
+// below 65536 bytes of the code page. Reads no further than the first line that does not fit, and
+// of that no more than shows it, so time and memory do not depend on the size of the file. A
+// missing file gives an empty text. Raises what InputFile raises.
+LimitedText ReadLimitedText(const Machine& machine, std::string_view path);
+
+// All lines of a file. A missing file gives an empty text. Raises what InputFile raises.
+std::string ReadWholeText(const Machine& machine, std::string_view path);
+
+}  // namespace logbook
