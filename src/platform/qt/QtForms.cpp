@@ -8,6 +8,8 @@
 #include "editor/frmLogEditor.h"
 #include "platform/RunTimeError.h"
 #include "shell/frmMain.h"
+#include "viewer/LogView.h"
+#include "viewer/frmLogView.h"
 
 namespace logbook {
 
@@ -40,7 +42,13 @@ void QtForms::ShowLogEditor(const std::optional<std::string>& caption) {
   form.exec();
 }
 
-void QtForms::ShowLogView(const std::string&) {}
+void QtForms::ShowLogView(const std::string& caption) {
+  if (main_ == nullptr) return;
+  LogView view;
+  frmLogView form(main_, state_, *services_, view);
+  form.Load(caption);
+  form.exec();
+}
 
 void QtForms::ShowChangeItem() {
   if (main_ == nullptr) return;

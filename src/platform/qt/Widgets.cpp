@@ -6,6 +6,7 @@
 #include "platform/qt/Twips.h"
 
 #include <QAbstractButton>
+#include <QFontDatabase>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -20,6 +21,8 @@ namespace {
 
 // Fixedsys is a bitmap of 8 by 15 pixels; the fixed-pitch fonts below are that wide at this size.
 constexpr int kFixedsysPixels = 13;
+// The same width of 8 pixels in a font whose letters are half an em wide.
+constexpr int kDoubleBytePixels = 16;
 
 bool IsFontName(const QString& name, QLatin1String prefix) {
   return name.startsWith(prefix, Qt::CaseInsensitive);
@@ -33,6 +36,23 @@ QStringList SansSerifFamilies(const QString& name) {
 QStringList FixedPitchFamilies(const QString& name) {
   return {name, QStringLiteral("DejaVu Sans Mono"), QStringLiteral("Liberation Mono"),
           QStringLiteral("Noto Sans Mono"), QStringLiteral("monospace")};
+}
+
+// Fonts of a double-byte page in which a letter is half an em wide, best first.
+QStringList DoubleByteFamilies(int code_page) {
+  switch (code_page) {
+    case 932:
+      return {QStringLiteral("IPAGothic"), QStringLiteral("TakaoGothic"),
+              QStringLiteral("Noto Sans Mono CJK JP")};
+    case 936:
+      return {QStringLiteral("Noto Sans Mono CJK SC"), QStringLiteral("IPAGothic")};
+    case 949:
+      return {QStringLiteral("NanumGothicCoding"), QStringLiteral("Noto Sans Mono CJK KR")};
+    case 950:
+      return {QStringLiteral("Noto Sans Mono CJK TC"), QStringLiteral("IPAGothic")};
+    default:
+      return {};
+  }
 }
 
 void SetCaption(QWidget* widget, const QString& caption) {
@@ -63,6 +83,17 @@ QFont ToolkitFont(const Font& font) {
   result.setFixedPitch(fixed);
   const int pixels = static_cast<int>(std::lround(font.Size * 96 / 72));
   result.setPixelSize(fixedsys ? kFixedsysPixels : std::max(pixels, 1));
+  return result;
+}
+
+QFont ColumnFont(const Font& font, int code_page) {
+  QFont result = ToolkitFont(font);
+  for (const QString& family : DoubleByteFamilies(code_page)) {
+    if (!QFontDatabase::hasFamily(family)) continue;
+    result.setFamilies(QStringList{family} + result.families());
+    result.setPixelSize(kDoubleBytePixels);
+    break;
+  }
   return result;
 }
 

@@ -25,6 +25,11 @@ QString ToQt(const std::string& text);
 // that a line of the comment box holds as many characters. Sizes are in points of 96/72 pixel.
 QFont ToolkitFont(const Font& font);
 
+// The fixed-pitch font for texts whose columns are counted in bytes of a code page. For the
+// double-byte pages it is one, if the machine has it, in which such a character is twice as wide as
+// a letter; for the others it is that of ToolkitFont.
+QFont ColumnFont(const Font& font, int code_page);
+
 // The caption as it is read out: without the ampersands that mark access keys.
 QString SpokenCaption(const std::string& caption);
 
