@@ -1,0 +1,262 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "viewer/TextLogs.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+
+#include "Viewing.h"
+#include "platform/RunTimeError.h"
+
+namespace logbook {
+namespace {
+
+using test::Viewing;
+
+constexpr const char* kTooLong =
+    "Log files contains over 64KB text. Can not display over 64KB log text!";
+
+// A log of this many bytes, line ends counted, whose last line holds `last` characters.
+std::string LogOf(std::size_t bytes, std::size_t last = 3) {
+  std::string text = std::string(last, 'z') + "\r\n";
+  std::string log;
+  while (log.size() + text.size() + 100 < bytes) log += std::string(48, 'a') + "\r\n";
+  const std::size_t rest = bytes - log.size() - text.size();
+  return log + std::string(rest - 2, 'b') + "\r\n" + text;
+}
+
+struct LimitedLog {
+  void (*view)(const AppState&, Services&, LogView&);
+  const char* file;
+};
+constexpr LimitedLog kLimitedLogs[] = {{ViewACQLog, "acqlog.txt"},
+                                       {ViewSeqLog, "sequence.log"},
+                                       {ViewErrLog, "errlog.txt"},
+                                       {ViewCEErrLog, "ceerrlog.txt"}};
+
+TEST(TextLogs, EachRoutineShowsItsFile) {
+  Viewing viewing;
+  for (const auto& [view, file] : kLimitedLogs) {
+    viewing.Put(file, std::string("this is ") + file + "\r\n");
+    view(viewing.state, viewing.services, viewing.view);
+    EXPECT_EQ(viewing.view.ReportText, std::string("this is ") + file + "\r\n");
+  }
+  viewing.Put("chnseq.log", "chained\r\n");
+  ViewChnSeqLog(viewing.state, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, "chained\r\n");
+}
+
+TEST(TextLogs, AMissingFileGivesAnEmptyPaneAndNoMessage) {
+  Viewing viewing;
+  for (const auto& [view, file] : kLimitedLogs) {
+    viewing.view.ReportText = "older";
+    view(viewing.state, viewing.services, viewing.view);
+    EXPECT_EQ(viewing.view.ReportText, "") << file;
+    EXPECT_FALSE(viewing.Has(file));
+  }
+  viewing.view.ReportText = "older";
+  ViewChnSeqLog(viewing.state, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, "");
+  EXPECT_TRUE(viewing.messages.shown.empty());
+}
+
+TEST(TextLogs, AFileOfZeroLengthGivesAnEmptyPaneAndNoMessage) {
+  Viewing viewing;
+  for (const auto& [view, file] : kLimitedLogs) {
+    viewing.Put(file, "");
+    view(viewing.state, viewing.services, viewing.view);
+    EXPECT_EQ(viewing.view.ReportText, "") << file;
+  }
+  EXPECT_TRUE(viewing.messages.shown.empty());
+}
+
+TEST(TextLogs, ALogOf65535BytesIsShownWholeWithoutMessage) {
+  Viewing viewing;
+  const std::string log = LogOf(65535);
+  ASSERT_EQ(log.size(), 65535U);
+  for (const auto& [view, file] : kLimitedLogs) {
+    viewing.Put(file, log);
+    view(viewing.state, viewing.services, viewing.view);
+    EXPECT_EQ(viewing.view.ReportText, log) << file;
+  }
+  EXPECT_TRUE(viewing.messages.shown.empty());
+}
+
+TEST(TextLogs, OneByteMoreShowsAllButTheLastLineAndOneMessage) {
+  for (const auto& [view, file] : kLimitedLogs) {
+    Viewing viewing;
+    const std::string log = LogOf(65536);
+    viewing.Put(file, log);
+    view(viewing.state, viewing.services, viewing.view);
+    EXPECT_EQ(viewing.view.ReportText, log.substr(0, log.size() - 5)) << file;
+    ASSERT_EQ(viewing.messages.shown.size(), 1U) << file;
+    EXPECT_EQ(viewing.messages.shown[0].Text, kTooLong);
+    EXPECT_EQ(viewing.messages.shown[0].Icon, MessageIcon::kExclamation);
+    EXPECT_EQ(viewing.messages.shown[0].Buttons, MessageButtons::kOk);
+    EXPECT_FALSE(viewing.messages.shown[0].Title.has_value());
+  }
+}
+
+TEST(TextLogs, WhatLiesBehindTheLineThatDoesNotFitStaysUnseen) {
+  Viewing viewing;
+  viewing.Put("acqlog.txt", "first\r\n" + std::string(65530, 'x') + "\r\nshort\r\n");
+  ViewACQLog(viewing.state, viewing.services, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, "first\r\n");
+  EXPECT_EQ(viewing.messages.shown.size(), 1U);
+}
+
+TEST(TextLogs, AFirstLineThatFillsTheLimitGivesTheMessageAndAnEmptyPane) {
+  for (const std::size_t length : {65534U, 65535U, 65536U, 131072U, 131073U, 200000U}) {
+    for (const char* end : {"\r\n", ""}) {
+      Viewing viewing;
+      viewing.Put("errlog.txt", std::string(length, 'x') + end + "second\r\n");
+      ViewErrLog(viewing.state, viewing.services, viewing.view);
+      EXPECT_EQ(viewing.view.ReportText, "") << length;
+      EXPECT_EQ(viewing.messages.shown.size(), 1U) << length;
+    }
+  }
+}
+
+TEST(TextLogs, AFirstLineOf65533BytesIsShown) {
+  Viewing viewing;
+  viewing.Put("errlog.txt", std::string(65533, 'x'));
+  ViewErrLog(viewing.state, viewing.services, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, std::string(65533, 'x') + "\r\n");
+  EXPECT_TRUE(viewing.messages.shown.empty());
+}
+
+TEST(TextLogs, TheLimitCountsBytesOfTheCodePageAndNotCharacters) {
+  Viewing viewing(932);
+  std::string log, shown;
+  for (int i = 0; i < 32767; ++i) {  // 2 bytes each, 3 in UTF-8
+    log += "\x8A\xBF";
+    shown += "\xE6\xBC\xA2";
+  }
+  viewing.Put("acqlog.txt", log.substr(2));  // 65532 bytes and the line end
+  ViewACQLog(viewing.state, viewing.services, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, shown.substr(3) + "\r\n");
+  EXPECT_TRUE(viewing.messages.shown.empty());
+  viewing.Put("acqlog.txt", log);  // 65534 bytes and the line end
+  ViewACQLog(viewing.state, viewing.services, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, "");
+  EXPECT_EQ(viewing.messages.shown.size(), 1U);
+}
+
+TEST(TextLogs, TheLimitCountsALineEndAsTwoBytesWhateverItIsInTheFile) {
+  std::string log;
+  for (int i = 0; i < 32768; ++i) log += "\n";
+  Viewing viewing;
+  viewing.Put("acqlog.txt", log);
+  ViewACQLog(viewing.state, viewing.services, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText.size(), 65534U);
+  EXPECT_EQ(viewing.messages.shown.size(), 1U);
+}
+
+TEST(TextLogs, EachLineIsGivenBackWithCarriageReturnAndLineFeed) {
+  Viewing viewing;
+  for (const char* log : {"a\nb\n\nc", "a\r\nb\r\n\r\nc\r\n", "a\rb\r\rc\r"}) {
+    viewing.Put("sequence.log", log);
+    viewing.Put("chnseq.log", log);
+    ViewSeqLog(viewing.state, viewing.services, viewing.view);
+    EXPECT_EQ(viewing.view.ReportText, "a\r\nb\r\n\r\nc\r\n");
+    viewing.view.ReportText.clear();
+    ViewChnSeqLog(viewing.state, viewing.view);
+    EXPECT_EQ(viewing.view.ReportText, "a\r\nb\r\n\r\nc\r\n");
+  }
+}
+
+TEST(TextLogs, ThePaneShowsTheCharactersOfTheCodePage) {
+  Viewing viewing(1252);
+  viewing.Put("sequence.log",
+              "37 \xB0"
+              "C\t\xE4\r\n");
+  ViewSeqLog(viewing.state, viewing.services, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText,
+            "37 \xC2\xB0"
+            "C\t\xC3\xA4\r\n");
+}
+
+TEST(TextLogs, TheChainedSequenceLogHasNoLimitAndNoMessage) {
+  Viewing viewing;
+  const std::string log = LogOf(300000);
+  viewing.Put("chnseq.log", log);
+  ViewChnSeqLog(viewing.state, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, log);
+  EXPECT_TRUE(viewing.messages.shown.empty());
+}
+
+TEST(TextLogs, TheHostsFilesAreNotChanged) {
+  Viewing viewing;
+  viewing.Put("acqlog.txt", "a\nb");
+  ViewACQLog(viewing.state, viewing.services, viewing.view);
+  EXPECT_EQ(viewing.Get("acqlog.txt"), "a\nb");
+}
+
+TEST(TextLogs, ASecondViewReadsTheFileAfresh) {
+  Viewing viewing;
+  viewing.Put("acqlog.txt", "one\r\n");
+  ViewACQLog(viewing.state, viewing.services, viewing.view);
+  viewing.Put("acqlog.txt", "two\r\n");
+  ViewACQLog(viewing.state, viewing.services, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, "two\r\n");
+}
+
+TEST(TextLogs, AFileThatCannotBeOpenedIsAnErrorWithoutTrap) {
+  Viewing viewing;
+  viewing.view.ReportText = "older";
+  for (const auto& [view, file] : kLimitedLogs) {
+    viewing.disk.MakeFolders(Viewing::File(file));
+    EXPECT_THROW(view(viewing.state, viewing.services, viewing.view), RunTimeError) << file;
+    EXPECT_EQ(viewing.view.ReportText, "");
+  }
+  viewing.disk.MakeFolders(Viewing::File("chnseq.log"));
+  EXPECT_THROW(ViewChnSeqLog(viewing.state, viewing.view), RunTimeError);
+}
+
+TEST(TextLogs, EveryPrefixOfALogIsShown) {
+  Viewing viewing(932);
+  const std::string log = "\x8A\xBF one\r\n\r\ntwo\n\x81";
+  std::size_t shown = 0;
+  for (std::size_t length = 0; length <= log.size(); ++length) {
+    viewing.Put("acqlog.txt", log.substr(0, length));
+    const LimitedText text = ReadLimitedText(viewing.disk, Viewing::File("acqlog.txt"));
+    EXPECT_FALSE(text.OverLimit);
+    EXPECT_EQ(text.Text, ReadWholeText(viewing.disk, Viewing::File("acqlog.txt")));
+    EXPECT_EQ(text.Text.empty(), length == 0);
+    shown = text.Text.size();
+  }
+  EXPECT_GT(shown, log.size());
+}
+
+// A hundred million bytes, most of them a hole in the file.
+TEST(TextLogs, AHugeLogIsShownUpToItsLimitWithoutReadingTheRest) {
+  Viewing viewing;
+  std::string beginning;
+  while (beginning.size() < 70000) beginning += "a line of a log that has grown\r\n";
+  viewing.Put("acqlog.txt", beginning);
+  std::ofstream(viewing.disk.Native(Viewing::File("acqlog.txt")),
+                std::ios::binary | std::ios::in | std::ios::out)
+      .seekp(100'000'000)
+      .put('x');
+  ViewACQLog(viewing.state, viewing.services, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, beginning.substr(0, 65535 / 32 * 32));
+  EXPECT_EQ(viewing.messages.shown.size(), 1U);
+}
+
+TEST(TextLogs, ALineWithoutEndIsNotReadToItsEnd) {
+  Viewing viewing;
+  viewing.Put("acqlog.txt", "first\r\nx");
+  std::ofstream(viewing.disk.Native(Viewing::File("acqlog.txt")),
+                std::ios::binary | std::ios::in | std::ios::out)
+      .seekp(4'000'000'000)
+      .put('x');
+  const LimitedText text = ReadLimitedText(viewing.disk, Viewing::File("acqlog.txt"));
+  EXPECT_EQ(text.Text, "first\r\n");
+  EXPECT_TRUE(text.OverLimit);
+}
+
+}  // namespace
+}  // namespace logbook
