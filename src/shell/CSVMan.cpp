@@ -74,7 +74,9 @@ std::int32_t GetIniString(const Machine& machine, std::string_view section, std:
 
 std::int16_t SplitFields(std::string_view text, std::span<std::string> fields,
                          std::string_view delimiter) {
-  if (text.empty()) return 0;
+  if (text.empty() || fields.empty()) return 0;
+  const std::string work(text);  // the text may be one of the fields
+  text = work;
   const std::size_t limit = fields.size() - 1;  // the last element is never filled
   std::size_t count = 0;
   while (count < limit) {
@@ -93,7 +95,8 @@ std::int16_t SplitFields(std::string_view text, std::span<std::string> fields,
 
 void SplitPath(std::string_view path, std::string& drive, std::string& folder,
                std::string& base_name, std::string& extension) {
-  path = Trim(path);
+  const std::string work(Trim(path));  // the path may be one of the results
+  path = work;
   folder.clear();
   const bool has_backslash = path.find('\\') != std::string_view::npos;
   const std::string name =

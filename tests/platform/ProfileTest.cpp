@@ -195,6 +195,35 @@ TEST(ProfileTest, a_written_text_is_in_the_code_page_with_similar_characters) {
   EXPECT_EQ(AfterWriting("", "節", "鍵", "値", 932), "[\x90\xDF]\r\n\x8C\xAE=\x92\x6C\r\n");
 }
 
+TEST(ProfileTest, the_end_mark_of_old_editors_is_a_blank) {
+  const TestMachine machine;
+  machine.Put(kFile, "[s]\r\nk=1\x1A");
+  EXPECT_EQ(Read(machine, "s", "k"), "1");
+  EXPECT_EQ(AfterWriting("[s]\r\nk=1\r\n\x1A", "t", "k", "2"),
+            "[s]\r\nk=1\r\n\x1A\r\n[t]\r\nk=2\r\n");
+}
+
+TEST(ProfileTest, the_example_of_the_manual_comes_out_as_printed_there) {
+  const TestMachine machine;
+  machine.Put(kFile,
+              "; written by service\r\n[Header3]\r\nCat=Meter\r\nItem = 7\r\n\r\n"
+              "[Maintenance]\r\nItem0=\"1\"\r\n");
+  EXPECT_EQ(Read(machine, "HEADER3", "item"), "7");
+  EXPECT_EQ(Read(machine, "Maintenance", "Item0"), "1");
+  EXPECT_EQ(Read(machine, "Maintenance", "Item1"), "dflt");
+  const char* writes[][3] = {{"Header3", "Item", "12"},
+                             {"Header3", "Cat", "Tune"},
+                             {"Maintenance", "Item1", "0"},
+                             {"LogBook", "LastFile", "C:\\QUOREX\\maintain\\26111500\\"}};
+  for (const auto& [section, key, value] : writes) {
+    EXPECT_TRUE(WritePrivateProfileString(machine, section, key, value, kFile));
+  }
+  EXPECT_EQ(machine.Get(kFile),
+            "; written by service\r\n[Header3]\r\nCat=Tune\r\nItem = 12\r\n\r\n"
+            "[Maintenance]\r\nItem0=\"1\"\r\nItem1=0\r\n"
+            "[LogBook]\r\nLastFile=C:\\QUOREX\\maintain\\26111500\\\r\n");
+}
+
 TEST(ProfileTest, the_value_is_found_again_whatever_stood_in_the_file) {
   for (const auto& each : ReadCases("profile.json")) {
     const TestMachine machine(each.at("code_page"));

@@ -110,6 +110,17 @@ TEST(SplitFields, DelimiterMayBeNulOrLongerThanOneCharacter) {
   EXPECT_EQ(fields[1], "b-c");
 }
 
+TEST(SplitFields, TextMayBeOneOfTheFields) {
+  std::vector<std::string> fields = {"a long first field,a long second field", "", ""};
+  EXPECT_EQ(SplitFields(fields[0], fields, ","), 2);
+  EXPECT_EQ(fields[0], "a long first field");
+  EXPECT_EQ(fields[1], "a long second field");
+}
+
+TEST(SplitFields, ArrayWithoutElementsTakesNothing) {
+  EXPECT_EQ(SplitFields("a,b", {}, ","), 0);
+}
+
 struct PathCase {
   const char* path;
   const char* drive;
@@ -136,6 +147,17 @@ TEST(SplitPath, TakesPathsApart) {
       {"", "", "", "", ""},
       {"C:", "C:", "", "", ""},
       {".ini", "", "", "", "ini"},
+      {".", "", "", ".", ""},
+      {"..", "", "", ".", ""},
+      {"a.b.", "", "", "a.", "b"},
+      {"\\", "", "", "", ""},
+      {"C:\\", "C:", "", "C:", ""},
+      {"a\\", "", "a", "a", ""},
+      {":a", "", "", "", ""},
+      {"9:a.txt", "", "", "9", ""},
+      {"a", "", "", "a", ""},
+      {"\\\\server\\share\\f.txt", "", "\\\\server\\share", "f", "txt"},
+      {" C:\\a b\\c d.e f ", "C:", "\\a b", "c d", "e f"},
   };
   for (const PathCase& each : cases) {
     std::string drive = "old";
@@ -148,6 +170,23 @@ TEST(SplitPath, TakesPathsApart) {
     EXPECT_EQ(base, each.base) << each.path;
     EXPECT_EQ(extension, each.extension) << each.path;
   }
+}
+
+TEST(SplitPath, PathMayBeOneOfTheResults) {
+  std::string path = "C:\\a folder with a name\\a file.txt";
+  std::string drive, base, extension;
+  SplitPath(path, drive, path, base, extension);
+  EXPECT_EQ(path, "\\a folder with a name");
+  EXPECT_EQ(base, "a file");
+}
+
+TEST(SplitPath, NameIsTheLastOf200Components) {
+  std::string path = "C:";
+  for (int i = 1; i <= 250; ++i) path += "\\" + std::to_string(i);
+  std::string drive, folder, base, extension;
+  SplitPath(path, drive, folder, base, extension);
+  EXPECT_EQ(base, "199");
+  EXPECT_TRUE(folder.ends_with("\\197\\198"));
 }
 
 TEST(LoadResText, MissingResourceReadsAsEmpty) {

@@ -44,7 +44,7 @@ unsigned Hex(const std::string& text) {
 
 unsigned NextCode(const Page& page, unsigned code) {
   ++code;
-  if (code <= 0x100) return code;
+  if (code <= 0x100 || page.trails.empty()) return code;
   while (!page.trails.contains(static_cast<int>(code & 0xFF))) ++code;
   return code;
 }
