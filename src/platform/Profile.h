@@ -34,7 +34,6 @@ int GetPrivateProfileInt(const Machine& machine, std::string_view section, std::
 // leaves the old or the new one, and writers in several processes wait for each other. Returns
 // false if the file could not be written, which is then unchanged; raises nothing.
 bool WritePrivateProfileString(const Machine& machine, std::string_view section,
-                               std::string_view key, std::string_view value,
-                               std::string_view file);
+                               std::string_view key, std::string_view value, std::string_view file);
 
 }  // namespace logbook
