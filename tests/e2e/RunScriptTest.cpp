@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The script ./run with programs that are built already.
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "Pages.h"
+#include "Workplace.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook::e2e {
+namespace {
+
+class RunScriptTest : public WholeProgram {
+ protected:
+  std::string Demo() { return desktop().Folder() + "/demo"; }
+
+  Environment Variables() {
+    Environment variables = desktop().Variables();
+    variables["LOGBOOK_DEMO"] = Demo();
+    variables["LOGBOOK_BIN"] = fs::path(LOGBOOK_PROGRAM).parent_path().string();
+    return variables;
+  }
+
+  // A terminal without a display and without a session bus.
+  Environment BareVariables() {
+    Environment variables = Variables();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM",
+                             "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"}) {
+      variables[name] = std::nullopt;
+    }
+    return variables;
+  }
+
+  CommandResult Run(std::vector<std::string> arguments, const Environment& variables) {
+    arguments.insert(arguments.begin(), RUN_SCRIPT);
+    return RunCommand(arguments, variables, desktop().NewFile("run"));
+  }
+
+  long Logs() {
+    const fs::path root = Demo() + "/drives/c/QUOREX/inst1/maintain";
+    return std::count_if(fs::directory_iterator(root), fs::directory_iterator(),
+                         [](const auto& entry) { return entry.is_directory(); });
+  }
+};
+
+bool Holds(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST_F(RunScriptTest, WithoutADisplayItSaysSoAndMakesOneAutomaticRecord) {
+  const auto first = Run({}, BareVariables());
+  ASSERT_EQ(first.status, 0) << first.output;
+  EXPECT_TRUE(Holds(first.output, "There is no display")) << first.output;
+  EXPECT_TRUE(Holds(first.output, "Date Logged,Logbook Folder,")) << first.output;
+  EXPECT_TRUE(Holds(first.output, "Automatically logged on Tune Report generation."));
+  EXPECT_TRUE(Holds(first.output, "comment.txt")) << first.output;
+  const long logs = Logs();
+  EXPECT_GT(logs, 1) << "past logs and the new one";
+
+  const auto second = Run({"--ce"}, BareVariables());
+  ASSERT_EQ(second.status, 0) << second.output;
+  EXPECT_EQ(Logs(), logs + 1) << "the workstation is kept";
+
+  const auto fresh = Run({"--fresh", "--build", "lumarin"}, BareVariables());
+  ASSERT_EQ(fresh.status, 0) << fresh.output;
+  EXPECT_EQ(Logs(), logs) << "the workstation is made anew";
+}
+
+TEST_F(RunScriptTest, FolderWithoutItsMarkerIsNeitherUsedNorDeleted) {
+  fs::create_directories(Demo());
+  std::ofstream(Demo() + "/letters.txt") << "mine";
+  for (const std::vector<std::string>& options : {std::vector<std::string>{}, {"--fresh"}}) {
+    const auto result = Run(options, BareVariables());
+    EXPECT_EQ(result.status, 1) << result.output;
+    EXPECT_TRUE(Holds(result.output, "is not a demonstration workstation")) << result.output;
+    EXPECT_TRUE(fs::exists(Demo() + "/letters.txt"));
+  }
+}
+
+TEST_F(RunScriptTest, UnknownOptionAndHelp) {
+  const auto unknown = Run({"--nonsense"}, BareVariables());
+  EXPECT_EQ(unknown.status, 1);
+  EXPECT_TRUE(Holds(unknown.output, "unknown option \"--nonsense\"")) << unknown.output;
+  const auto help = Run({"--help"}, BareVariables());
+  EXPECT_EQ(help.status, 0);
+  for (const char* option : {"--fresh", "--ce", "--build", "--autorec", "LOGBOOK_DEMO"}) {
+    EXPECT_TRUE(Holds(help.output, option)) << option;
+  }
+  EXPECT_FALSE(fs::exists(Demo()));
+}
+
+TEST_F(RunScriptTest, WithADisplayTheLogbookComesUpAndExitEndsTheScript) {
+  ChildProcess script({RUN_SCRIPT}, Variables(), desktop().NewFile("run"));
+  MainPage main(desktop());
+  main.Press(MainPage::Button::kExit);
+  EXPECT_EQ(script.WaitForEnd(), 0) << script.Output();
+}
+
+}  // namespace
+}  // namespace logbook::e2e
