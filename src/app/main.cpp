@@ -5,11 +5,13 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QFileInfo>
 #include <QIcon>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "platform/Files.h"
 #include "platform/qt/DBusCell.h"
 #include "platform/qt/DBusHostLink.h"
 #include "platform/qt/DBusProcess.h"
@@ -18,7 +20,9 @@
 #include "platform/qt/QtClock.h"
 #include "platform/qt/QtEventDelivery.h"
 #include "platform/qt/QtForms.h"
+#include "platform/qt/QtHelpEngine.h"
 #include "platform/qt/QtMessageBoxes.h"
+#include "platform/qt/QtPrintService.h"
 #include "platform/qt/QtWindowSystem.h"
 #include "shell/StartUp.h"
 #include "shell/frmMain.h"
@@ -50,11 +54,19 @@ std::string JoinedByBlanks(const std::vector<std::string>& words) {
   return line;
 }
 
+// Index of the manual that was installed with the program.
+QString ManualOfTheProgram() {
+  return QApplication::applicationDirPath() +
+         QStringLiteral("/../share/quorex-logbook/manual/logbook.hhbook");
+}
+
 // Runs the program until it ends itself; returns only if the toolkit's loop is made to.
 int RunLogbook(QApplication& application, const std::string& command_line) {
   using namespace logbook;
   const Machine machine = OpenMachine(DefaultHome());
   AppState state(machine);
+  state.AppPath = PathText(QApplication::applicationDirPath().toStdString());
+  state.AppName = QFileInfo(QApplication::applicationFilePath()).completeBaseName().toStdString();
   const QDBusConnection bus = QDBusConnection::sessionBus();
   DBusHostLink host(bus);
   DBusCell cell(bus);
@@ -65,11 +77,16 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
   NoContentServer ecm;
   QtForms forms(state);
   QtWindowSystem windows;
-  Services services{host, cell, events, messages, clock, process, ecm, forms, windows};
+  QtPrintService print(machine, clock);
+  QtHelpEngine help(machine, ManualOfTheProgram());
+  Services services{host, cell, events, messages, clock, process, ecm, forms, windows, print, help};
   frmMain window(state, services);
   forms.Attach(window, services);
 
-  RunHandler(services, [&] { Form_Load(state, services, command_line); });
+  RunHandler(services, [&] {
+    Form_Initialize(state, services);
+    Form_Load(state, services, command_line);
+  });
   window.show();
   return application.exec();
 }

@@ -12,6 +12,7 @@
 #include <QPushButton>
 
 #include "desktop/AsDialog.h"
+#include "desktop/arvbsub.h"
 #include "platform/qt/Twips.h"
 #include "platform/qt/Widgets.h"
 #include "shell/StartUp.h"
@@ -40,6 +41,7 @@ frmLogEditor::frmLogEditor(QWidget* owner, AppState& state, Services& services, 
       cmdCancel_(new QPushButton(this)),
       cmdHelp_(new QPushButton(this)),
       comment_(*txtComment_, editor.txtComment, *state.machine.code_page) {
+  setWindowModality(Qt::WindowModal);  // help belongs to no window and stays usable
   setFixedSize(Pixels(editor.Window.Place.Width), Pixels(editor.Window.Place.Height));
   txtComment_->setTabChangesFocus(true);
   txtComment_->setLineWrapMode(QPlainTextEdit::WidgetWidth);
@@ -60,6 +62,8 @@ void frmLogEditor::MakeCommands() {
           [this] { Run([this] { LogEditorOK(state_, editor_, comment_); }); });
   connect(cmdCancel_, &QPushButton::clicked, this,
           [this] { Run([this] { LogEditorCancel(state_, services_, editor_); }); });
+  connect(cmdHelp_, &QPushButton::clicked, this,
+          [this] { Run([this] { ShowHelpTopic(state_, services_, HelpTopic::kEditor); }); });
 }
 
 void frmLogEditor::Load() {

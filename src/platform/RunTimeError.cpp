@@ -35,6 +35,8 @@ std::string DescriptionOf(ErrorNumber number) {
       return "Path not found";
     case ErrorNumber::kObjectUnloaded:
       return "Object was unloaded";
+    case ErrorNumber::kPrinterError:
+      return "Printer error";
   }
   return "Application-defined or object-defined error";
 }

@@ -27,6 +27,7 @@ enum class ErrorNumber : int {
   kPathFileAccess = 75,
   kPathNotFound = 76,
   kObjectUnloaded = 364,
+  kPrinterError = 482,
 };
 
 // The description that belongs to a number, such as "Path not found" for 76; "Application-defined

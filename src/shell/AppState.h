@@ -30,6 +30,9 @@ struct AppState {
 
   const Machine& machine;
 
+  std::string AppPath;  // folder of the program's executable, without trailing backslash
+  std::string AppName;  // file name of the executable, without extension
+
   std::string HostId;    // first token of the command line
   bool CEMode = false;   // the command line holds "CE"
   bool AutoRec = false;  // the command line holds "AutoRec": record once without a user, then end
@@ -49,6 +52,11 @@ struct AppState {
   std::string CurrentLogName;
   std::int16_t ChangeColumn = 0;  // list column 3 to 8 handed to frmChangeItem
   std::int16_t ViewMode = 0;      // the report that frmLogView shows
+
+  // Help (desktop/arvbsub.h), kept from the first call for it to the end.
+  std::uint32_t HelpCookie = 0;  // handle from the help engine's initialisation
+  std::string HelpFileName;      // full path of the help file in use; empty until the first call
+  bool HtmlHelpUsed = false;     // the engine for ".chm" files has run
 
   MainWindow frmMain;
   ListView ListView1;

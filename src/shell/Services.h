@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "shell/Control.h"
@@ -15,6 +16,7 @@
 namespace logbook {
 
 struct AppState;
+class F1Book;
 
 // Requests of named text items from the host control panel (docs/host-link.md).
 class HostLink {
@@ -96,6 +98,44 @@ class EcmClient {
   virtual void EcmReleaseOwnerWindow(std::intptr_t window) = 0;
 };
 
+// The print service of the workstation. Texts are UTF-8. What it writes into a buffer ends in a NUL
+// and is cut to fit; texts given to it may end in one. The time-out and the program file name the
+// caller to a service in another process; one within the program needs neither.
+class PrintService {
+ public:
+  virtual ~PrintService() = default;
+  // Names of the default printer and of its driver, and error code 0. Returns 0 and an error code
+  // if there is no default printer; the buffers are then left alone.
+  virtual std::int32_t exptGetDefaultPrinter(std::span<char> printer_name,
+                                             std::span<char> driver_name,
+                                             std::int32_t* error_code) = 0;
+  // Has the PDF device keep the next job as a file in this folder (a path text), and writes the
+  // full path of the file that will be made into the buffer. Returns 0 and an error code if it
+  // cannot.
+  virtual std::int32_t exptSetAcrobatOutput(const std::string& program_file,
+                                            const std::string& document_name,
+                                            const std::string& output_folder, std::int32_t time_out,
+                                            std::span<char> output_file,
+                                            std::int32_t* error_code) = 0;
+  // The words for an error code; the second argument is 0.
+  virtual void exptGetMessageFromErrorCode(std::int32_t error_code, std::int32_t reserved,
+                                           std::span<char> message) = 0;
+  // Prints the sheet on the default printer, without a dialog. When it returns, the job has been
+  // taken over, or the PDF file is complete. Raises RunTimeError if the job cannot be printed.
+  virtual void PrintSheet(const F1Book& sheet) = 0;
+};
+
+// The platform's two engines for help files. Nothing is reported and nothing raised; an engine
+// shows of its own that it lacks a file. `data` is a number for the engine, or receives one.
+class HelpEngine {
+ public:
+  virtual ~HelpEngine() = default;
+  virtual void HtmlHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
+                        std::uint32_t& data) = 0;
+  virtual void WinHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
+                       std::uint32_t data) = 0;
+};
+
 // The windows of the program. Modal ones return when they have closed.
 class Forms {
  public:
@@ -134,6 +174,8 @@ class WindowSystem {
   // The client area; its origin is 0, 0.
   virtual PixelRect ClientRect(std::intptr_t window) = 0;
   virtual PixelRect WorkArea() = 0;
+  // The desktop as an owner: what it owns belongs to no window of the program.
+  virtual std::intptr_t DesktopWindow() = 0;
   // The normal position of the window, frame included.
   virtual PixelRect NormalPosition(std::intptr_t window) = 0;
   virtual void SetNormalPosition(std::intptr_t window, const PixelRect& place) = 0;
@@ -149,6 +191,8 @@ struct Services {
   EcmClient& ecm;
   Forms& forms;
   WindowSystem& windows;
+  PrintService& print;
+  HelpEngine& help;
 };
 
 }  // namespace logbook

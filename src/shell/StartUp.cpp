@@ -9,6 +9,7 @@
 
 #include "desktop/AsDialog.h"
 #include "desktop/LogbookGen.h"
+#include "desktop/arvbsub.h"
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "shell/LeadingNumber.h"
@@ -43,6 +44,10 @@ void TakeCommandLine(AppState& state, const std::string& command_line) {
 
 double CellValue(const HandshakeCell& cell) {
   return LeadingNumber(cell.Text());
+}
+
+void Form_Initialize(AppState& state, Services& services) {
+  InitHelp(state, services);
 }
 
 void Form_Load(AppState& state, Services& services, const std::string& command_line) {
@@ -101,6 +106,7 @@ void GlobalEnd(AppState& state, Services& services) {
   } catch (const RunTimeError&) {
     // The host is out of reach: the end needs no one's consent.
   }
+  CloseHelp(state, services);
   services.process.End(0);
   std::abort();  // not reached; the compiler does not see it through the interface
 }

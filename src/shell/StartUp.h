@@ -13,6 +13,9 @@
 
 namespace logbook {
 
+// The initialise step of frmMain, before its load: sets up the help bridge.
+void Form_Initialize(AppState& state, Services& services);
+
 // The load step of frmMain: from the command line (the program's arguments joined by single
 // blanks) to the moment the window may be shown. Ends the process through GlobalEnd if the line is
 // empty, another instance runs or the host does not answer, and after an automatic recording.
@@ -27,8 +30,8 @@ void Form_Load(AppState& state, Services& services, const std::string& command_l
 void GetPath(AppState& state, Services& services);
 
 // Makes the main window unavailable, waits without limit until the handshake cell reads 0, writes
-// 9, waits for at most 200000 polls until the host has changed it, and ends the process with
-// status 0.
+// 9, waits for at most 200000 polls until the host has changed it, closes the help bridge
+// and ends the process with status 0.
 [[noreturn]] void GlobalEnd(AppState& state, Services& services);
 
 // Takes HostId, CEMode and AutoRec from the command line. HostId is what lies before the first

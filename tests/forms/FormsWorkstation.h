@@ -38,7 +38,7 @@ class FormsWorkstation : public TestWorkstation {
   }
 
   QtForms qt_forms{state};
-  Services real{host, cell, events, messages, clock, process, ecm, qt_forms, windows};
+  Services real{host, cell, events, messages, clock, process, ecm, qt_forms, windows, print, help};
   frmMain window{state, real};
 };
 

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace logbook::test {
@@ -82,6 +83,73 @@ void TestWindows::SetParent(std::intptr_t window, std::intptr_t parent) {
 
 PixelRect TestWindows::ClientRect(std::intptr_t window) {
   return client_rects[window];
+}
+
+namespace {
+
+void Fill(std::span<char> buffer, const std::string& text) {
+  std::copy_n(text.begin(), std::min(text.size(), buffer.size()), buffer.begin());
+}
+
+// NULs seen.
+std::string Seen(std::string text) {
+  std::replace(text.begin(), text.end(), '\0', '|');
+  return text;
+}
+
+}  // namespace
+
+std::int32_t TestPrint::exptGetDefaultPrinter(std::span<char> printer_name,
+                                              std::span<char> driver_name,
+                                              std::int32_t* error_code) {
+  calls.push_back("exptGetDefaultPrinter " + std::to_string(printer_name.size()) + " " +
+                  std::to_string(driver_name.size()));
+  *error_code = printer_error;
+  if (printer_error != 0) return 0;
+  Fill(printer_name, printer);
+  Fill(driver_name, driver);
+  return 1;
+}
+
+std::int32_t TestPrint::exptSetAcrobatOutput(const std::string& program_file,
+                                             const std::string& document_name,
+                                             const std::string& output_folder,
+                                             std::int32_t time_out, std::span<char> output_file,
+                                             std::int32_t* error_code) {
+  calls.push_back("exptSetAcrobatOutput " + Seen(program_file) + " " + Seen(document_name) + " " +
+                  Seen(output_folder) + " " + std::to_string(time_out));
+  *error_code = arming_error;
+  if (arming_error != 0) return 0;
+  Fill(output_file, image);
+  return 1;
+}
+
+void TestPrint::exptGetMessageFromErrorCode(std::int32_t error_code, std::int32_t reserved,
+                                            std::span<char> message) {
+  calls.push_back("exptGetMessageFromErrorCode " + std::to_string(error_code) + " " +
+                  std::to_string(reserved));
+  Fill(message, "message " + std::to_string(error_code));
+}
+
+void TestPrint::PrintSheet(const F1Book& sheet) {
+  calls.push_back("PrintSheet");
+  if (print_error) throw *print_error;
+  sheets.push_back(sheet);
+  if (on_print) on_print();
+}
+
+void TestHelp::HtmlHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
+                        std::uint32_t& data) {
+  constexpr std::uint32_t kInitialize = 28;
+  if (command == kInitialize) data = kCookie;
+  calls.push_back("HtmlHelp " + std::to_string(window) + " " + file + " " +
+                  std::to_string(command) + " " + std::to_string(data));
+}
+
+void TestHelp::WinHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
+                       std::uint32_t data) {
+  calls.push_back("WinHelp " + std::to_string(window) + " " + file + " " + std::to_string(command) +
+                  " " + std::to_string(data));
 }
 
 TestWorkstation::TestWorkstation(int code_page) : disk(code_page), state(disk.machine()) {

@@ -8,10 +8,13 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "output/F1Report.h"
 #include "shell/AppState.h"
 #include "shell/Services.h"
 #include "support/TestMachine.h"
@@ -133,17 +136,55 @@ class TestWindows : public WindowSystem {
   void SetParent(std::intptr_t window, std::intptr_t parent) override;
   PixelRect ClientRect(std::intptr_t window) override;
   PixelRect WorkArea() override { return work_area; }
+  std::intptr_t DesktopWindow() override { return kDesktop; }
   PixelRect NormalPosition(std::intptr_t window) override { return positions[window]; }
   void SetNormalPosition(std::intptr_t window, const PixelRect& place) override {
     positions[window] = place;
   }
 
+  static constexpr std::intptr_t kDesktop = 65552;
   std::vector<std::string> calls;
   std::map<std::intptr_t, std::string> class_names;
   std::map<std::pair<std::intptr_t, std::string>, std::intptr_t> children;
   std::map<std::intptr_t, PixelRect> client_rects;
   std::map<std::intptr_t, PixelRect> positions;
   PixelRect work_area{0, 0, 1920, 1080};
+};
+
+// A print service with an ordinary printer, until told otherwise. Keeps a copy of every sheet.
+class TestPrint : public PrintService {
+ public:
+  std::int32_t exptGetDefaultPrinter(std::span<char> printer_name, std::span<char> driver_name,
+                                     std::int32_t* error_code) override;
+  std::int32_t exptSetAcrobatOutput(const std::string& program_file,
+                                    const std::string& document_name,
+                                    const std::string& output_folder, std::int32_t time_out,
+                                    std::span<char> output_file, std::int32_t* error_code) override;
+  void exptGetMessageFromErrorCode(std::int32_t error_code, std::int32_t reserved,
+                                   std::span<char> message) override;
+  void PrintSheet(const F1Book& sheet) override;
+
+  std::string printer = "Office";
+  std::string driver = "Office Laser";
+  std::int32_t printer_error = 0;  // not 0: there is no default printer
+  std::int32_t arming_error = 0;   // not 0: the PDF device cannot be armed
+  std::string image;               // path that arming gives back
+  std::optional<RunTimeError> print_error;
+  std::function<void()> on_print;
+
+  std::vector<std::string> calls;  // texts with their NULs as "|"
+  std::vector<F1Book> sheets;
+};
+
+class TestHelp : public HelpEngine {
+ public:
+  void HtmlHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
+                std::uint32_t& data) override;
+  void WinHelp(std::intptr_t window, const std::string& file, std::uint32_t command,
+               std::uint32_t data) override;
+
+  static constexpr std::uint32_t kCookie = 815;
+  std::vector<std::string> calls;  // "HtmlHelp window file command data"
 };
 
 // A workstation on drive C: of a temporary machine: host folders, state with its paths set, and
@@ -175,7 +216,9 @@ class TestWorkstation {
   TestEcm ecm;
   TestForms forms;
   TestWindows windows;
-  Services services{host, cell, events, messages, clock, process, ecm, forms, windows};
+  TestPrint print;
+  TestHelp help;
+  Services services{host, cell, events, messages, clock, process, ecm, forms, windows, print, help};
 };
 
 }  // namespace logbook::test

@@ -26,6 +26,8 @@ class QtWindowSystem : public WindowSystem {
   void SetParent(std::intptr_t window, std::intptr_t parent) override;
   PixelRect ClientRect(std::intptr_t window) override;
   PixelRect WorkArea() override;
+  // No window: the screen itself owns what belongs to none.
+  std::intptr_t DesktopWindow() override { return 0; }
   PixelRect NormalPosition(std::intptr_t window) override;
   void SetNormalPosition(std::intptr_t window, const PixelRect& place) override;
 };

@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// Prints the sheet F1Report through the toolkit: the same layout for a printer and for a PDF file.
+#pragma once
+
+#include <QByteArray>
+#include <QFont>
+#include <QString>
+
+#include "output/F1Report.h"
+#include "shell/Services.h"
+
+class QPagedPaintDevice;
+
+namespace logbook {
+
+// Paints all pages of the sheet: body one inch from top and bottom and three quarters from the
+// sides, header and footer half an inch from the edge; pages go down the rows first, then across
+// the columns. Sets the device's orientation. A sheet without cells is one page. Raises
+// kPrinterError if the device does not take the job or a page of it.
+void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now);
+
+// The sheet as a PDF document with its fonts embedded. The paper is A4, or Letter where the
+// machine's locale measures in inches. Raises kPrinterError.
+QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now);
+
+// The font for a name of the string table on paper. A fixed-pitch name that this machine lacks, or
+// has only as dots, stands for a fixed-pitch font of the same widths that can be embedded.
+QFont PrintFont(const SheetFont& font);
+
+// Text as it goes to paper: tabs reach to the next multiple of eight characters, other control
+// characters print nothing.
+QString PrintableText(const std::string& text);
+
+// The date as the machine's locale writes it in short, but with all digits of the year.
+QString PrintDate(const LocalTime& now);
+QString PrintTime(const LocalTime& now);
+
+}  // namespace logbook
