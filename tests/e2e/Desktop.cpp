@@ -141,11 +141,20 @@ std::string Desktop::XdoTool(const std::vector<std::string>& arguments) {
 }
 
 std::vector<WindowId> Desktop::Windows(const std::string& title) {
-  return Ids(XdoTool({"search", "--onlyvisible", "--name", Pattern(title)}));
+  return Search(Pattern(title));
+}
+
+std::vector<WindowId> Desktop::Search(const std::string& pattern) {
+  // A window that goes while the tool looks at it ends the look.
+  std::string found;
+  do {
+    found = XdoTool({"search", "--onlyvisible", "--name", pattern});
+  } while (found.find("X Error") != std::string::npos);
+  return Ids(found);
 }
 
 std::vector<WindowId> Desktop::Windows() {
-  return Ids(XdoTool({"search", "--onlyvisible", "--name", ""}));
+  return Search("");
 }
 
 bool Desktop::HasKeyboard(WindowId window) {

@@ -81,6 +81,7 @@ class Desktop {
   std::string ColourAt(WindowId window, Point point);
 
  private:
+  std::vector<WindowId> Search(const std::string& pattern);
   std::string XdoTool(const std::vector<std::string>& arguments);
   void ClickAt(std::vector<std::string> arguments, const std::string& key);
   Place Geometry(WindowId window);

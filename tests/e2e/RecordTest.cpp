@@ -204,13 +204,13 @@ TEST_F(RecordTest, EscapeInTheEditorLeavesNoLogAndKeepsTheTicksOfTheLastRecord) 
 
 TEST_F(RecordTest, AutomaticRecordShowsNoWindowAndIsComplete) {
   const std::vector<WindowId> before = desktop().Windows();
-  ChildProcess& host = work().StartHostWithLogbook({"--autorec"});
+  ChildProcess& host = work().StartHostWithLogbook({"--autorec", "--slow", "300"});
   int looks = 0;
   while (host.Runs()) {
     ++looks;
     EXPECT_EQ(desktop().Windows(), before);
   }
-  EXPECT_GT(looks, 3);
+  EXPECT_GT(looks, 3) << "nobody has looked";
   EXPECT_EQ(host.WaitForEnd(), 0) << host.Output();
 
   ASSERT_EQ(work().Logs().size(), 1u);
