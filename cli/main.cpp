@@ -1,14 +1,17 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// logbookctl: what the logbook knows and shows, on the terminal. It only reads.
+// logbookctl: what the logbook knows and shows, on the terminal. It only reads, unless a report is
+// to be written.
 
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "CatalogueText.h"
+#include "ReportCommand.h"
 #include "catalogue/ItemRecord.h"
 #include "platform/Files.h"
 #include "platform/Machine.h"
@@ -34,6 +37,7 @@ struct Request {
   std::string log_root;
   std::string ini_file;
   bool ce_mode = false;
+  logbook::ReportRequest report;
 };
 
 // What the program would show in a box goes to standard error.
@@ -85,6 +89,13 @@ std::string List(const Request& request, const Machine& machine) {
   return ListText(state);
 }
 
+std::string Report(const Request& request, const Machine& machine) {
+  logbook::ReportRequest report = request.report;
+  report.folder = PathTextOf(report.folder);
+  TerminalMessages messages;
+  return ReportBytes(machine, messages, report);
+}
+
 Machine MachineFor(const Request& request) {
   Machine machine = logbook::OpenMachine(logbook::DefaultHome());
   if (request.code_page != 0) machine.code_page = logbook::CodePage::Find(request.code_page);
@@ -117,9 +128,24 @@ void Describe(CLI::App& app, Request& request) {
   list->add_flag("--ce", request.ce_mode, "Take the columns of the CE mode");
 }
 
+void DescribeReport(CLI::App& app, logbook::ReportRequest& request) {
+  CLI::App* report = app.add_subcommand(
+      "report",
+      "Print a report of a log as the viewer makes it, in the code page of the files: the bytes of "
+      "its report file, or of the pane for a text of the host; nothing is written");
+  report->add_option("KIND", request.kind, "Which report")
+      ->required()
+      ->check(CLI::IsMember(
+          std::vector<std::string>(logbook::kReportKinds.begin(), logbook::kReportKinds.end())));
+  report->add_option("LOGFOLDER", request.folder, "Folder of the log")->required();
+  report->add_flag("--ce", request.ce_mode, "Let \"err\" stand for the CE error log");
+  report->add_flag("--write", request.write, "Write the file that the viewer writes, too");
+}
+
 std::string Run(const CLI::App& app, const Request& request) {
   if (app.got_subcommand("catalogue")) return Catalogue(request);
   if (app.got_subcommand("strings")) return Strings();
+  if (app.got_subcommand("report")) return Report(request, MachineFor(request));
   return List(request, MachineFor(request));
 }
 
@@ -129,6 +155,7 @@ int main(int argc, char** argv) {
   CLI::App app("Prints what the maintenance logbook knows and shows.", "logbookctl");
   Request request;
   Describe(app, request);
+  DescribeReport(app, request.report);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

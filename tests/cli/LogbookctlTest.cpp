@@ -5,13 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
 
+#include "LogbookctlRun.h"
 #include "resources/Resources.h"
 #include "shell/AppState.h"
 #include "shell/Services.h"
@@ -23,14 +20,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using test::Everything;
+using test::Outcome;
+using test::Quoted;
+using test::Read;
+
 constexpr const char* kLogRoot = "C:\\QUOREX\\maintain\\";
 constexpr const char* kIniFile = "C:\\QUOREX\\logbook.ini";
-
-struct Outcome {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
 
 class NoMessages : public MessageBoxes {
  public:
@@ -40,31 +36,9 @@ class NoMessages : public MessageBoxes {
   }
 };
 
-std::string Read(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-std::string Quoted(const std::string& text) {
-  return "'" + text + "'";
-}
-
 class Logbookctl : public testing::Test {
  protected:
-  // Runs the program; the arguments are shell text.
-  Outcome Run(const std::string& arguments) {
-    const test::TestMachine scratch;
-    const std::string base = scratch.home() + "/";
-    const std::string command = "LOGBOOK_HOME=" + Quoted(disk.home()) + " " + Quoted(LOGBOOKCTL) +
-                                " " + arguments + " >" + base + "out 2>" + base +
-                                "err </dev/null; echo $? >" + base + "status";
-    Outcome outcome;
-    if (std::system(command.c_str()) != 0) ADD_FAILURE() << command;
-    outcome.out = Read(base + "out");
-    outcome.err = Read(base + "err");
-    outcome.status = std::stoi(Read(base + "status"));
-    return outcome;
-  }
+  Outcome Run(const std::string& arguments) { return test::RunLogbookctl(disk.home(), arguments); }
 
   // Two logs with values in the columns that logbook.ini chooses.
   void MakeLogs() {
@@ -95,17 +69,6 @@ class Logbookctl : public testing::Test {
     NoMessages messages;
     RebuildList(state, messages);
     return ListText(state);
-  }
-
-  // Every file of the machine with its bytes and its time.
-  std::map<std::string, std::string> Everything() {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : fs::recursive_directory_iterator(disk.home())) {
-      const auto time = fs::last_write_time(entry.path()).time_since_epoch().count();
-      files[entry.path().string()] =
-          std::to_string(time) + (entry.is_regular_file() ? Read(entry.path()) : "");
-    }
-    return files;
   }
 
   std::string ListArguments() {
@@ -145,7 +108,7 @@ TEST_F(Logbookctl, PrintsTheStringTable) {
 
 TEST_F(Logbookctl, PrintsTheBytesOfTheListAndWritesNothing) {
   MakeLogs();
-  const auto before = Everything();
+  const auto before = Everything(disk.home());
   const Outcome outcome = Run(ListArguments());
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.out, ProgramsList(false));
@@ -155,7 +118,7 @@ TEST_F(Logbookctl, PrintsTheBytesOfTheListAndWritesNothing) {
             "11/15/2026 05:09:59,26111500,1.01,5.6,31,N/A,,,Cones, cleaned \xB5\r\n"
             "11/15/2026 05:09:59,26111501,1.01,5.6,31,N/A,,,Cones, cleaned \xB5\r\n");
   EXPECT_EQ(outcome.err, "");
-  EXPECT_EQ(Everything(), before);
+  EXPECT_EQ(Everything(disk.home()), before);
 }
 
 TEST_F(Logbookctl, TakesTheColumnsOfTheCeMode) {
