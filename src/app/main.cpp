@@ -23,6 +23,7 @@
 #include "platform/qt/QtHelpEngine.h"
 #include "platform/qt/QtMessageBoxes.h"
 #include "platform/qt/QtPrintService.h"
+#include "platform/qt/QtSaveDialog.h"
 #include "platform/qt/QtWindowSystem.h"
 #include "shell/StartUp.h"
 #include "shell/frmMain.h"
@@ -65,7 +66,7 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
   using namespace logbook;
   const Machine machine = OpenMachine(DefaultHome());
   AppState state(machine);
-  state.AppPath = PathText(QApplication::applicationDirPath().toStdString());
+  state.AppPath = DrivePathText(machine, QCoreApplication::applicationDirPath().toStdString());
   state.AppName = QFileInfo(QApplication::applicationFilePath()).completeBaseName().toStdString();
   const QDBusConnection bus = QDBusConnection::sessionBus();
   DBusHostLink host(bus);
@@ -79,7 +80,9 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
   QtWindowSystem windows;
   QtPrintService print(machine, clock);
   QtHelpEngine help(machine, ManualOfTheProgram());
-  Services services{host, cell, events, messages, clock, process, ecm, forms, windows, print, help};
+  QtSaveDialog save(machine, messages);
+  Services services{host,  cell,    events, messages, clock, process, ecm,
+                    forms, windows, print,  help,     save};
   frmMain window(state, services);
   forms.Attach(window, services);
 

@@ -66,6 +66,24 @@ class MessageBoxes {
   virtual MessageAnswer Show(const Message& message) = 0;
 };
 
+// What the dialog asks before a file is saved.
+struct SaveRequest {
+  std::string Title;
+  std::string DefaultExtension;  // ".zip"; added to a name without extension
+  std::string Filter;            // pairs of description and pattern, separated by "|"
+  std::string InitialFolder;     // path text; one that does not exist stands for the toolkit's own
+  std::string FileName;
+  bool OverwritePrompt = true;  // asks before it returns the name of a file that exists
+  bool PathMustExist = true;    // takes no name in a folder that does not exist
+};
+
+class SaveDialog {
+ public:
+  virtual ~SaveDialog() = default;
+  // Shows the dialog modally. The chosen file as a path text, or nothing if it was cancelled.
+  virtual std::optional<std::string> Show(const SaveRequest& request) = 0;
+};
+
 struct LocalTime {
   int Year = 2000, Month = 1, Day = 1, Hour = 0, Minute = 0, Second = 0;
 };
@@ -74,6 +92,8 @@ class Clock {
  public:
   virtual ~Clock() = default;
   virtual LocalTime Now() = 0;
+  // Waits; nothing is delivered meanwhile.
+  virtual void Sleep(int milliseconds) = 0;
 };
 
 // The process as such.
@@ -193,6 +213,7 @@ struct Services {
   WindowSystem& windows;
   PrintService& print;
   HelpEngine& help;
+  SaveDialog& save;
 };
 
 }  // namespace logbook

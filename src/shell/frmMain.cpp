@@ -12,6 +12,7 @@
 #include <QTreeView>
 
 #include "desktop/arvbsub.h"
+#include "output/ArcHandler.h"
 #include "platform/qt/ListViewModel.h"
 #include "platform/qt/QtWindowSystem.h"
 #include "platform/qt/ReportList.h"
@@ -86,6 +87,7 @@ void frmMain::MakeCommands() {
   on_click(cmdRecord_, cmdRecord_Click);
   on_click(cmdBrowse_, cmdBrowse_Click);
   on_click(cmdDelete_, cmdDelete_Click);
+  on_click(cmdArchive_, ArchiveLogs);
   on_click(cmdExit_, GlobalEnd);
   on_click(cmdHelp_, cmdHelp_Click);
 }

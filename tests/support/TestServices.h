@@ -76,7 +76,13 @@ class TestMessages : public MessageBoxes {
 class TestClock : public Clock {
  public:
   LocalTime Now() override { return now; }
+  void Sleep(int milliseconds) override {
+    sleeps.push_back(milliseconds);
+    if (on_sleep) on_sleep();
+  }
   LocalTime now{2026, 11, 15, 5, 9, 59};
+  std::vector<int> sleeps;
+  std::function<void()> on_sleep;
 };
 
 class TestProcess : public Process {
@@ -187,6 +193,17 @@ class TestHelp : public HelpEngine {
   std::vector<std::string> calls;  // "HtmlHelp window file command data"
 };
 
+class TestSaveDialog : public SaveDialog {
+ public:
+  std::optional<std::string> Show(const SaveRequest& request) override {
+    requests.push_back(request);
+    return answer;
+  }
+
+  std::vector<SaveRequest> requests;
+  std::optional<std::string> answer;  // nothing: cancelled
+};
+
 // A workstation on drive C: of a temporary machine: host folders, state with its paths set, and
 // the services.
 class TestWorkstation {
@@ -218,7 +235,9 @@ class TestWorkstation {
   TestWindows windows;
   TestPrint print;
   TestHelp help;
-  Services services{host, cell, events, messages, clock, process, ecm, forms, windows, print, help};
+  TestSaveDialog save;
+  Services services{host,  cell,    events, messages, clock, process, ecm,
+                    forms, windows, print,  help,     save};
 };
 
 }  // namespace logbook::test

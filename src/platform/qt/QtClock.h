@@ -11,6 +11,7 @@ namespace logbook {
 class QtClock : public Clock {
  public:
   LocalTime Now() override;
+  void Sleep(int milliseconds) override;
 };
 
 }  // namespace logbook

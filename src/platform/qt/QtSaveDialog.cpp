@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/qt/QtSaveDialog.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+
+#include "platform/Files.h"
+#include "platform/qt/Widgets.h"
+
+namespace logbook {
+namespace {
+
+// "Archive file(*.zip)|*.zip" as the toolkit has it: one text for each pair, the pattern between
+// parentheses at its end.
+QStringList NameFilters(const std::string& filter) {
+  const QStringList parts = ToQt(filter).split(QLatin1Char('|'));
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    QString pattern = parts[i + 1];
+    pattern.replace(QLatin1Char(';'), QLatin1Char(' '));
+    const QString ending = QLatin1Char('(') + pattern + QLatin1Char(')');
+    filters += parts[i].endsWith(ending) ? parts[i] : QString(parts[i] + QLatin1Char(' ') + ending);
+  }
+  return filters;
+}
+
+QString InitialFolder(const Machine& machine, const std::string& folder) {
+  if (!FolderExists(machine, folder)) return QDir::homePath();
+  return ToQt(NativePath(machine, folder));
+}
+
+void Prepare(QFileDialog& dialog, const Machine& machine, const SaveRequest& request) {
+  dialog.setObjectName(QLatin1String(kSaveDialogName));
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.OverwritePrompt);
+  dialog.setWindowTitle(ToQt(request.Title));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setNameFilters(NameFilters(request.Filter));
+  QString suffix = ToQt(request.DefaultExtension);
+  if (suffix.startsWith(QLatin1Char('.'))) suffix.remove(0, 1);
+  dialog.setDefaultSuffix(suffix);
+  dialog.setDirectory(InitialFolder(machine, request.InitialFolder));
+  dialog.selectFile(ToQt(request.FileName));
+}
+
+}  // namespace
+
+std::optional<std::string> QtSaveDialog::Show(const SaveRequest& request) {
+  QFileDialog dialog(QApplication::activeWindow());
+  Prepare(dialog, machine_, request);
+  for (;;) {
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    const QFileInfo file(dialog.selectedFiles().constFirst());
+    if (!request.PathMustExist || file.dir().exists())
+      return DrivePathText(machine_, file.absoluteFilePath().toStdString());
+    messages_.Show({.Text = DrivePathText(machine_, file.absolutePath().toStdString()) +
+                            "\rPath does not exist.",
+                    .Title = request.Title});
+  }
+}
+
+std::string DrivePathText(const Machine& machine, const std::string& native_path) {
+  for (char letter = 'A'; letter <= 'Z'; ++letter) {
+    const std::string drive = {letter, ':'};
+    const std::string root = NativePath(machine, drive + "\\");
+    if (!native_path.starts_with(root + "/") && native_path != root) continue;
+    std::string text = drive + native_path.substr(root.size());
+    for (char& byte : text) {
+      if (byte == '/') byte = '\\';
+    }
+    return text.size() == 2 ? text + "\\" : text;
+  }
+  return PathText(native_path);
+}
+
+}  // namespace logbook
