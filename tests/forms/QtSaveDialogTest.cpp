@@ -1,0 +1,155 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/qt/QtSaveDialog.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <functional>
+
+#include "FormsWorkstation.h"
+#include "shell/StartUp.h"
+
+namespace logbook {
+namespace {
+
+using test::WhenModal;
+
+class QtSaveDialogTest : public testing::Test {
+ protected:
+  // Shows the dialog, runs the action on it, returns the choice.
+  std::optional<std::string> Show(const std::function<void(QFileDialog&)>& action) {
+    WhenModal(kSaveDialogName,
+              [action](QWidget* modal) { action(*qobject_cast<QFileDialog*>(modal)); });
+    return QtSaveDialog(disk, messages).Show(request);
+  }
+  static void Type(QFileDialog& dialog, const QString& text) {
+    auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    ASSERT_NE(edit, nullptr);
+    edit->setText(text);  // typing would open the list of completions
+    QTest::keyClick(edit, Qt::Key_Return);
+  }
+  static void Accept(QFileDialog& dialog) {
+    QTest::keyClick(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), Qt::Key_Return);
+  }
+
+  test::TestMachine disk;
+  test::TestMessages messages;
+  SaveRequest request{.Title = "Enter the archive filename",
+                      .DefaultExtension = ".zip",
+                      .Filter = "Archive file(*.zip)|*.zip",
+                      .InitialFolder = "C:\\",
+                      .FileName = "m26B051407.zip"};
+};
+
+TEST_F(QtSaveDialogTest, ItOpensWithTitleFilterFolderAndName) {
+  disk.MakeFolders("C:\\ZALM_ARC");
+  request.InitialFolder = "C:\\ZALM_ARC\\";
+  Show([this](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), QLatin1String("Enter the archive filename"));
+    EXPECT_EQ(dialog.nameFilters(), QStringList{QStringLiteral("Archive file(*.zip)")});
+    EXPECT_EQ(dialog.directory().absolutePath(),
+              QString::fromStdString(disk.Native("C:\\ZALM_ARC")));
+    EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text(),
+              QLatin1String("m26B051407.zip"));
+    dialog.reject();
+  });
+}
+
+TEST_F(QtSaveDialogTest, CancelGivesNothing) {
+  EXPECT_EQ(Show([](QFileDialog& dialog) { dialog.reject(); }), std::nullopt);
+}
+
+TEST_F(QtSaveDialogTest, TheProposedNameComesBackWithItsDrive) {
+  EXPECT_EQ(Show([](QFileDialog& dialog) { Accept(dialog); }), "C:\\m26B051407.zip");
+}
+
+TEST_F(QtSaveDialogTest, ANameWithoutExtensionGetsTheDefaultOne) {
+  EXPECT_EQ(Show([](QFileDialog& dialog) { Type(dialog, QStringLiteral("mine")); }),
+            "C:\\mine.zip");
+}
+
+TEST_F(QtSaveDialogTest, AFileOutsideTheDrivesIsAPathFromTheRoot) {
+  const std::string folder = disk.home() + "/elsewhere";
+  QDir().mkpath(QString::fromStdString(folder));
+  const auto chosen =
+      Show([&](QFileDialog& dialog) { Type(dialog, QString::fromStdString(folder + "/a.zip")); });
+  std::string expected = folder + "/a.zip";
+  for (char& byte : expected) byte = byte == '/' ? '\\' : byte;
+  EXPECT_EQ(chosen, expected);
+}
+
+TEST_F(QtSaveDialogTest, AFolderThatDoesNotExistIsRefusedAndTheDialogComesAgain) {
+  const QString missing = QString::fromStdString(disk.Native("C:\\missing\\a.zip"));
+  const auto chosen = Show([&](QFileDialog& dialog) {
+    WhenModal(kSaveDialogName, [](QWidget* again) { qobject_cast<QDialog*>(again)->reject(); });
+    Type(dialog, missing);
+  });
+  EXPECT_EQ(chosen, std::nullopt);
+  ASSERT_EQ(messages.shown.size(), 1u);
+  EXPECT_EQ(messages.shown[0].Text, "C:\\missing\rPath does not exist.");
+}
+
+TEST_F(QtSaveDialogTest, AFileThatExistsIsAskedAboutAndNoKeepsTheDialogOpen) {
+  disk.Put("C:\\m26B051407.zip", "old");
+  bool asked = false;
+  const auto chosen = Show([&](QFileDialog& dialog) {
+    QTimer::singleShot(0, &dialog, [&] {
+      auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(question, nullptr);
+      asked = true;
+      QTest::mouseClick(question->button(QMessageBox::No), Qt::LeftButton);
+    });
+    Accept(dialog);
+    EXPECT_TRUE(dialog.isVisible());
+    dialog.reject();
+  });
+  EXPECT_TRUE(asked);
+  EXPECT_EQ(chosen, std::nullopt);
+}
+
+TEST_F(QtSaveDialogTest, AFileThatExistsIsChosenAfterYes) {
+  disk.Put("C:\\m26B051407.zip", "old");
+  const auto chosen = Show([&](QFileDialog& dialog) {
+    QTimer::singleShot(0, &dialog, [&] {
+      auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(question, nullptr);
+      QTest::mouseClick(question->button(QMessageBox::Yes), Qt::LeftButton);
+    });
+    Accept(dialog);
+  });
+  EXPECT_EQ(chosen, "C:\\m26B051407.zip");
+  EXPECT_EQ(disk.Get("C:\\m26B051407.zip"), "old");
+}
+
+TEST_F(QtSaveDialogTest, AnInitialFolderThatDoesNotExistGivesTheHomeFolder) {
+  request.InitialFolder = "C:\\nowhere\\";
+  Show([](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.directory().absolutePath(), QDir::homePath());
+    dialog.reject();
+  });
+}
+
+TEST_F(QtSaveDialogTest, ThePathTextOfADriveIsItsRoot) {
+  EXPECT_EQ(DrivePathText(disk, disk.home() + "/drives/c"), "C:\\");
+  EXPECT_EQ(DrivePathText(disk, disk.home() + "/drives/c/a/b"), "C:\\a\\b");
+}
+
+TEST(frmMainArchive, TheButtonArchivesTheSelectedLogs) {
+  test::FormsWorkstation station;
+  station.MakeLog("26111500", "11/15/2026 05:09:59");
+  station.save.answer = "C:\\a.zip";
+  Form_Load(station.state, station.real, "HOST");
+  station.state.ListView1.Row(1).Selected = true;
+  station.real.forms.UpdateMain();
+  QTest::mouseClick(station.Find<QPushButton>("cmdArchive"), Qt::LeftButton);
+  EXPECT_TRUE(station.disk.Has("C:\\a.zip"));
+}
+
+}  // namespace
+}  // namespace logbook
