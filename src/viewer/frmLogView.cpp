@@ -14,10 +14,16 @@
 #include "desktop/AsDialog.h"
 #include "platform/qt/Twips.h"
 #include "platform/qt/Widgets.h"
+#include "resources/Resources.h"
 #include "shell/StartUp.h"
 #include "viewer/ColumnKeeper.h"
 
 namespace logbook {
+namespace {
+
+constexpr int kComment = 123;
+
+}  // namespace
 
 frmLogView::frmLogView(QWidget* owner, AppState& state, Services& services, LogView& view)
     : QDialog(owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
@@ -97,6 +103,8 @@ void frmLogView::Update() {
   ApplyControl(this, view_.Window);
   UpdatePane(txtReport_, view_.txtReport);
   UpdatePane(txtComment_, view_.txtComment);
+  txtReport_.box->setAccessibleName(windowTitle());
+  txtComment_.box->setAccessibleName(ToQt(std::string(LoadResString(kComment))));
   ApplyControl(cmdPrint_, view_.cmdPrint);
   ApplyControl(cmdExit_, view_.cmdExit);
   ApplyControl(cmdHelp_, view_.cmdHelp);

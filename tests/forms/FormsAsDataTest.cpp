@@ -21,6 +21,7 @@
 #include "desktop/LogbookGen.h"
 #include "editor/frmLogEditor.h"
 #include "resources/Resources.h"
+#include "viewer/frmLogView.h"
 
 namespace logbook {
 namespace {
@@ -47,6 +48,7 @@ class FormsAsData : public testing::Test {
     ArrangeMainWindow(workstation.state, workstation.real);
     workstation.qt_forms.UpdateMain();
     editor_form.Load();
+    view_form.Load("Logbook Viewer:");
     forms = {{&workstation.window,
               {{"ListView1", 0},
                {"cmdRecord", 113},
@@ -56,7 +58,13 @@ class FormsAsData : public testing::Test {
                {"cmdExit", 118},
                {"cmdHelp", 119},
                {"cmdArchive", 132}}},
-             {&editor_form, EditorControls()}};
+             {&editor_form, EditorControls()},
+             {&view_form,
+              {{"txtReport", 0},
+               {"txtComment", 0},
+               {"cmdPrint", 116},
+               {"cmdExit", 118},
+               {"cmdHelp", 119}}}};
   }
 
   static std::vector<ExpectedControl> EditorControls() {
@@ -76,6 +84,8 @@ class FormsAsData : public testing::Test {
   FormsWorkstation workstation;
   LogEditor editor;
   frmLogEditor editor_form{&workstation.window, workstation.state, workstation.real, editor};
+  LogView view;
+  frmLogView view_form{&workstation.window, workstation.state, workstation.real, view};
   std::vector<FormCase> forms;
 };
 
