@@ -39,6 +39,10 @@ class FileReplacement {
   // folder or a read-only file, 70, 61, 57; the old file is then unchanged.
   void Replace(std::string_view bytes);
 
+  // As above with the bytes of another file, of any size in bounded memory. Raises 53, 75, 76, 70,
+  // 57 for that file too.
+  void ReplaceByCopyOf(const std::string& native_source);
+
  private:
   struct State;
   std::unique_ptr<State> state_;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <string>
 
+#include "output/ECMSub.h"
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "resources/Resources.h"
@@ -64,7 +65,7 @@ void cmdDelete_Click(AppState& state, Services& services) {
                               .Icon = MessageIcon::kNone,
                               .Buttons = MessageButtons::kYesNo});
   if (answer != MessageAnswer::kYes) return;
-  DeleteSelectedLogs(state, services);
+  if (DeleteSelectedLogs(state, services)) UploadChangedList(state, services);
 }
 
 bool DeleteSelectedLogs(AppState& state, Services& services) {

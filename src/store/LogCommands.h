@@ -23,8 +23,8 @@ void ListView1_ColumnClick(AppState& state, Services& services, int column);
 // Opens the chooser for a column and rebuilds the list, whatever its outcome.
 void ChangeItem(AppState& state, Services& services, std::int16_t column);
 
-// "Delete Log": asks once, then deletes the folders of the selected rows. Nothing happens without
-// a selection.
+// "Delete Log": asks once, then deletes the folders of the selected rows and uploads the list
+// if the last of them could be removed. Nothing happens without a selection.
 void cmdDelete_Click(AppState& state, Services& services);
 
 // Deletes the folders of the selected rows, one message for each that cannot be removed, and

@@ -5,6 +5,7 @@
 
 #include <optional>
 
+#include "output/ECMSub.h"
 #include "platform/Profile.h"
 #include "platform/RunTimeError.h"
 #include "resources/Resources.h"
@@ -49,6 +50,7 @@ void cmdRecord_Click(AppState& state, Services& services) {
     GetLogFile(state, services, state.LogPath);
     OpenEditor(state, services);
     Init_FileList(state, services);
+    UploadRecordedLog(state, services);
   }
   EnableWorkingCommands(state, services, true);
 }

@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -305,6 +306,19 @@ TEST(FilesTest, a_copy_has_the_same_bytes_and_replaces_what_was_there) {
   EXPECT_EQ(NumberRaisedBy([&] { CopyFile(machine, "C:\\none", "C:\\c.txt"); }), 53);
   EXPECT_EQ(NumberRaisedBy([&] { CopyFile(machine, "C:\\a.txt", "C:\\g\\c.txt"); }), 76);
   EXPECT_FALSE(machine.Has("C:\\c.txt"));
+}
+
+TEST(FilesTest, a_file_of_a_quarter_gigabyte_is_copied_through_bounded_memory) {
+  const TestMachine machine;
+  machine.Put("C:\\big.bin", "x");
+  fs::resize_file(machine.Native("C:\\big.bin"), 256 << 20);
+  rusage before{};
+  getrusage(RUSAGE_SELF, &before);
+  CopyFile(machine, "C:\\big.bin", "C:\\copy.bin");
+  rusage after{};
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_EQ(fs::file_size(machine.Native("C:\\copy.bin")), std::uintmax_t{256} << 20);
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 64 * 1024) << "KiB above what was in use";
 }
 
 }  // namespace

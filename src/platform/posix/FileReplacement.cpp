@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <functional>
 
 #include "platform/NativeFile.h"
 #include "platform/RunTimeError.h"
@@ -57,6 +58,9 @@ std::string ReadNativeFile(const std::string& native_path) {
   return ReadToEnd(posix::OpenForReading(native_path));
 }
 
+// Writes the new contents; false with errno set if the system refused.
+using ContentWriter = std::function<bool(const Descriptor&)>;
+
 struct FileReplacement::State {
   std::string path;  // links followed
   std::string name;  // within the folder
@@ -77,18 +81,33 @@ struct FileReplacement::State {
   }
 
   // Writes the temporary file up to the disk; false with errno set on failure.
-  bool WriteTemporary(std::string_view bytes, bool exists, const struct stat& old,
+  bool WriteTemporary(const ContentWriter& write, bool exists, const struct stat& old,
                       mode_t mode) const {
     unlinkat(folder.Number(), temporary.c_str(), 0);
     const Descriptor file(openat(folder.Number(), temporary.c_str(),
                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
-    if (!file.IsOpen() || !WriteAll(file, bytes)) return false;
+    if (!file.IsOpen() || !write(file)) return false;
     if (exists) {
       // Only a privileged process may give a file away; without that the new owner is ours.
       if (fchown(file.Number(), old.st_uid, old.st_gid) != 0) errno = 0;
       if (fchmod(file.Number(), mode) != 0) return false;
     }
     return fsync(file.Number()) == 0;
+  }
+
+  void Replace(const ContentWriter& write) const {
+    struct stat old = {};
+    bool exists = false;
+    const mode_t mode = CheckTarget(old, exists);
+    try {
+      if (!WriteTemporary(write, exists, old, mode) ||
+          renameat(folder.Number(), temporary.c_str(), folder.Number(), name.c_str()) != 0)
+        RaiseFileError(errno, path);
+    } catch (const RunTimeError&) {
+      unlinkat(folder.Number(), temporary.c_str(), 0);
+      throw;
+    }
+    fsync(folder.Number());
   }
 };
 
@@ -115,18 +134,19 @@ std::optional<std::string> FileReplacement::Bytes() const {
 }
 
 void FileReplacement::Replace(std::string_view bytes) {
-  struct stat old = {};
-  bool exists = false;
-  const mode_t mode = state_->CheckTarget(old, exists);
-  const int folder = state_->folder.Number();
-  const char* temporary = state_->temporary.c_str();
-  if (!state_->WriteTemporary(bytes, exists, old, mode) ||
-      renameat(folder, temporary, folder, state_->name.c_str()) != 0) {
-    const int error = errno;
-    unlinkat(folder, temporary, 0);
-    RaiseFileError(error, state_->path);
-  }
-  fsync(folder);
+  state_->Replace([bytes](const Descriptor& file) { return WriteAll(file, bytes); });
+}
+
+void FileReplacement::ReplaceByCopyOf(const std::string& native_source) {
+  constexpr std::size_t kBuffer = 256 * 1024;
+  const Descriptor source = posix::OpenForReading(native_source);
+  state_->Replace([&source](const Descriptor& file) {
+    std::string buffer(kBuffer, '\0');
+    while (const std::size_t count = ReadSome(source, buffer.data(), buffer.size())) {
+      if (!WriteAll(file, std::string_view(buffer.data(), count))) return false;
+    }
+    return true;
+  });
 }
 
 }  // namespace logbook

@@ -150,7 +150,7 @@ void DeleteFilesIn(const Machine& machine, std::string_view folder) {
 }
 
 void CopyFile(const Machine& machine, std::string_view from, std::string_view to) {
-  WriteFile(machine, to, ReadFile(machine, from));
+  FileReplacement(NativePath(machine, to)).ReplaceByCopyOf(NativePath(machine, from));
 }
 
 }  // namespace logbook
