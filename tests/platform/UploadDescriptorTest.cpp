@@ -27,7 +27,7 @@ TEST(UploadDescriptor, ADescriptorIsWrittenWithoutBlanksBetweenItsElements) {
   EXPECT_EQ(disk.Get(kPath),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?><Upload><file name=\"a.txt\">"
             "<Source>C:\\a</Source><Destination>a</Destination><Reason>why</Reason>"
-            "<Owner /></file></Upload>");
+            "<Owner/></file></Upload>");
 }
 
 TEST(UploadDescriptor, WhatIsWrittenIsValidAndComesBack) {
