@@ -29,6 +29,7 @@ class DeleteTest : public ReadableProgram {
   void Answer(const std::string& text, const std::string& button) {
     const MessagePage box(desktop(), *main_);
     EXPECT_EQ(reader().WaitFor("label", text).name, text);
+    desktop().TakePicture(box.window(), PictureFolder() + "/message-" + button + ".png");
     desktop().ClickScreen(reader().WaitFor("push button", button).place.Middle());
     desktop().WaitUntilGone(box.window());
   }

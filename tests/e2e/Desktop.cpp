@@ -247,7 +247,8 @@ void Desktop::TakePicture(const std::string& file) {
 
 void Desktop::TakePicture(WindowId window, const std::string& file) {
   fs::create_directories(fs::path(file).parent_path());
-  RunCommand({"import", "-window", std::to_string(window), file}, variables_, NewFile("import"));
+  RunCommand({"import", "-frame", "-window", std::to_string(window), file}, variables_,
+             NewFile("import"));
 }
 
 std::string Desktop::ColourAt(WindowId window, Point point) {

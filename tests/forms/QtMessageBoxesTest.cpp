@@ -101,6 +101,23 @@ TEST(QtMessageBoxes, AQuestionIsAnsweredByItsButtonsItsKeysAndItsCloseBox) {
   }
 }
 
+TEST(QtMessageBoxes, TextsOfAnyLengthAreShownWhole) {
+  const std::string folder = "C:\\QUOREX\\inst1\\maintain\\26111500";
+  for (const std::string& text :
+       {std::string("Delete Logfiles ?"), "Can not delete logfile:" + folder + " !",
+        "There are 256 or more logs in Log Folder. Recording new log is failed! " + folder}) {
+    Show({.Text = text}, [text](QMessageBox& box) {
+      const auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+      ASSERT_NE(label, nullptr);
+      const QSize needed =
+          label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
+      EXPECT_GE(label->width(), needed.width()) << text;
+      EXPECT_GE(label->height(), needed.height()) << text;
+      box.close();
+    });
+  }
+}
+
 TEST(QtMessageBoxes, ABoxMayComeUpWhileAnotherIsShown) {
   const MessageAnswer outer =
       Show({.Text = "outer", .Buttons = MessageButtons::kYesNo}, [](QMessageBox& box) {

@@ -5,6 +5,7 @@
 
 #include "platform/qt/Widgets.h"
 #include "resources/Resources.h"
+#include "shell/Fonts.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -43,14 +44,16 @@ QWidget* Owner() {
 void GiveRoomForTitle(QMessageBox& box) {
   auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
   if (label == nullptr) return;
-  const int title = box.fontMetrics().horizontalAdvance(box.windowTitle());
-  label->setMinimumWidth(title + kTitleButtons);
+  const int title = box.fontMetrics().horizontalAdvance(box.windowTitle()) + kTitleButtons;
+  // A longer text keeps its own width: a least width given here would take its place.
+  if (label->minimumSizeHint().width() < title) label->setMinimumWidth(title);
 }
 
 void AddButton(QMessageBox& box, QMessageBox::StandardButton which, const QString& name) {
   QPushButton* button = box.addButton(which);
   button->setObjectName(name);
   button->setAccessibleName(name);
+  button->setIcon(QIcon());
 }
 
 }  // namespace
@@ -58,6 +61,7 @@ void AddButton(QMessageBox& box, QMessageBox::StandardButton which, const QStrin
 MessageAnswer QtMessageBoxes::Show(const Message& message) {
   QMessageBox box(Owner());
   box.setObjectName(QLatin1String(kMessageBoxName));
+  box.setFont(ToolkitFont(FormFont()));
   box.setTextFormat(Qt::PlainText);
   QString text = ToQt(message.Text);
   text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
