@@ -11,6 +11,7 @@
 #include <QRadioButton>
 
 #include "desktop/AsDialog.h"
+#include "desktop/arvbsub.h"
 #include "platform/qt/Twips.h"
 #include "platform/qt/Widgets.h"
 #include "shell/StartUp.h"
@@ -29,6 +30,7 @@ frmChangeItem::frmChangeItem(QWidget* owner, AppState& state, Services& services
       cmdOK_(new QPushButton(this)),
       cmdCancel_(new QPushButton(this)),
       cmdHelp_(new QPushButton(this)) {
+  setWindowModality(Qt::WindowModal);  // help belongs to no window and stays usable
   setFixedSize(Pixels(chooser.Window.Place.Width), Pixels(chooser.Window.Place.Height));
   List1_->setSelectionMode(QAbstractItemView::SingleSelection);
   List1_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -54,6 +56,10 @@ void frmChangeItem::ConnectCommands() {
           [this] { Run([this] { ColumnChooserOK(state_, services_, chooser_); }); });
   connect(cmdCancel_, &QPushButton::clicked, this,
           [this] { Run([this] { ColumnChooserCancel(chooser_); }); });
+  connect(cmdHelp_, &QPushButton::clicked, this, [this] {
+    const HelpTopic topic = state_.CEMode ? HelpTopic::kColumnChooserCE : HelpTopic::kColumnChooser;
+    Run([this, topic] { ShowHelpTopic(state_, services_, topic); });
+  });
   connect(List1_, &QListWidget::itemSelectionChanged, this, [this] {
     chooser_.ListIndex = List1_->selectedItems().isEmpty() ? -1 : List1_->currentRow();
   });

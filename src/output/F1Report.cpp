@@ -81,7 +81,7 @@ void F1Book::SetBorder(const BorderChange& change) {
   }
 }
 
-void F1Book::SetFont(const SheetFont& font) {
+void F1Book::SetFont(const CellFont& font) {
   if (WholeSheetSelected()) {
     sheet_font_ = font;
     cell_fonts_.clear();
@@ -144,7 +144,7 @@ CellBorder F1Book::Border(int row, int column) const {
   return found == borders_.end() ? CellBorder() : found->second;
 }
 
-SheetFont F1Book::CellFont(int row, int column) const {
+CellFont F1Book::FontOf(int row, int column) const {
   const auto found = cell_fonts_.find({row, column});
   return found == cell_fonts_.end() ? sheet_font_.value_or(default_font_) : found->second;
 }

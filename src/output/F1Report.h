@@ -17,12 +17,12 @@
 
 namespace logbook {
 
-struct SheetFont {
+struct CellFont {
   std::string Name;
   double Size = 0;  // points
   bool Bold = false, Italic = false, Underlined = false, StruckOut = false;
   std::uint32_t Colour = 0;  // 0xBBGGRR; 0 is black
-  bool operator==(const SheetFont&) const = default;
+  bool operator==(const CellFont&) const = default;
 };
 
 // One edge of a cell. Styles: 0 none, 1 to 3 thin lines of growing width, 4 and above the plain
@@ -58,7 +58,7 @@ class F1Book {
   void SetText(int row, int column, std::string text);
   // Sets the borders of each selected cell. A whole-sheet selection is the cells in use.
   void SetBorder(const BorderChange& change);
-  void SetFont(const SheetFont& font);
+  void SetFont(const CellFont& font);
   void SetDefaultFont(std::string name, double size);
   // In the language of output/PageCodes.h.
   void SetPageHeader(std::string codes) { page_header_ = std::move(codes); }
@@ -78,8 +78,8 @@ class F1Book {
   // Empty for a cell that was never written to.
   const std::string& Text(int row, int column) const;
   CellBorder Border(int row, int column) const;
-  SheetFont CellFont(int row, int column) const;
-  const SheetFont& DefaultFont() const { return default_font_; }
+  CellFont FontOf(int row, int column) const;
+  const CellFont& DefaultFont() const { return default_font_; }
   bool ColumnIsFitted(int column) const;
 
  private:
@@ -92,9 +92,9 @@ class F1Book {
   int first_row_ = 1, first_column_ = 1, last_row_ = 1, last_column_ = 1;
   std::vector<std::vector<std::string>> texts_;  // by row and column, from 0
   std::map<CellPlace, CellBorder> borders_;
-  SheetFont default_font_{"Courier", 9};
-  std::optional<SheetFont> sheet_font_;  // of all cells that have none of their own
-  std::map<CellPlace, SheetFont> cell_fonts_;
+  CellFont default_font_{"Courier", 9};
+  std::optional<CellFont> sheet_font_;  // of all cells that have none of their own
+  std::map<CellPlace, CellFont> cell_fonts_;
   std::vector<bool> fitted_;  // by column, from 0
   bool fitted_by_default_ = false;
 };

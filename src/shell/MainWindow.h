@@ -7,6 +7,7 @@
 
 #include <array>
 
+#include "output/F1Report.h"
 #include "shell/Control.h"
 
 namespace logbook {
@@ -26,6 +27,8 @@ struct MainWindow {
   Control cmdExit{.Name = "cmdExit"};
   Control cmdHelp{.Name = "cmdHelp"};
   Control cmdArchive{.Name = "cmdArchive"};
+
+  F1Book F1Report;  // the unseen sheet that the list is printed from
 
   // All controls in tab order, the list first.
   std::array<Control*, 8> Controls() {

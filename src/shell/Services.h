@@ -172,6 +172,8 @@ class Forms {
   virtual void ShowLogEditor(const std::optional<std::string>& caption) = 0;
   // Loads frmLogView, then sets its caption and shows it modally.
   virtual void ShowLogView(const std::string& caption) = 0;
+  // Brings an open frmLogView to the front again.
+  virtual void ShowLogViewAgain() = 0;
   virtual void ShowChangeItem() = 0;
   virtual bool ChangeItemVisible() = 0;
 };

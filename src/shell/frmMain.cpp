@@ -13,6 +13,7 @@
 
 #include "desktop/arvbsub.h"
 #include "output/ArcHandler.h"
+#include "output/ListPrinting.h"
 #include "platform/qt/ListViewModel.h"
 #include "platform/qt/QtWindowSystem.h"
 #include "platform/qt/ReportList.h"
@@ -88,6 +89,7 @@ void frmMain::MakeCommands() {
   on_click(cmdBrowse_, cmdBrowse_Click);
   on_click(cmdDelete_, cmdDelete_Click);
   on_click(cmdArchive_, ArchiveLogs);
+  on_click(cmdPrint_, PrintList);
   on_click(cmdExit_, GlobalEnd);
   on_click(cmdHelp_, cmdHelp_Click);
 }

@@ -9,6 +9,7 @@
 #include <array>
 #include <string>
 
+#include "output/F1Report.h"
 #include "shell/AppState.h"
 #include "shell/Control.h"
 #include "shell/Services.h"
@@ -28,6 +29,7 @@ struct LogView {
   Control txtReport, txtComment;
   Control cmdPrint, cmdExit, cmdHelp;
   Control F1Report;  // the sheet that reports are printed from, never visible
+  F1Book Sheet;      // what F1Report holds
 
   // The texts of the two panes: UTF-8, lines ended by CR LF.
   std::string ReportText, CommentText;

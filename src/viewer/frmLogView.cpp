@@ -12,11 +12,13 @@
 #include <QPushButton>
 
 #include "desktop/AsDialog.h"
+#include "desktop/arvbsub.h"
 #include "platform/qt/Twips.h"
 #include "platform/qt/Widgets.h"
 #include "resources/Resources.h"
 #include "shell/StartUp.h"
 #include "viewer/ColumnKeeper.h"
+#include "viewer/ReportPrinting.h"
 
 namespace logbook {
 namespace {
@@ -38,10 +40,17 @@ frmLogView::frmLogView(QWidget* owner, AppState& state, Services& services, LogV
       cmdPrint_(new QPushButton(client_)),
       cmdExit_(new QPushButton(client_)),
       cmdHelp_(new QPushButton(client_)) {
+  setWindowModality(Qt::WindowModal);  // help belongs to no window and stays usable
   MakeMenus();
   for (QPushButton* button : {cmdPrint_, cmdExit_, cmdHelp_}) button->setAutoDefault(false);
   connect(cmdExit_, &QPushButton::clicked, this,
           [this] { Run([this] { LogViewExit(state_, view_); }); });
+  connect(cmdPrint_, &QPushButton::clicked, this,
+          [this] { Run([this] { cmdPrint_Click(state_, services_, view_); }); });
+  connect(cmdHelp_, &QPushButton::clicked, this, [this] {
+    const HelpTopic topic = state_.CEMode ? HelpTopic::kViewerCE : HelpTopic::kViewer;
+    Run([this, topic] { ShowHelpTopic(state_, services_, topic); });
+  });
   Update();
 }
 

@@ -90,26 +90,26 @@ TEST(F1Report, ABorderChangesTheNamedEdgesOfTheSelectionAlone) {
 
 TEST(F1Report, AFontOfTheWholeSheetHoldsForCellsToCome) {
   F1Book sheet;
-  const SheetFont font{"Courier", 9};
+  const CellFont font{"Courier", 9};
   sheet.SetDefaultFont("Arial", 8);
-  EXPECT_EQ(sheet.CellFont(1, 1), (SheetFont{"Arial", 8}));
+  EXPECT_EQ(sheet.FontOf(1, 1), (CellFont{"Arial", 8}));
   SelectAll(sheet);
   sheet.SetFont(font);
-  EXPECT_EQ(sheet.CellFont(1, 1), font);
-  EXPECT_EQ(sheet.CellFont(99, 99), font);
-  EXPECT_EQ(sheet.DefaultFont(), (SheetFont{"Arial", 8}));
+  EXPECT_EQ(sheet.FontOf(1, 1), font);
+  EXPECT_EQ(sheet.FontOf(99, 99), font);
+  EXPECT_EQ(sheet.DefaultFont(), (CellFont{"Arial", 8}));
 }
 
 TEST(F1Report, AFontOfARangeStandsOutUntilTheWholeSheetIsSet) {
   F1Book sheet;
-  const SheetFont bold{.Name = "Courier", .Size = 9, .Bold = true};
+  const CellFont bold{.Name = "Courier", .Size = 9, .Bold = true};
   sheet.SetSelection(1, 1, 1, 2);
   sheet.SetFont(bold);
-  EXPECT_EQ(sheet.CellFont(1, 2), bold);
-  EXPECT_NE(sheet.CellFont(2, 1), bold);
+  EXPECT_EQ(sheet.FontOf(1, 2), bold);
+  EXPECT_NE(sheet.FontOf(2, 1), bold);
   SelectAll(sheet);
   sheet.SetFont({"Courier", 9});
-  EXPECT_NE(sheet.CellFont(1, 2), bold);
+  EXPECT_NE(sheet.FontOf(1, 2), bold);
 }
 
 TEST(F1Report, ColumnsAreFittedWhenAskedFor) {

@@ -122,6 +122,7 @@ class TestForms : public Forms {
   std::intptr_t MainWindowHandle() override { return 4711; }
   void ShowLogEditor(const std::optional<std::string>& caption) override;
   void ShowLogView(const std::string& caption) override;
+  void ShowLogViewAgain() override { calls.push_back("ShowLogViewAgain"); }
   void ShowChangeItem() override;
   bool ChangeItemVisible() override { return change_item_visible; }
 

@@ -47,7 +47,16 @@ void QtForms::ShowLogView(const std::string& caption) {
   LogView view;
   frmLogView form(main_, state_, *services_, view);
   form.Load(caption);
+  log_view_ = &form;
   form.exec();
+  log_view_ = nullptr;
+}
+
+void QtForms::ShowLogViewAgain() {
+  if (log_view_ == nullptr) return;
+  log_view_->show();
+  log_view_->raise();
+  log_view_->activateWindow();
 }
 
 void QtForms::ShowChangeItem() {

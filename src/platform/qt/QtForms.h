@@ -10,6 +10,7 @@
 namespace logbook {
 
 class frmChangeItem;
+class frmLogView;
 class frmMain;
 
 class QtForms : public Forms {
@@ -26,6 +27,7 @@ class QtForms : public Forms {
 
   void ShowLogEditor(const std::optional<std::string>& caption) override;
   void ShowLogView(const std::string& caption) override;
+  void ShowLogViewAgain() override;
   void ShowChangeItem() override;
   bool ChangeItemVisible() override;
 
@@ -33,7 +35,8 @@ class QtForms : public Forms {
   AppState& state_;
   frmMain* main_ = nullptr;
   Services* services_ = nullptr;
-  frmChangeItem* change_item_ = nullptr;  // while it is shown
+  frmLogView* log_view_ = nullptr;        // while it is shown
+  frmChangeItem* change_item_ = nullptr;  // likewise
 };
 
 }  // namespace logbook

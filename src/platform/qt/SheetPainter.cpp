@@ -75,7 +75,7 @@ SheetPainter::SheetPainter(QPagedPaintDevice& device, const F1Book& sheet, const
       rows_(sheet.LastRow()),
       columns_(sheet.LastColumn()) {}
 
-const SheetPainter::Typeface& SheetPainter::TypefaceOf(const SheetFont& font) {
+const SheetPainter::Typeface& SheetPainter::TypefaceOf(const CellFont& font) {
   const auto known = std::find_if(typefaces_.begin(), typefaces_.end(),
                                   [&](const Typeface& face) { return face.sheet_font == font; });
   if (known != typefaces_.end()) return *known;
@@ -95,9 +95,9 @@ void SheetPainter::Measure() {
 
 void SheetPainter::MeasureRow(int row) {
   std::vector<Cell> cells;
-  double height = TypefaceOf(sheet_.CellFont(row, 1)).metrics.lineSpacing();
+  double height = TypefaceOf(sheet_.FontOf(row, 1)).metrics.lineSpacing();
   for (int column = 1; column <= columns_; ++column) {
-    const Typeface& face = TypefaceOf(sheet_.CellFont(row, column));
+    const Typeface& face = TypefaceOf(sheet_.FontOf(row, column));
     QString text = PrintableText(sheet_.Text(row, column));
     const double width = face.metrics.horizontalAdvance(text);
     height = std::max(height, face.metrics.lineSpacing());
@@ -115,7 +115,7 @@ void SheetPainter::Paint() {
   Measure();
   const std::vector<RowBand> row_bands = BreakRows(heights_, body_.height());
   const std::vector<ColumnBand> column_bands =
-      BreakColumns(widths_, body_.width(), TypefaceOf(sheet_.CellFont(1, 1)).character);
+      BreakColumns(widths_, body_.width(), TypefaceOf(sheet_.FontOf(1, 1)).character);
   const int pages = static_cast<int>(row_bands.size() * column_bands.size());
 
   if (!painter_.begin(&device_)) throw RunTimeError(ErrorNumber::kPrinterError);
@@ -203,7 +203,7 @@ void SheetPainter::PaintRuns(const std::vector<PageRun>& runs, Qt::Alignment sid
   double width = 0, ascent = 0, descent = 0;
   std::vector<Cell> pieces;
   for (const PageRun& run : runs) {
-    SheetFont font = sheet_.DefaultFont();
+    CellFont font = sheet_.DefaultFont();
     if (run.FontName) font.Name = *run.FontName;
     if (run.FontSize) font.Size = *run.FontSize;
     const Typeface& face = TypefaceOf(font);

@@ -33,7 +33,7 @@ class SheetPainter {
  private:
   // A font of the sheet on this device.
   struct Typeface {
-    SheetFont sheet_font;
+    CellFont sheet_font;
     QFont font;
     QFontMetricsF metrics;
     double character;  // width of a digit
@@ -44,7 +44,7 @@ class SheetPainter {
     double width;
   };
 
-  const Typeface& TypefaceOf(const SheetFont& font);
+  const Typeface& TypefaceOf(const CellFont& font);
   void Measure();
   void MeasureRow(int row);
 

@@ -34,7 +34,7 @@ QPageSize PaperOfTheLocale() {
 
 }  // namespace
 
-QFont PrintFont(const SheetFont& font) {
+QFont PrintFont(const CellFont& font) {
   const QString name = ToQt(font.Name);
   QStringList families;
   if (CanBeEmbedded(name)) families << name;

@@ -27,7 +27,7 @@ QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now);
 
 // The font for a name of the string table on paper. A fixed-pitch name that this machine lacks, or
 // has only as dots, stands for a fixed-pitch font of the same widths that can be embedded.
-QFont PrintFont(const SheetFont& font);
+QFont PrintFont(const CellFont& font);
 
 // Text as it goes to paper: tabs reach to the next multiple of eight characters, other control
 // characters print nothing.

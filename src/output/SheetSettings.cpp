@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "output/SheetSettings.h"
+
+#include <cstddef>
+
+#include "resources/Resources.h"
+#include "shell/Fonts.h"
+
+namespace logbook {
+
+namespace {
+
+constexpr int kWholeSheet = -1;
+
+void SelectWholeSheet(F1Book& sheet) {
+  sheet.SetSelection(kWholeSheet, kWholeSheet, kWholeSheet, kWholeSheet);
+}
+
+bool BeginsCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+}
+
+}  // namespace
+
+void BeginSheet(F1Book& sheet) {
+  sheet.SetTitle(std::string(LoadResString(112)));
+  SelectWholeSheet(sheet);
+  sheet.ClearSelection();
+}
+
+void FinishSheet(F1Book& sheet, bool landscape) {
+  const Font font = SheetFont();
+  SelectWholeSheet(sheet);
+  sheet.SetFont({.Name = font.Name, .Size = font.Size});
+  sheet.SetDefaultFont(font.Name, font.Size);
+  sheet.SetPageHeader(FontCode() + "&A");
+  sheet.SetPageFooter("&R" + FontCode() + "&D &T&C" + FontCode() + "Page &P/&N");
+  SelectWholeSheet(sheet);
+  sheet.FitColumnWidths(F1Book::Fit::kSetDefaultToo);
+  sheet.SetLandscape(landscape);
+}
+
+std::string FontCode() {
+  return "&\"" + std::string(LoadResString(105)) + "\"&" + std::string(LoadResString(106));
+}
+
+std::string FirstCharacters(std::string_view text, int count) {
+  std::size_t end = 0;
+  for (; end < text.size(); ++end) {
+    if (BeginsCharacter(text[end]) && count-- == 0) break;
+  }
+  return std::string(text.substr(0, end));
+}
+
+}  // namespace logbook
