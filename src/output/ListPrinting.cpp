@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 
+#include "output/ECMSub.h"
 #include "output/PrintBridge.h"
 #include "output/SheetSettings.h"
 #include "platform/RunTimeError.h"
@@ -43,6 +44,7 @@ void PrintList(AppState& state, Services& services) {
     std::string image_path;
     PrepareDocumentOutput(state, services, kDocumentName, "", kPrintTimeOut, image_path);
     services.print.PrintSheet(sheet);
+    UploadPrintImage(state, services, image_path);
   } catch (const RunTimeError&) {
     // Whoever prints sees by the printer whether it has printed.
   }

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "output/ECMSub.h"
 #include "output/PrintBridge.h"
 #include "output/SheetSettings.h"
 #include "platform/Files.h"
@@ -131,6 +132,7 @@ void PrintReport(AppState& state, Services& services, LogView& view, const std::
     PrepareDocumentOutput(state, services, DocumentName(view, file_name), "", kPrintTimeOut,
                           image_path);
     services.print.PrintSheet(view.Sheet);
+    UploadPrintImage(state, services, image_path);
   } catch (const RunTimeError& error) {
     ShowError(services, error);
     services.forms.ShowLogViewAgain();

@@ -13,6 +13,7 @@ namespace logbook {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 class PrintListTest : public testing::Test {
@@ -30,6 +31,12 @@ class PrintListTest : public testing::Test {
     return station.state.ListView1.Rows.back();
   }
   void Print() { PrintList(station.state, station.services); }
+  void UsePdfDevice() {
+    station.state.AppPath = "C:\\app";
+    station.print.driver = "Adobe PDF Converter";
+    station.print.image = kImage;
+    station.print.on_print = [this] { station.disk.Put(kImage, "image"); };
+  }
   const F1Book& Sheet() { return station.print.sheets.at(0); }
   static std::vector<std::string> RowOf(const F1Book& sheet, int row) {
     std::vector<std::string> cells;
@@ -38,6 +45,7 @@ class PrintListTest : public testing::Test {
     return cells;
   }
 
+  static constexpr const char* kImage = "C:\\QUOREX\\PDF\\Logbook_List.pdf";
   test::TestWorkstation station;
 };
 
@@ -130,6 +138,53 @@ TEST_F(PrintListTest, WithoutADefaultPrinterTheMessageIsShownAndThenPrintingGoes
   EXPECT_EQ(station.messages.shown[0].Text, "message 1801");
   EXPECT_EQ(station.messages.shown[0].Title, std::optional<std::string>(""));
   EXPECT_EQ(station.print.sheets.size(), 1u);
+}
+
+TEST_F(PrintListTest, OnAnOrdinaryPrinterNoUploadTakesPlace) {
+  station.ecm.enabled = true;
+  Print();
+  EXPECT_EQ(station.print.sheets.size(), 1u);
+  EXPECT_THAT(station.ecm.calls, ElementsAre("EcmEnabled"));
+  EXPECT_THAT(station.messages.shown, IsEmpty());
+}
+
+TEST_F(PrintListTest, OnThePdfDeviceWithoutAContentServerAnImageIsMadeAndLeftAlone) {
+  UsePdfDevice();
+  Print();
+  EXPECT_TRUE(station.disk.Has(kImage));
+  EXPECT_THAT(station.ecm.calls, ElementsAre("EcmEnabled"));
+  EXPECT_FALSE(station.disk.Has("C:\\Norvane.Quorex.ECM"));
+}
+
+TEST_F(PrintListTest, OnThePdfDeviceTheImageGoesToTheContentServer) {
+  UsePdfDevice();
+  station.ecm.enabled = true;
+  Print();
+  const std::string folder = "2611150509594711_LOGBK";
+  EXPECT_THAT(station.ecm.calls, ElementsAre("EcmEnabled", "EcmSubmit " + folder));
+  EXPECT_EQ(station.disk.Get("C:\\Norvane.Quorex.ECM\\" + folder + "\\Logbook_List.pdf"), "image");
+  EXPECT_THAT(station.disk.Get("C:\\Norvane.Quorex.ECM\\" + folder + ".xml"),
+              HasSubstr("<Reason>Maintenance LogBook has been printed.</Reason>"));
+}
+
+TEST_F(PrintListTest, AnImageThatDoesNotComeIsSaid) {
+  UsePdfDevice();
+  station.print.on_print = nullptr;
+  station.ecm.enabled = true;
+  Print();
+  ASSERT_EQ(station.messages.shown.size(), 1u);
+  EXPECT_EQ(station.messages.shown[0].Text, "Could not find a print image file.");
+  EXPECT_EQ(station.messages.shown[0].Icon, MessageIcon::kCritical);
+  EXPECT_EQ(station.messages.shown[0].Title, std::optional<std::string>("Maintenance LogBook"));
+}
+
+TEST_F(PrintListTest, AnErrorOfTheUploadEndsItInSilence) {
+  UsePdfDevice();
+  station.ecm.enabled = true;
+  station.disk.MakeFolders("C:\\Norvane.Quorex.ECM\\2611150509594711_LOGBK\\Logbook_List.pdf");
+  Print();
+  EXPECT_THAT(station.messages.shown, IsEmpty());
+  EXPECT_THAT(station.ecm.calls, ElementsAre("EcmEnabled"));
 }
 
 TEST_F(PrintListTest, AnErrorEndsItInSilence) {

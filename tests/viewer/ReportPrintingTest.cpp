@@ -210,6 +210,41 @@ TEST_F(ReportPrinting, TheDocumentIsNamedAfterFolderAndFile) {
   EXPECT_EQ(log.print.calls.back(), "PrintSheet");
 }
 
+TEST_F(ReportPrinting, OnAnOrdinaryPrinterNothingIsUploadedAndNothingIsSaid) {
+  log.ecm.enabled = true;
+  Print(5);
+  EXPECT_EQ(log.print.sheets.size(), 1u);
+  EXPECT_THAT(log.ecm.calls, ElementsAre("EcmEnabled"));
+  EXPECT_THAT(log.messages.shown, IsEmpty());
+}
+
+TEST_F(ReportPrinting, OnThePdfDeviceTheImageGoesToTheContentServer) {
+  const std::string image = "C:\\QUOREX\\PDF\\26111500_errlog.txt.pdf";
+  log.state.AppPath = "C:\\app";
+  log.print.driver = "Adobe PDF Converter";
+  log.print.image = image;
+  log.print.on_print = [&] { log.disk.Put(image, "image"); };
+  log.ecm.enabled = true;
+  Print(5);
+  const std::string folder = "2611150509594711_LOGBK";
+  EXPECT_THAT(log.ecm.calls, ElementsAre("EcmEnabled", "EcmSubmit " + folder));
+  EXPECT_TRUE(log.disk.Has("C:\\Norvane.Quorex.ECM\\" + folder + "\\26111500_errlog.txt.pdf"));
+}
+
+TEST_F(ReportPrinting, AnImageThatCannotBeCopiedIsAnErrorThatIsShown) {
+  const std::string image = "C:\\QUOREX\\PDF\\26111500_errlog.txt.pdf";
+  log.state.AppPath = "C:\\app";
+  log.print.driver = "Adobe PDF Converter";
+  log.print.image = image;
+  log.disk.Put(image, "image");
+  log.disk.MakeFolders("C:\\Norvane.Quorex.ECM\\2611150509594711_LOGBK\\26111500_errlog.txt.pdf");
+  log.ecm.enabled = true;
+  Print(5);
+  ASSERT_EQ(log.messages.shown.size(), 1u);
+  EXPECT_EQ(log.messages.shown[0].Text, "Path/File access error");
+  EXPECT_EQ(log.messages.shown[0].Icon, MessageIcon::kExclamation);
+}
+
 TEST_F(ReportPrinting, AnErrorIsShownAndTheViewerComesBack) {
   log.print.print_error = RunTimeError(ErrorNumber::kPrinterError);
   Print(5);
