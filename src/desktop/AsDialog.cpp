@@ -3,13 +3,13 @@
 
 #include "desktop/AsDialog.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
 #include <string_view>
 
 #include "platform/RunTimeError.h"
+#include "platform/UpperCase.h"
 
 namespace logbook {
 
@@ -28,14 +28,6 @@ constexpr HostClass kHostClasses[] = {
 constexpr std::intptr_t kHostNeverParent = 1;
 constexpr std::size_t kClassNameLimit = 127;  // a buffer of 128 characters with its NUL
 
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [&](char x, char y) { return lower(x) == lower(y); });
-}
-
 std::intptr_t FindSurface(WindowSystem& windows, std::intptr_t host) {
   std::string name = windows.ClassName(host).substr(0, kClassNameLimit);
   name = name.substr(0, name.find('\0'));
@@ -47,13 +39,27 @@ std::intptr_t FindSurface(WindowSystem& windows, std::intptr_t host) {
   return host;
 }
 
-// Rounds to the nearest whole number, ties to the even one.
-long RoundToEven(double value) {
+// The value as a 32-bit number, which all arithmetic on rectangles is in: rounded to the nearest
+// whole one, ties to the even one.
+long Whole(double value) {
   const double rounded = std::nearbyint(value);
   if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&
         rounded <= std::numeric_limits<std::int32_t>::max()))
     throw RunTimeError(ErrorNumber::kOverflow);
   return static_cast<long>(rounded);
+}
+
+long Distance(long from, long to) {
+  return Whole(static_cast<double>(to) - static_cast<double>(from));
+}
+
+// Where something of this size begins in the middle of a room.
+long Middle(long room, long size) {
+  return Whole(static_cast<double>(room) / 2 - static_cast<double>(size) / 2);
+}
+
+long Sum(long a, long b) {
+  return Whole(static_cast<double>(a) + static_cast<double>(b));
 }
 
 }  // namespace
@@ -76,12 +82,12 @@ void CenterOnHost(WindowSystem& windows, std::intptr_t window, std::intptr_t hos
   const PixelRect area =
       host != 0 ? windows.ClientRect(FindSurface(windows, host)) : windows.WorkArea();
   PixelRect place = windows.NormalPosition(window);
-  const double width = static_cast<double>(place.Right) - static_cast<double>(place.Left);
-  const double height = static_cast<double>(place.Bottom) - static_cast<double>(place.Top);
-  place.Left = RoundToEven(static_cast<double>(area.Right - area.Left) / 2 - width / 2);
-  place.Top = RoundToEven(static_cast<double>(area.Bottom - area.Top) / 2 - height / 2);
-  place.Right = place.Left + static_cast<long>(width);
-  place.Bottom = place.Top + static_cast<long>(height);
+  const long width = Distance(place.Left, place.Right);
+  const long height = Distance(place.Top, place.Bottom);
+  place.Left = Middle(Distance(area.Left, area.Right), width);
+  place.Top = Middle(Distance(area.Top, area.Bottom), height);
+  place.Right = Sum(place.Left, width);
+  place.Bottom = Sum(place.Top, height);
   windows.SetNormalPosition(window, place);
 }
 

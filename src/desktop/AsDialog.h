@@ -19,7 +19,8 @@ void PlaceDialog(WindowSystem& windows, std::uint32_t flags, std::intptr_t form,
                  std::intptr_t host);
 
 // Centres a window on the host's surface, or on the work area if the host is 0. The origin of the
-// area is not added. Nothing for window 0. Raises kOverflow if the new place does not fit 32 bits.
+// area is not added. Nothing for window 0. Raises kOverflow if a size or the new place does not fit
+// 32 bits.
 void CenterOnHost(WindowSystem& windows, std::intptr_t window, std::intptr_t host);
 
 // Makes the host's surface the window's parent. Nothing for window 0 or host 1.

@@ -11,6 +11,8 @@ std::string DescriptionOf(ErrorNumber number) {
       return "Invalid procedure call or argument";
     case ErrorNumber::kOverflow:
       return "Overflow";
+    case ErrorNumber::kOutOfMemory:
+      return "Out of memory";
     case ErrorNumber::kSubscriptOutOfRange:
       return "Subscript out of range";
     case ErrorNumber::kTypeMismatch:

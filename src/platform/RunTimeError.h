@@ -15,6 +15,7 @@ namespace logbook {
 enum class ErrorNumber : int {
   kInvalidProcedureCall = 5,
   kOverflow = 6,
+  kOutOfMemory = 7,
   kSubscriptOutOfRange = 9,
   kTypeMismatch = 13,
   kInternalError = 51,

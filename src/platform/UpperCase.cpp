@@ -76,4 +76,8 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
   return UpperCaseText(a) == UpperCaseText(b);
 }
 
+bool ContainsIgnoringCase(std::string_view text, std::string_view word) {
+  return UpperCaseText(text).find(UpperCaseText(word)) != std::string::npos;
+}
+
 }  // namespace logbook

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// Comparing without regard to case, beyond ASCII and never by the locale: for names on the disk,
-// for names in profiles and for keys of the registry.
+// Comparing without regard to case, beyond ASCII and never by the locale: the one place for names
+// on the disk, in profiles, of keys, windows and resources, and for words of the command line.
 #pragma once
 
 #include <string>
@@ -20,5 +20,8 @@ std::string UpperCaseText(std::string_view text);
 
 // True if the two texts differ in case at most.
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
+
+// True if the word stands anywhere in the text, but for case; an empty word always does.
+bool ContainsIgnoringCase(std::string_view text, std::string_view word);
 
 }  // namespace logbook

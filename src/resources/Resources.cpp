@@ -5,21 +5,10 @@
 
 #include <algorithm>
 
+#include "platform/UpperCase.h"
 #include "resources/ResourceData.h"
 
 namespace logbook {
-
-namespace {
-
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  const auto upper = [](char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [&](char x, char y) { return upper(x) == upper(y); });
-}
-
-}  // namespace
 
 std::span<const StringResource> AllStrings() {
   return StringData();

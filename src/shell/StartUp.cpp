@@ -3,15 +3,16 @@
 
 #include "shell/StartUp.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <string_view>
+#include <exception>
+#include <new>
 
 #include "desktop/AsDialog.h"
 #include "desktop/LogbookGen.h"
 #include "desktop/arvbsub.h"
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
+#include "platform/UpperCase.h"
 #include "shell/LeadingNumber.h"
 #include "store/LogList.h"
 #include "store/Recording.h"
@@ -23,13 +24,10 @@ namespace {
 constexpr int kEndingPolls = 200000;
 constexpr const char* kHostTopic = "CPWAIT";
 
-char LowerAscii(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool ContainsIgnoringCase(std::string_view text, std::string_view word) {
-  const auto equal = [](char a, char b) { return LowerAscii(a) == LowerAscii(b); };
-  return std::search(text.begin(), text.end(), word.begin(), word.end(), equal) != text.end();
+RunTimeError AsRunTimeError(const std::exception& raised) {
+  if (const auto* error = dynamic_cast<const RunTimeError*>(&raised)) return *error;
+  const bool is_memory = dynamic_cast<const std::bad_alloc*>(&raised) != nullptr;
+  return RunTimeError(is_memory ? ErrorNumber::kOutOfMemory : ErrorNumber::kInternalError);
 }
 
 }  // namespace
@@ -89,7 +87,7 @@ void GetPath(AppState& state, Services& services) {
     state.HelpFile = ask("_helpfile$");
     services.host.Close();
     if (!FolderExists(state.machine, state.LogRoot)) MakeFolder(state.machine, state.LogRoot);
-  } catch (const RunTimeError&) {
+  } catch (const std::exception&) {
     GlobalEnd(state, services);
   }
 }
@@ -103,7 +101,7 @@ void GlobalEnd(AppState& state, Services& services) {
     int polls = 0;
     while (CellValue(services.cell) == 9 && polls < kEndingPolls)
       polls += services.events.Deliver();
-  } catch (const RunTimeError&) {
+  } catch (const std::exception&) {
     // The host is out of reach: the end needs no one's consent.
   }
   CloseHelp(state, services);
@@ -114,7 +112,8 @@ void GlobalEnd(AppState& state, Services& services) {
 void RunHandler(Services& services, const std::function<void()>& handler) {
   try {
     handler();
-  } catch (const RunTimeError& error) {
+  } catch (const std::exception& raised) {
+    const RunTimeError error = AsRunTimeError(raised);
     services.messages.Show({.Text = "Run-time error '" +
                                     std::to_string(static_cast<int>(error.Number())) +
                                     "':\r\n\r\n" + error.Description(),

@@ -114,14 +114,37 @@ TEST(CenterOnHost, Window0IsLeftAlone) {
 }
 
 TEST(CenterOnHost, ImpossibleRectangleIsAnOverflow) {
-  TestWindows windows;
-  windows.positions[kForm] = {0, 0, 8'000'000'000, 10};
-  try {
-    CenterOnHost(windows, kForm, 0);
-    FAIL() << "no error";
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(error.Number(), ErrorNumber::kOverflow);
+  constexpr long kMost = std::numeric_limits<std::int32_t>::max();
+  constexpr long kLeast = std::numeric_limits<std::int32_t>::min();
+  struct Case {
+    PixelRect area, place;
+  };
+  const Case cases[] = {
+      {{0, 0, 800, 600}, {0, 0, 8'000'000'000, 10}},
+      {{0, 0, 800, 600}, {kLeast, 0, kMost, 10}},   // a width beyond 32 bits
+      {{0, kLeast, 800, kMost}, {0, 0, 400, 300}},  // a height beyond 32 bits
+  };
+  for (const Case& each : cases) {
+    TestWindows windows;
+    windows.work_area = each.area;
+    windows.positions[kForm] = each.place;
+    try {
+      CenterOnHost(windows, kForm, 0);
+      ADD_FAILURE() << "no error";
+    } catch (const RunTimeError& error) {
+      EXPECT_EQ(error.Number(), ErrorNumber::kOverflow);
+    }
+    EXPECT_EQ(windows.positions[kForm].Left, each.place.Left);
   }
+}
+
+TEST(CenterOnHost, LargestRectanglesAreNoOverflow) {
+  constexpr long kMost = std::numeric_limits<std::int32_t>::max();
+  TestWindows windows;
+  windows.work_area = {0, 0, kMost, kMost};
+  windows.positions[kForm] = {0, 0, kMost, 1};
+  CenterOnHost(windows, kForm, 0);
+  ExpectPlace(windows, 0, kMost / 2, kMost, kMost / 2 + 1);
 }
 
 TEST(PlaceAndRaise, PlacesAndThenRaisesOnceMore) {

@@ -38,5 +38,14 @@ TEST(UpperCaseTest, texts_of_other_lengths_or_letters_differ) {
   EXPECT_FALSE(EqualIgnoringCase("@", "`"));
 }
 
+TEST(UpperCaseTest, a_word_is_found_anywhere_in_a_text) {
+  for (const char* text : {"CE", "HOST ce", "ACE", "aCEb"})
+    EXPECT_TRUE(ContainsIgnoringCase(text, "Ce")) << text;
+  for (const char* text : {"", "C E", "EC", "C", "çe"})
+    EXPECT_FALSE(ContainsIgnoringCase(text, "CE")) << text;
+  EXPECT_TRUE(ContainsIgnoringCase("Prüfung", "RÜF"));
+  EXPECT_TRUE(ContainsIgnoringCase("", ""));
+}
+
 }  // namespace
 }  // namespace logbook::test

@@ -6,6 +6,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <new>
+#include <stdexcept>
+
 #include "support/TestServices.h"
 
 namespace logbook {
@@ -123,6 +127,35 @@ TEST(Form_Load, MissingLogRootIsMadeBeforeTheFirstList) {
   EXPECT_TRUE(station.disk.Has("C:\\other\\maintain\\listlog.csv"));
 }
 
+TEST(Form_Load, LogRootMayBeALinkToAFolder) {
+  TestWorkstation station;
+  station.disk.MakeFolders("C:\\elsewhere\\26111500");
+  station.disk.MakeFolders("C:\\other");
+  std::filesystem::create_directory_symlink(station.disk.Native("C:\\elsewhere"),
+                                            station.disk.Native("C:\\other\\maintain"));
+  station.host.replies["_instpath$"] = "C:\\other\\";
+  EXPECT_EQ(StartWith(station, "HOST"), -1);
+  EXPECT_EQ(station.state.LogCount, 1);
+  EXPECT_TRUE(station.disk.Has("C:\\elsewhere\\listlog.csv"));
+}
+
+TEST(Form_Load, FileInThePlaceOfLogRootEndsSilently) {
+  TestWorkstation station;
+  AnswerCell(station);
+  station.host.replies["_instpath$"] = "C:\\other\\";
+  station.disk.Put("C:\\other\\maintain", "a file");
+  EXPECT_EQ(StartWith(station, "HOST"), 0);
+  EXPECT_TRUE(station.messages.shown.empty());
+}
+
+TEST(Form_Load, AnyOtherFailureOfARequestEndsSilentlyToo) {
+  TestWorkstation station;
+  AnswerCell(station);
+  station.host.on_request = [](const std::string&) { throw std::bad_alloc(); };
+  EXPECT_EQ(StartWith(station, "HOST"), 0);
+  EXPECT_TRUE(station.messages.shown.empty());
+}
+
 TEST(Form_Load, LogRootIsMadeOneLevelOnlyElseTheProgramEnds) {
   TestWorkstation station;
   AnswerCell(station);
@@ -218,6 +251,21 @@ TEST(GlobalEnd, FailingCellEndsTheProgramWithoutFurtherWaiting) {
   EXPECT_EQ(station.events.delivered, 0);
 }
 
+TEST(GlobalEnd, NumberInTheCellThatIsTooLargeEndsTheProgramWithoutFurtherWaiting) {
+  TestWorkstation station;
+  station.cell.text = "1e999";
+  EXPECT_THROW(GlobalEnd(station.state, station.services), ProcessEnded);
+  EXPECT_EQ(station.events.delivered, 0);
+  EXPECT_TRUE(station.cell.written.empty());
+}
+
+TEST(GlobalEnd, FailureDuringTheDeliveryOfEventsEndsTheProgramToo) {
+  TestWorkstation station;
+  station.events.on_deliver = [](int) { throw std::bad_alloc(); };
+  EXPECT_THROW(GlobalEnd(station.state, station.services), ProcessEnded);
+  EXPECT_EQ(station.events.delivered, 1);
+}
+
 TEST(GlobalEnd, MainWindowTakesNoFurtherInput) {
   TestWorkstation station;
   AnswerCell(station);
@@ -244,6 +292,29 @@ TEST(RunHandler, ReportsAnUntrappedErrorAndEndsWithStatus1) {
   ASSERT_EQ(station.messages.shown.size(), 1u);
   EXPECT_EQ(station.messages.shown[0].Text, "Run-time error '76':\r\n\r\nPath not found");
   EXPECT_FALSE(station.messages.shown[0].Title.has_value());
+}
+
+// The text of the report on a handler that ends with this error.
+template <typename Error>
+std::string ReportOn(const Error& error) {
+  TestWorkstation station;
+  try {
+    RunHandler(station.services, [&] { throw error; });
+  } catch (const ProcessEnded& end) {
+    EXPECT_EQ(end.status, 1);
+  }
+  EXPECT_EQ(station.messages.shown.size(), 1u);
+  return station.messages.shown.empty() ? "" : station.messages.shown[0].Text;
+}
+
+TEST(RunHandler, ReportsErrorsOfTheLanguageInTheSameWay) {
+  EXPECT_EQ(ReportOn(std::bad_alloc()), "Run-time error '7':\r\n\r\nOut of memory");
+  EXPECT_EQ(ReportOn(std::out_of_range("at")), "Run-time error '51':\r\n\r\nInternal error");
+}
+
+TEST(RunHandler, GivesTheRaisersOwnDescription) {
+  EXPECT_EQ(ReportOn(RunTimeError(ErrorNumber::kDeviceInputOutput, "no such host")),
+            "Run-time error '57':\r\n\r\nno such host");
 }
 
 }  // namespace

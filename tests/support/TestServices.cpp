@@ -13,6 +13,7 @@ namespace logbook::test {
 std::string TestHost::Request(const std::string& host_id, const std::string& topic,
                               const std::string& item) {
   requests.push_back(host_id + "|" + topic + "|" + item);
+  if (on_request) on_request(item);
   const auto reply = replies.find(item);
   if (reply == replies.end()) throw RunTimeError(ErrorNumber::kInternalError);
   return reply->second;

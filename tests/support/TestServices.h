@@ -32,8 +32,9 @@ class TestHost : public HostLink {
                       const std::string& item) override;
   void Close() override { closed = true; }
 
-  std::map<std::string, std::string> replies;  // item to reply; others fail
-  std::vector<std::string> requests;           // "host|topic|item"
+  std::map<std::string, std::string> replies;          // item to reply; others fail
+  std::vector<std::string> requests;                   // "host|topic|item"
+  std::function<void(const std::string&)> on_request;  // receives the item
   bool closed = false;
 };
 
