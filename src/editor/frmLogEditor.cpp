@@ -105,7 +105,8 @@ void frmLogEditor::keyPressEvent(QKeyEvent* event) {
 
 bool frmLogEditor::event(QEvent* event) {
   if (event->type() == QEvent::WindowActivate) {
-    PlaceAndRaise(services_.windows, static_cast<std::intptr_t>(winId()));
+    RunHandler(services_,
+               [this] { PlaceAndRaise(services_.windows, static_cast<std::intptr_t>(winId())); });
   }
   return QDialog::event(event);
 }

@@ -177,6 +177,21 @@ TEST_F(frmLogEditorTest, IsPlacedAtEachActivation) {
   });
 }
 
+TEST_F(frmLogEditorTest, AnErrorWhileItIsActivatedIsReportedAndEndsTheProcess) {
+  LogEditor editor;
+  frmLogEditor form(&w.window, w.state, w.real, editor);
+  w.windows.work_area.Right = 8'000'000'000;
+  QEvent activate(QEvent::WindowActivate);
+  try {
+    QApplication::sendEvent(&form, &activate);
+    FAIL() << "the process did not end";
+  } catch (const test::ProcessEnded& end) {
+    EXPECT_EQ(end.status, 1);
+  }
+  ASSERT_EQ(w.messages.shown.size(), 1u);
+  EXPECT_EQ(w.messages.shown[0].Text, "Run-time error '6':\r\n\r\nOverflow");
+}
+
 TEST_F(frmLogEditorTest, BelongsToTheMainWindow) {
   Edit([&](QWidget* form) {
     EXPECT_EQ(form->parentWidget(), &w.window);
