@@ -30,7 +30,7 @@ std::string ReadDate(const AppState& state, const FileRecord& record) {
 
 std::string ReadComment(const AppState& state, const FileRecord& record) {
   const std::string file = state.LogRoot + record.Name + "\\comment.txt";
-  if (!Exists(state.machine, file)) return {};
+  if (!Exists(state.machine, file) || FolderExists(state.machine, file)) return {};
   return state.machine.code_page->ToUtf8(InputFile(state.machine, file).ReadLine());
 }
 
@@ -38,7 +38,8 @@ std::string ReadComment(const AppState& state, const FileRecord& record) {
 std::vector<FolderEntry> ScanLogRoot(const AppState& state) {
   try {
     return ScanFolder(state.machine, state.LogRoot);
-  } catch (const RunTimeError&) {
+  } catch (const RunTimeError& error) {
+    if (error.Number() != ErrorNumber::kPathNotFound) throw;
     return {};
   }
 }
@@ -69,8 +70,7 @@ std::int16_t CreateFileList(AppState& state, MessageBoxes& messages) {
     ++count;
     state.FileList[static_cast<std::size_t>(count)].Name = entry.name;
   }
-  if (count == kMaxLogs)
-    messages.Show({.Text = std::string(LoadResString(kListFullMessage))});
+  if (count == kMaxLogs) messages.Show({.Text = std::string(LoadResString(kListFullMessage))});
   return count;
 }
 

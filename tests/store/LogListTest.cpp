@@ -155,6 +155,59 @@ TEST(Init_FileList, CommentWithoutAByteIsARunTimeError) {
   }
 }
 
+TEST(Init_FileList, FolderNamedLikeTheCommentIsNoComment) {
+  TestWorkstation station;
+  station.MakeLog("26111500", "d");
+  station.disk.MakeFolders(TestWorkstation::InLog("26111500", "comment.txt"));
+  Rebuild(station);
+  ASSERT_EQ(station.state.LogCount, 1);
+  EXPECT_EQ(station.state.ListView1.Row(1).SubItem(8), "");
+}
+
+TEST(Init_FileList, RootThatIsGoneGivesNoRows) {
+  TestWorkstation station;
+  station.MakeLog("26111500", "d");
+  Rebuild(station);
+  std::filesystem::remove_all(station.disk.Native(TestWorkstation::kLogRoot));
+  Rebuild(station);
+  EXPECT_EQ(station.state.LogCount, 0);
+  EXPECT_TRUE(station.state.ListView1.Rows.empty());
+}
+
+TEST(Init_FileList, RootThatCannotBeScannedIsARunTimeError) {
+  TestWorkstation station;
+  const std::string root = station.disk.Native("C:\\circle");
+  std::filesystem::create_directory_symlink(root, root);
+  station.state.LogRoot = "C:\\circle\\";
+  EXPECT_THROW(Rebuild(station), RunTimeError);
+}
+
+TEST(Init_FileList, RowsAreNeitherSelectedNorCurrentAfterARebuild) {
+  TestWorkstation station;
+  station.MakeLog("26111500", "d");
+  Rebuild(station);
+  station.state.ListView1.Row(1).Selected = true;
+  station.state.ListView1.CurrentRow = 1;
+  Rebuild(station);
+  EXPECT_FALSE(station.state.ListView1.Row(1).Selected);
+  EXPECT_EQ(station.state.ListView1.CurrentRow, 0);
+}
+
+TEST(Init_FileList, EachModeReadsItsOwnChoiceOfColumns) {
+  TestWorkstation station;
+  FillCatalogues(station.state.catalogues);
+  station.disk.Put(std::string(TestWorkstation::kExePath) + "logbook.ini",
+                   "[Header3]\r\nCAT=Meter\r\nITEM=0\r\n"
+                   "[Header_CE8]\r\nCat=Meter\r\nItem=0\r\n");
+  Rebuild(station);
+  EXPECT_EQ(station.state.ListView1.Column(3).Text, "Inlet Temp (degC)");
+  EXPECT_EQ(station.state.ListView1.Column(8).Text, "Item 6");
+  station.state.CEMode = true;
+  Rebuild(station);
+  EXPECT_EQ(station.state.ListView1.Column(3).Text, "Item 1");
+  EXPECT_EQ(station.state.ListView1.Column(8).Text, "Inlet Temp (degC)");
+}
+
 TEST(Init_FileList, TextIsInTheCodePageOfTheMachine) {
   TestWorkstation station(932);
   station.MakeLog("26111500", "d", "\x83\x65\x83\x58\x83\x67");
