@@ -12,20 +12,13 @@
 #include <utility>
 
 namespace logbook {
-namespace {
-
-QString Text(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-}  // namespace
 
 DBusCell::DBusCell(QDBusConnection bus) : bus_(std::move(bus)), text_(QLatin1String("")) {
-  bus_.registerObject(logbook::Text(kCellObjectPath), this, QDBusConnection::ExportAllProperties);
+  bus_.registerObject(ToQt(kCellObjectPath), this, QDBusConnection::ExportAllProperties);
 }
 
 DBusCell::~DBusCell() {
-  bus_.unregisterObject(logbook::Text(kCellObjectPath));
+  bus_.unregisterObject(ToQt(kCellObjectPath));
 }
 
 std::string DBusCell::Text() const {
@@ -40,10 +33,9 @@ void DBusCell::SetPropertyText(const QString& text) {
   if (text == text_) return;
   text_ = text;
   QDBusMessage signal = QDBusMessage::createSignal(
-      logbook::Text(kCellObjectPath), QStringLiteral("org.freedesktop.DBus.Properties"),
+      ToQt(kCellObjectPath), QStringLiteral("org.freedesktop.DBus.Properties"),
       QStringLiteral("PropertiesChanged"));
-  signal << logbook::Text(kCellInterface) << QVariantMap{{logbook::Text(kCellProperty), text_}}
-         << QStringList();
+  signal << ToQt(kCellInterface) << QVariantMap{{ToQt(kCellProperty), text_}} << QStringList();
   bus_.send(signal);
   Q_EMIT TextChanged();
 }

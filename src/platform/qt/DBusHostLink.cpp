@@ -10,13 +10,6 @@
 #include <utility>
 
 namespace logbook {
-namespace {
-
-QString Text(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-}  // namespace
 
 DBusHostLink::DBusHostLink(QDBusConnection bus, int timeout)
     : bus_(std::move(bus)), timeout_(timeout) {}
@@ -25,7 +18,7 @@ std::string DBusHostLink::Request(const std::string& host_id, const std::string&
                                   const std::string& item) {
   QDBusMessage call =
       QDBusMessage::createMethodCall(ToQt(HostBusName(host_id)), QLatin1Char('/') + ToQt(topic),
-                                     Text(kHostInterface), Text(kHostRequestMethod));
+                                     ToQt(kHostInterface), ToQt(kHostRequestMethod));
   call.setAutoStartService(false);
   call << ToQt(item);
   const QDBusMessage reply = bus_.call(call, QDBus::Block, timeout_);

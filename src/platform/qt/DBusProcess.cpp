@@ -4,6 +4,7 @@
 #include "platform/qt/DBusProcess.h"
 
 #include "platform/HostLinkNames.h"
+#include "platform/qt/Widgets.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -23,9 +24,9 @@ DBusProcess::DBusProcess(QDBusConnection bus) : bus_(std::move(bus)) {}
 bool DBusProcess::OtherInstanceRuns() {
   QDBusConnectionInterface* daemon = bus_.isConnected() ? bus_.interface() : nullptr;
   if (daemon == nullptr) return false;
-  const auto reply = daemon->registerService(
-      QString::fromUtf8(kLogbookBusName.data(), static_cast<qsizetype>(kLogbookBusName.size())),
-      QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
+  const auto reply =
+      daemon->registerService(ToQt(kLogbookBusName), QDBusConnectionInterface::DontQueueService,
+                              QDBusConnectionInterface::DontAllowReplacement);
   return reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceNotRegistered;
 }
 

@@ -69,8 +69,8 @@ void SetCaption(QWidget* widget, const QString& caption) {
 
 }  // namespace
 
-QString ToQt(const std::string& text) {
-  return QString::fromStdString(text);
+QString ToQt(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 QFont ToolkitFont(const Font& font) {

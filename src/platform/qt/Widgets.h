@@ -8,6 +8,7 @@
 #include <QFont>
 #include <QString>
 #include <string>
+#include <string_view>
 
 #include "shell/Control.h"
 
@@ -17,7 +18,7 @@ class QWidget;
 namespace logbook {
 
 // The text for the toolkit.
-QString ToQt(const std::string& text);
+QString ToQt(std::string_view text);
 
 // The font for a name and size of the string table. The names are of fonts that few machines have,
 // so each stands for a list: "Arial" for fonts of the same widths, "Fixedsys" for fixed-pitch ones.
