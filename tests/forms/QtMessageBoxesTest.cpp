@@ -43,6 +43,17 @@ TEST(QtMessageBoxes, AGivenTitleStands) {
   });
 }
 
+TEST(QtMessageBoxes, ABoxOverAWindowThatTakesNoInputCanBeAnswered) {
+  QWidget window(nullptr, Qt::Window);
+  window.setEnabled(false);
+  window.show();
+  Show({.Text = "Text"}, [](QMessageBox& box) {
+    EXPECT_TRUE(box.isEnabled());
+    EXPECT_TRUE(Button(box, "OK")->isEnabled());
+    box.done(QMessageBox::Ok);
+  });
+}
+
 TEST(QtMessageBoxes, CarriageReturnsBreakLinesWithAndWithoutLineFeed) {
   Show({.Text = "a\rb\r\nc"}, [](QMessageBox& box) {
     EXPECT_EQ(box.text(), QLatin1String("a\nb\nc"));

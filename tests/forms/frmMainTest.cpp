@@ -169,6 +169,69 @@ TEST_F(frmMainTest, AWindowThatIsNotAvailableTakesNoInputAndStaysOpen) {
   EXPECT_TRUE(w.cell.written.empty());
 }
 
+TEST_F(frmMainTest, ASecondClickOnExitAndTheCloseBoxDoNothingWhileTheRunEnds) {
+  auto* exit = w.Find<QPushButton>("cmdExit");
+  w.cell.text = "1";
+  w.events.on_deliver = [&](int delivery) {
+    QTest::mouseClick(exit, Qt::LeftButton);
+    EXPECT_FALSE(w.window.close());
+    EXPECT_EQ(w.events.delivered, delivery);  // no wait within the wait
+    if (delivery == 3 || w.cell.text == "9") w.cell.text = "0";
+  };
+  EXPECT_THROW(exit->click(), ProcessEnded);
+  EXPECT_EQ(w.cell.written, std::vector<std::string>{"9"});
+}
+
+TEST_F(frmMainTest, ClosingTheWindowDuringARecordingWaitsForTheHostAndEndsTheRun) {
+  w.events.on_deliver = [&](int delivery) {
+    if (delivery == 1) w.window.close();
+    if (delivery == 4 || w.cell.text == "9") w.cell.text = "0";
+  };
+  EXPECT_THROW(w.Find<QPushButton>("cmdRecord")->click(), ProcessEnded);
+  EXPECT_EQ(w.cell.written, (std::vector<std::string>{"1", "9"}));
+  EXPECT_TRUE(w.window.isVisible());
+  EXPECT_FALSE(w.window.isEnabled());
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST_F(frmMainTest, ARecordingThatIsCancelledLeavesTheRowsAsTheyWere) {
+  w.cell.on_written = [&](const std::string&) { w.cell.text = "0"; };
+  test::WhenModal("frmLogEditor", [](QWidget* form) {
+    FormsWorkstation::FindIn<QPushButton>(form, "cmdCancel")->click();
+  });
+  w.Find<QPushButton>("cmdRecord")->click();
+  EXPECT_EQ(list->model()->rowCount(), 3);
+  EXPECT_TRUE(w.Find<QPushButton>("cmdRecord")->isEnabled());
+  EXPECT_TRUE(list->isEnabled());
+}
+
+TEST_F(frmMainTest, NoRowIsSelectedOrCurrentAfterARebuild) {
+  ClickRow(1);
+  Init_FileList(w.state, w.real);
+  EXPECT_FALSE(list->selectionModel()->hasSelection());
+  EXPECT_FALSE(list->currentIndex().isValid());
+  EXPECT_EQ(SelectedInState(), (std::vector<bool>{false, false, false}));
+  ClickRow(1);
+  w.MakeLog("26111503", "11/15/2026 08:00:00");
+  Init_FileList(w.state, w.real);
+  EXPECT_EQ(list->model()->rowCount(), 4);
+  EXPECT_FALSE(list->selectionModel()->hasSelection());
+  EXPECT_FALSE(list->currentIndex().isValid());
+  EXPECT_EQ(w.state.ListView1.CurrentRow, 0);
+}
+
+TEST_F(frmMainTest, AListOf256RowsIsShownWholeAndItsLastRowCanBeChosen) {
+  for (int i = 0; i < 300; ++i) w.MakeLog("log" + std::to_string(1000 + i), "d");
+  Init_FileList(w.state, w.real);
+  EXPECT_EQ(w.messages.shown.size(), 1u);
+  EXPECT_EQ(list->model()->rowCount(), 256);
+  list->setFocus();
+  QTest::keyClick(list, Qt::Key_Home);
+  QTest::keyClick(list, Qt::Key_End);
+  EXPECT_EQ(w.state.ListView1.CurrentRow, 256);
+  EXPECT_TRUE(w.state.ListView1.Row(256).Selected);
+}
+
 TEST_F(frmMainTest, DeleteAsksAndRemovesTheSelectedLogs) {
   w.messages.answers = {MessageAnswer::kYes};
   ClickRow(1);

@@ -149,6 +149,33 @@ TEST(DeleteSelectedLogs, SubFolderAndHiddenFileKeepTheirLogToo) {
   EXPECT_EQ(logs.state.LogCount, 3);
 }
 
+TEST(DeleteSelectedLogs, FolderWithANameBeyondTheCodePageIsListedAndDeleted) {
+  Logs logs;
+  logs.MakeLog("清掃 ß", "d", "comment");
+  Init_FileList(logs.state, logs.services);
+  ASSERT_EQ(logs.state.LogCount, 4);
+  EXPECT_EQ(logs.state.ListView1.Row(4).SubItem(1), "清掃 ß");
+  EXPECT_EQ(logs.state.ListView1.Row(4).SubItem(8), "comment");
+  logs.Select({4});
+  EXPECT_TRUE(DeleteSelectedLogs(logs.state, logs.services));
+  EXPECT_THAT(logs.RootEntries(), ElementsAre("26111500", "26111501", "26111502", "listlog.csv"));
+}
+
+TEST(DeleteSelectedLogs, LinkToAFolderIsEmptiedAndReported) {
+  Logs logs;
+  logs.disk.Put("C:\\elsewhere\\aall.txt", "1");
+  std::filesystem::create_directory_symlink(
+      logs.disk.Native("C:\\elsewhere"),
+      logs.disk.Native(std::string(TestWorkstation::kLogRoot) + "26111503"));
+  Init_FileList(logs.state, logs.services);
+  logs.Select({4});
+  EXPECT_FALSE(DeleteSelectedLogs(logs.state, logs.services));
+  ASSERT_EQ(logs.messages.shown.size(), 1u);
+  EXPECT_EQ(logs.messages.shown[0].Text,
+            std::string("Can not delete logfile:") + TestWorkstation::kLogRoot + "26111503 !");
+  EXPECT_EQ(logs.state.LogCount, 4);
+}
+
 TEST(DeleteSelectedLogs, ResultIsThatOfTheLastSelectedRow) {
   Logs middle_fails;
   middle_fails.MakeReadOnlyFile("26111501");

@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "platform/Profile.h"
+#include "shell/StartUp.h"
 #include "support/TestServices.h"
 
 namespace logbook {
@@ -65,6 +66,29 @@ TEST(GetLogFile, FirstValueOtherThanOneEndsTheWait) {
   station.events.on_deliver = [&](int) { station.cell.text = "3"; };
   GetLogFile(station.state, station.services, kLog);
   EXPECT_EQ(station.events.delivered, 1);
+}
+
+TEST(GetLogFile, NumberInTheCellThatIsTooLargeIsARunTimeError) {
+  TestWorkstation station;
+  station.cell.text = "1e999";
+  EXPECT_THROW(GetLogFile(station.state, station.services, kLog), RunTimeError);
+  EXPECT_FALSE(station.disk.Has(kIni));
+}
+
+// The user presses Exit while the host writes the snapshot.
+TEST(cmdRecord, ExitDuringTheWaitEndsTheRunWhenTheHostIsDoneAndOpensNoEditor) {
+  TestWorkstation station;
+  station.events.on_deliver = [&](int delivery) {
+    if (delivery == 1) GlobalEnd(station.state, station.services);
+    if (delivery == 5) station.cell.text = "0";
+    if (station.cell.text == "9") station.cell.text = "0";
+  };
+  EXPECT_THROW(cmdRecord_Click(station.state, station.services), test::ProcessEnded);
+  EXPECT_GE(station.events.delivered, 5);
+  EXPECT_THAT(station.cell.written, ElementsAre("1", "9"));
+  EXPECT_THAT(station.forms.calls,
+              testing::Not(testing::Contains(testing::StartsWith("ShowLogEditor"))));
+  EXPECT_TRUE(station.disk.Has(kLog));
 }
 
 TEST(cmdRecord, WorkingCommandsRestUntilTheRecordIsDone) {
