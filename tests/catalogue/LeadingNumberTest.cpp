@@ -5,11 +5,11 @@
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cmath>
 #include <string>
 
 #include "platform/RunTimeError.h"
+#include "support/GermanLocale.h"
 
 namespace logbook {
 namespace {
@@ -97,13 +97,10 @@ TEST(LeadingNumber, ReadsANumberTooSmallForADoubleAsZero) {
 }
 
 TEST(LeadingNumber, DoesNotDependOnTheLocale) {
-  const std::string before = std::setlocale(LC_ALL, nullptr);
-  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) {
-    GTEST_SKIP() << "the machine has no locale de_DE.UTF-8";
-  }
+  const test::GermanLocale locale;
+  if (!locale.InForce()) GTEST_SKIP() << locale.WhyNot();
   EXPECT_EQ(LeadingNumber("1.5"), 1.5);
   EXPECT_EQ(LeadingNumber("1,5"), 1);
-  std::setlocale(LC_ALL, before.c_str());
 }
 
 TEST(LeadingInt16, RoundsHalvesToTheNearestEvenNumber) {

@@ -6,12 +6,13 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <clocale>
 #include <cstdint>
 #include <fstream>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <string>
+
+#include "support/GermanLocale.h"
 
 namespace logbook {
 namespace {
@@ -97,12 +98,9 @@ TEST(NumberFormat, TheLargestAndSmallestNumbersAreRendered) {
 }
 
 TEST(NumberFormat, DoesNotDependOnTheLocale) {
-  const std::string before = std::setlocale(LC_ALL, nullptr);
-  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) {
-    GTEST_SKIP() << "the machine has no locale de_DE.UTF-8";
-  }
+  const test::GermanLocale locale;
+  if (!locale.InForce()) GTEST_SKIP() << locale.WhyNot();
   Expect({{1.5, "0.00", "1.50"}, {1.5, "0.00e-#", "1.50e0"}});
-  std::setlocale(LC_ALL, before.c_str());
 }
 
 }  // namespace
