@@ -81,8 +81,8 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
   QtPrintService print(machine, clock);
   QtHelpEngine help(machine, ManualOfTheProgram());
   QtSaveDialog save(machine, messages);
-  Services services{host,  cell,    events, messages, clock, process, ecm,
-                    forms, windows, print,  help,     save};
+  Services services{host, cell,  events,  messages, clock, process,
+                    ecm,  forms, windows, print,    help,  save};
   frmMain window(state, services);
   forms.Attach(window, services);
 

@@ -81,7 +81,8 @@ void DeleteFile(const Machine& machine, std::string_view path);
 // file stayed, else the first failure; 53 if no file matched; 76 if the folder is missing.
 void DeleteFilesIn(const Machine& machine, std::string_view folder);
 
-// Copies a file's bytes to another path text, in bounded memory. Raises as ReadFile and WriteFile do.
+// Copies a file's bytes to another path text, in bounded memory. Raises as ReadFile and WriteFile
+// do.
 void CopyFile(const Machine& machine, std::string_view from, std::string_view to);
 
 // Read access to a file from its start, buffered; a file of any size takes bounded memory.

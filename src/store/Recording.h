@@ -14,8 +14,8 @@ namespace logbook {
 // The command "Record Log": makes the folder, has the host write the snapshot into it, opens the
 // editor, rebuilds the list and uploads the log to the content server, if there is one. The working
 // commands are disabled meanwhile and all enabled afterwards, cmdDelete too whatever the user's
-// right. With AutoRec the editor confirms itself. Raises what its untrapped steps raise; the commands
-// then stay disabled.
+// right. With AutoRec the editor confirms itself. Raises what its untrapped steps raise; the
+// commands then stay disabled.
 void cmdRecord_Click(AppState& state, Services& services);
 
 // Waits for the cell to read 0, writes the log's path to key "LogFileName" of logbook.ini, sets

@@ -38,8 +38,8 @@ class FormsWorkstation : public TestWorkstation {
   }
 
   QtForms qt_forms{state};
-  Services real{host,     cell,    events, messages, clock, process, ecm,
-                qt_forms, windows, print,  help,     save};
+  Services real{host, cell,     events,  messages, clock, process,
+                ecm,  qt_forms, windows, print,    help,  save};
   frmMain window{state, real};
 };
 

@@ -238,8 +238,8 @@ class TestWorkstation {
   TestPrint print;
   TestHelp help;
   TestSaveDialog save;
-  Services services{host,  cell,    events, messages, clock, process, ecm,
-                    forms, windows, print,  help,     save};
+  Services services{host, cell,  events,  messages, clock, process,
+                    ecm,  forms, windows, print,    help,  save};
 };
 
 }  // namespace logbook::test
