@@ -6,10 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <QDBusMessage>
+#include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QTest>
 #include <QThread>
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -20,6 +22,7 @@
 #include "platform/qt/DBusCell.h"
 #include "platform/qt/DBusHostLink.h"
 #include "platform/qt/DBusProcess.h"
+#include "platform/qt/QtEventDelivery.h"
 
 namespace logbook {
 namespace {
@@ -252,6 +255,35 @@ TEST_F(Cell, TheSameTextAgainIsNoChange) {
   cell.SetText("9");
   EXPECT_TRUE(watch.WaitFor("<'9'>")) << watch.Seen();
   EXPECT_EQ(watch.Changes(), 2) << watch.Seen();
+}
+
+TEST_F(Cell, APeersChangeEndsTheSleepOfAWaitAtOnce) {
+  const QDBusConnection peer = bus.Connect();
+  QDBusMessage set = QDBusMessage::createMethodCall(
+      connection.baseService(), QStringLiteral("/DDELabel"),
+      QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Set"));
+  set << QStringLiteral("com.norvane.Quorex.Cell") << QStringLiteral("Text")
+      << QVariant::fromValue(QDBusVariant(QStringLiteral("0")));
+  QtEventDelivery events;
+  qint64 fastest = 1000;
+  for (int i = 0; i < 5; ++i) {
+    cell.SetText("1");
+    while (events.Deliver() < QtEventDelivery::kLongestSleep / QtEventDelivery::kPoll) {
+      // Until nothing is pending and the wait sleeps.
+    }
+    QElapsedTimer elapsed;
+    QThread* host = QThread::create([&] {
+      QThread::msleep(20);
+      elapsed.start();
+      peer.send(set);
+    });
+    host->start();
+    while (cell.Text() == "1") events.Deliver();
+    fastest = std::min(fastest, elapsed.elapsed());
+    host->wait();
+    delete host;
+  }
+  EXPECT_LT(fastest, 10);  // the sleep itself would have lasted some 30 ms longer
 }
 
 TEST(CellWithoutABus, StillHoldsItsText) {

@@ -6,8 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
+#include <ctime>
 
 namespace logbook {
 namespace {
@@ -29,6 +31,17 @@ TEST(QtEventDelivery, AWaitWithoutEventsSleepsAndWakesRarely) {
     polls += stands_for;
   }
   EXPECT_LE(wake_ups, 25);
+}
+
+TEST(QtEventDelivery, AWaitTakesLessThanOnePercentOfACore) {
+  QtEventDelivery events;
+  QCoreApplication::processEvents();
+  QElapsedTimer elapsed;
+  elapsed.start();
+  const std::clock_t start = std::clock();
+  while (elapsed.elapsed() < 2000) events.Deliver();
+  const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+  EXPECT_LT(seconds, 0.01 * static_cast<double>(elapsed.elapsed()) / 1000);
 }
 
 TEST(QtEventDelivery, APendingEventIsDeliveredWithoutASleep) {
