@@ -226,6 +226,11 @@ void Desktop::DoubleClick(WindowId window, Point point) {
            std::to_string(point.y), "click", "--repeat", "2", "--delay", "50", "1"});
 }
 
+void Desktop::DoubleClickScreen(Point point) {
+  XdoTool({"mousemove", std::to_string(point.x), std::to_string(point.y), "click", "--repeat", "2",
+           "--delay", "50", "1"});
+}
+
 void Desktop::Key(const std::string& key) {
   XdoTool({"key", "--clearmodifiers", key});
 }
