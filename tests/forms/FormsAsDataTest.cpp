@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QStyleOptionGroupBox>
@@ -18,6 +19,7 @@
 #include <vector>
 
 #include "FormsWorkstation.h"
+#include "catalogue/frmChangeItem.h"
 #include "desktop/LogbookGen.h"
 #include "editor/frmLogEditor.h"
 #include "resources/Resources.h"
@@ -49,6 +51,8 @@ class FormsAsData : public testing::Test {
     workstation.qt_forms.UpdateMain();
     editor_form.Load();
     view_form.Load("Logbook Viewer:");
+    workstation.state.CEMode = true;  // all options are visible
+    chooser_form.Load();
     forms = {{&workstation.window,
               {{"ListView1", 0},
                {"cmdRecord", 113},
@@ -64,7 +68,16 @@ class FormsAsData : public testing::Test {
                {"txtComment", 0},
                {"cmdPrint", 116},
                {"cmdExit", 118},
-               {"cmdHelp", 119}}}};
+               {"cmdHelp", 119}}},
+             {&chooser_form,
+              {{"cmdOK", 120},
+               {"Option1", 209},
+               {"Option2", 210},
+               {"Option3", 211},
+               {"List1", 0},
+               {"cmdCancel", 127},
+               {"cmdHelp", 119},
+               {"Frame1", 208, false}}}};
   }
 
   static std::vector<ExpectedControl> EditorControls() {
@@ -86,6 +99,8 @@ class FormsAsData : public testing::Test {
   frmLogEditor editor_form{&workstation.window, workstation.state, workstation.real, editor};
   LogView view;
   frmLogView view_form{&workstation.window, workstation.state, workstation.real, view};
+  ColumnChooser chooser;
+  frmChangeItem chooser_form{&workstation.window, workstation.state, workstation.real, chooser};
   std::vector<FormCase> forms;
 };
 
@@ -102,6 +117,9 @@ QSize RoomForCaption(QWidget* widget) {
   option.initFrom(widget);
   if (qobject_cast<QCheckBox*>(widget) != nullptr) {
     return widget->style()->subElementRect(QStyle::SE_CheckBoxContents, &option, widget).size();
+  }
+  if (qobject_cast<QRadioButton*>(widget) != nullptr) {
+    return widget->style()->subElementRect(QStyle::SE_RadioButtonContents, &option, widget).size();
   }
   if (qobject_cast<QPushButton*>(widget) != nullptr) {
     return widget->style()->subElementRect(QStyle::SE_PushButtonContents, &option, widget).size();
