@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/NumberFormat.h"
 #include "catalogue/OptionGating.h"
 #include "platform/RunTimeError.h"
 #include "support/TestMachine.h"
@@ -385,6 +386,35 @@ TEST_F(ColumnValues, AFlagThatDoesNotFitSixteenBitsEndsTheFillOfAnyRowOfItsFile)
   EXPECT_EQ(ErrorOf([&] { Tune(106); }), ErrorNumber::kOverflow);
   Put(log, "paramvar.mac", "XPOS=1\r\nOPT_COLOPGS=40000\r\n");
   EXPECT_EQ(ErrorOf([&] { Tune(106); }), ErrorNumber::kOverflow);
+  EXPECT_EQ(ErrorOf([&] { Tune(107); }), ErrorNumber::kOverflow) << "a row without a line";
+}
+
+TEST_F(ColumnValues, AValueTooLargeForANumberEndsTheFill) {
+  const int log = AddLog();
+  Put(log, "paramvar.mac", "XPOS=1e400\r\n");
+  EXPECT_EQ(ErrorOf([&] { Tune(106); }), ErrorNumber::kOverflow);
+  EXPECT_EQ(Cell(log), "");
+}
+
+// The rule about negative values belongs to one group, not to a sign or a unit.
+TEST_F(ColumnValues, OfTheTuneRowsOnlyThoseOfTheSensitivityTestRefuseANegativeValue) {
+  const int log = AddLog("LENS=1\r\nLENS2=1\r\nLENS3=1\r\nSecurity=1\r\n");
+  for (const TuneItemRecord& item : state.catalogues.TuneItems) {
+    if (item.Format.empty()) continue;
+    const int row = static_cast<int>(&item - state.catalogues.TuneItems.data());
+    Put(log, item.File, item.Var + "=-2\r\nCLMD=1\r\n");
+    const bool other_family = item.Group == 5 || item.Group == 7 || item.Group == 9;
+    const std::string expected = row == 124 ? "1" : FormatNumber(-2, item.Format);
+    EXPECT_EQ(Tune(row, log), other_family || item.Group == 1 ? "N/A" : expected) << row;
+  }
+}
+
+TEST_F(ColumnValues, FilesAndVariablesAreFoundInAnotherCase) {
+  const int log = AddLog();
+  Put(log, "Paramvar.MAC", "xpos=5\r\n");
+  Put(log, "OtherVA2.mac", "oxideratiocount=1.5\r\n");
+  EXPECT_EQ(Tune(106, log), "5.0");
+  EXPECT_EQ(Tune(63, log), "1.50");
 }
 
 TEST_F(ColumnValues, AMacroFileThatCannotBeOpenedEndsTheFill) {

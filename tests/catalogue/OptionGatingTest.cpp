@@ -403,6 +403,22 @@ TEST_F(OptionGating, AQptypeAndAnAfcOfTwoPutALogOnOppositeSides) {
   EXPECT_TRUE(IsDisabledSysParam(113, options)) << "as if AFC were 1";
 }
 
+TEST_F(OptionGating, Pmp2AndSecurityDecideOverNoRow) {
+  for (const double value : {0.0, 1.0, 2.0}) {
+    Numbers numbers = AllZero();
+    for (const char* key : kKeys) numbers[key] = value;
+    Numbers others = numbers;
+    others["PMP2"] = others["Security"] = value == 1 ? 0 : 1;
+    for (std::int16_t row = 0; row < 215; ++row) {
+      EXPECT_EQ(Analog(row, OptionsOf(numbers)), Analog(row, OptionsOf(others))) << row;
+      if (row >= 29) continue;
+      EXPECT_EQ(IsDisabledMeterParam(row, OptionsOf(numbers)),
+                IsDisabledMeterParam(row, OptionsOf(others)))
+          << row;
+    }
+  }
+}
+
 TEST_F(OptionGating, StyleBKeepsRow7AndRows18To24OfTheSystemParameters) {
   const LogOptions options = Read({{"STYLEB", "1"}});
   EXPECT_FALSE(IsDisabledSysParam(7, options));

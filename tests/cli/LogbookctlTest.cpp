@@ -202,7 +202,8 @@ TEST_F(Logbookctl, WrongUseHasStatusTwo) {
 }
 
 TEST_F(Logbookctl, EveryCommandHasItsHelp) {
-  for (const char* arguments : {"--help", "catalogue --help", "strings --help", "list --help"}) {
+  for (const char* arguments :
+       {"--help", "catalogue --help", "strings --help", "list --help", "report --help"}) {
     const Outcome outcome = Run(arguments);
     EXPECT_EQ(outcome.status, 0) << arguments;
     EXPECT_NE(outcome.out.find("Usage: logbookctl"), std::string::npos) << arguments;
