@@ -18,8 +18,6 @@ namespace {
 constexpr int kSelectMessage = 220;
 constexpr int kLastTuneChoice = 154;
 constexpr int kLastTuneLabel = 155;
-constexpr int kNormalHelpTopic = 16704;
-constexpr int kCeHelpTopic = 16705;
 
 constexpr std::array<const char*, 3> kCategories = {"Tune", "Meter", "Analog"};
 
@@ -158,8 +156,8 @@ void ColumnChooserCancel(ColumnChooser& chooser) {
   chooser.Unloaded = true;
 }
 
-int ColumnChooserHelpTopic(const AppState& state) {
-  return state.CEMode ? kCeHelpTopic : kNormalHelpTopic;
+HelpTopic ColumnChooserHelpTopic(const AppState& state) {
+  return state.CEMode ? HelpTopic::kColumnChooserCE : HelpTopic::kColumnChooser;
 }
 
 }  // namespace logbook

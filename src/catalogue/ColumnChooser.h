@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "desktop/arvbsub.h"
 #include "shell/AppState.h"
 #include "shell/Services.h"
 
@@ -53,7 +54,7 @@ void ColumnChooserOK(const AppState& state, Services& services, ColumnChooser& c
 // Cancel: unloads and writes nothing.
 void ColumnChooserCancel(ColumnChooser& chooser);
 
-// The help topic of the dialog: 16704, or 16705 in CE mode.
-int ColumnChooserHelpTopic(const AppState& state);
+// The help topic of the dialog; CE mode has one of its own.
+HelpTopic ColumnChooserHelpTopic(const AppState& state);
 
 }  // namespace logbook

@@ -11,7 +11,6 @@
 #include <QRadioButton>
 
 #include "desktop/AsDialog.h"
-#include "desktop/arvbsub.h"
 #include "platform/qt/Twips.h"
 #include "platform/qt/Widgets.h"
 #include "shell/StartUp.h"
@@ -57,8 +56,7 @@ void frmChangeItem::ConnectCommands() {
   connect(cmdCancel_, &QPushButton::clicked, this,
           [this] { Run([this] { ColumnChooserCancel(chooser_); }); });
   connect(cmdHelp_, &QPushButton::clicked, this, [this] {
-    const HelpTopic topic = state_.CEMode ? HelpTopic::kColumnChooserCE : HelpTopic::kColumnChooser;
-    Run([this, topic] { ShowHelpTopic(state_, services_, topic); });
+    Run([this] { ShowHelpTopic(state_, services_, ColumnChooserHelpTopic(state_)); });
   });
   connect(List1_, &QListWidget::itemSelectionChanged, this, [this] {
     chooser_.ListIndex = List1_->selectedItems().isEmpty() ? -1 : List1_->currentRow();

@@ -211,9 +211,9 @@ TEST_F(Chooser, CancelUnloadsAndWritesNothing) {
 }
 
 TEST_F(Chooser, HelpAsksForItsTopicByMode) {
-  EXPECT_EQ(ColumnChooserHelpTopic(state), 16704);
+  EXPECT_EQ(static_cast<int>(ColumnChooserHelpTopic(state)), 16704);
   state.CEMode = true;
-  EXPECT_EQ(ColumnChooserHelpTopic(state), 16705);
+  EXPECT_EQ(static_cast<int>(ColumnChooserHelpTopic(state)), 16705);
 }
 
 TEST_F(Chooser, ThePrefixOfAnEntryIsNotInTheColumnHeader) {

@@ -203,6 +203,23 @@ TEST_F(frmChangeItemTest, DoesNotShowTheColumnsPresentChoice) {
   });
 }
 
+TEST_F(frmChangeItemTest, HelpShowsTheTopicOfTheModeAndLeavesTheChooserOpen) {
+  w.state.HelpFileName = "C:\\QUOREX\\help\\quorex.chm";
+  for (const bool ce_mode : {false, true}) {
+    w.state.CEMode = ce_mode;
+    w.help.calls.clear();
+    Choose([&](QWidget* form) {
+      Button(form, "cmdHelp")->click();
+      EXPECT_TRUE(form->isVisible());
+      Button(form, "cmdCancel")->click();
+    });
+    ASSERT_EQ(w.help.calls.size(), 1u);
+    const std::string topic = ce_mode ? " 15 16705" : " 15 16704";
+    EXPECT_TRUE(w.help.calls[0].ends_with("C:\\QUOREX\\help\\quorex.chm" + topic))
+        << w.help.calls[0];
+  }
+}
+
 TEST_F(frmChangeItemTest, ControlsStandAtTheirPlaces) {
   Choose([&](QWidget* form) {
     const auto place = [&](const char* name) {
