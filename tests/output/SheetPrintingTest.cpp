@@ -45,7 +45,7 @@ class SheetPrinting : public testing::Test {
 
   // Prints the sheet and returns the native path of the PDF file.
   std::string Print() {
-    const QByteArray bytes = SheetAsPdf(sheet, kNow);
+    const QByteArray bytes = SheetAsPdf(sheet, kNow, QPageSize(QPageSize::A4));
     disk.Put("C:\\sheet.pdf", {bytes.constData(), static_cast<std::size_t>(bytes.size())});
     return disk.Native("C:\\sheet.pdf");
   }

@@ -3,7 +3,6 @@
 
 #include "platform/qt/QtPrintService.h"
 
-#include <QPrinter>
 #include <QPrinterInfo>
 #include <QStandardPaths>
 #include <algorithm>
@@ -13,6 +12,7 @@
 #include "output/F1Report.h"
 #include "output/PrintBridge.h"
 #include "platform/Files.h"
+#include "platform/PrintQueue.h"
 #include "platform/Registry.h"
 #include "platform/RunTimeError.h"
 #include "platform/qt/SheetPrinting.h"
@@ -148,17 +148,15 @@ void QtPrintService::PrintSheet(const F1Book& sheet) {
 }
 
 void QtPrintService::PrintToFile(const F1Book& sheet, const std::string& path) {
-  const QByteArray bytes = SheetAsPdf(sheet, clock_.Now());
+  const QByteArray bytes = SheetAsPdf(sheet, clock_.Now(), PaperOfTheLocale());
   WriteFile(machine_, path, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 void QtPrintService::PrintToQueue(const F1Book& sheet, const std::string& queue) {
-  QPrinter printer(QPrinter::HighResolution);
-  printer.setPrinterName(ToQt(queue));
-  printer.setDocName(ToQt(sheet.Title()));
-  printer.setCreator(ToQt(sheet.Title()));
-  PaintSheet(printer, sheet, clock_.Now());
-  if (printer.printerState() == QPrinter::Error) throw RunTimeError(ErrorNumber::kPrinterError);
+  const QPageSize paper = QPrinterInfo::printerInfo(ToQt(queue)).defaultPageSize();
+  const QByteArray bytes =
+      SheetAsPdf(sheet, clock_.Now(), paper.isValid() ? paper : PaperOfTheLocale());
+  SubmitPrintJob(queue, sheet.Title(), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 std::string QtPrintService::UnannouncedFile(const F1Book& sheet) const {

@@ -27,11 +27,6 @@ bool CanBeEmbedded(const QString& family) {
   return QFontDatabase::hasFamily(family) && QFontDatabase::isSmoothlyScalable(family);
 }
 
-QPageSize PaperOfTheLocale() {
-  const bool metric = QLocale::system().measurementSystem() == QLocale::MetricSystem;
-  return QPageSize(metric ? QPageSize::A4 : QPageSize::Letter);
-}
-
 }  // namespace
 
 QFont PrintFont(const CellFont& font) {
@@ -97,13 +92,18 @@ void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime&
   SheetPainter(device, sheet, now).Paint();
 }
 
-QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now) {
+QPageSize PaperOfTheLocale() {
+  const bool metric = QLocale::system().measurementSystem() == QLocale::MetricSystem;
+  return QPageSize(metric ? QPageSize::A4 : QPageSize::Letter);
+}
+
+QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now, const QPageSize& paper) {
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
   QPdfWriter writer(&buffer);
   writer.setResolution(kPdfResolution);
-  writer.setPageSize(PaperOfTheLocale());
+  writer.setPageSize(paper);
   writer.setTitle(ToQt(sheet.Title()));
   writer.setCreator(ToQt(sheet.Title()));
   PaintSheet(writer, sheet, now);

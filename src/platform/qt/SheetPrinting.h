@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// Prints the sheet F1Report through the toolkit: the same layout for a printer and for a PDF file.
+// Lays the sheet F1Report out through the toolkit. Printers and PDF files get the same document.
 #pragma once
 
 #include <QByteArray>
 #include <QFont>
+#include <QPageSize>
 #include <QString>
 
 #include "output/F1Report.h"
@@ -21,9 +22,11 @@ namespace logbook {
 // kPrinterError if the device does not take the job or a page of it.
 void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now);
 
-// The sheet as a PDF document with its fonts embedded. The paper is A4, or Letter where the
-// machine's locale measures in inches. Raises kPrinterError.
-QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now);
+// The sheet as a PDF document on this paper, with its fonts embedded. Raises kPrinterError.
+QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now, const QPageSize& paper);
+
+// A4, or Letter where the machine's locale measures in inches.
+QPageSize PaperOfTheLocale();
 
 // The font for a name of the string table on paper. A fixed-pitch name that this machine lacks, or
 // has only as dots, stands for a fixed-pitch font of the same widths that can be embedded.

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// How long a report takes from the sheet to the finished PDF document, and what memory the process
+// needs for it at most.
+
+#include <benchmark/benchmark.h>
+#include <sys/resource.h>
+
+#include <QApplication>
+
+#include "output/F1Report.h"
+#include "output/SheetSettings.h"
+#include "platform/qt/SheetPrinting.h"
+
+namespace logbook {
+namespace {
+
+F1Book ReportOf(int lines) {
+  F1Book sheet;
+  BeginSheet(sheet);
+  sheet.SetSheetName("Acquisition Log");
+  for (int row = 1; row <= lines; ++row)
+    sheet.SetText(row, 1,
+                  "11/15/2026 05:09:59  sample " + std::to_string(row) +
+                      "  acquired, 31 masses, 3 repetitions, no warnings");
+  FinishSheet(sheet, false);
+  return sheet;
+}
+
+double PeakMegabytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+void BM_PrintReport(benchmark::State& state) {
+  const int lines = static_cast<int>(state.range(0));
+  const LocalTime now{2026, 11, 21, 5, 9, 59};
+  qsizetype bytes = 0;
+  for (auto _ : state) {
+    const F1Book sheet = ReportOf(lines);
+    bytes = SheetAsPdf(sheet, now, QPageSize(QPageSize::A4)).size();
+  }
+  state.counters["pdf_bytes"] = static_cast<double>(bytes);
+  state.counters["peak_MB"] = PeakMegabytes();
+}
+BENCHMARK(BM_PrintReport)->Arg(100)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace logbook
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
