@@ -31,7 +31,7 @@ void RoundTo(Decimal& number, int count) {
     const std::size_t last = number.digits.find_last_not_of('9');
     number.digits.resize(last == std::string::npos ? 0 : last + 1);
     if (number.digits.empty()) {
-      number.digits = "1";
+      number.digits += '1';
       ++number.exponent;
     } else {
       ++number.digits.back();
@@ -77,7 +77,9 @@ std::string Scientific(Decimal number, int places) {
   RoundTo(number, places + 1);
   const int exponent = number.exponent;
   number.exponent = 0;
-  return Digits(number, 0, places) + "e" + std::to_string(exponent);
+  std::string text = Digits(number, 0, places);
+  text += 'e';
+  return text += std::to_string(exponent);
 }
 
 std::string FixedPoint(Decimal number, int places) {
@@ -95,8 +97,8 @@ std::string FormatNumber(double value, std::string_view picture) {
       point == std::string_view::npos ? 0 : static_cast<int>(mantissa.size() - point - 1);
   const Decimal number = DecimalOf(std::abs(value));
   const bool scientific = mantissa.size() < picture.size();
-  return (value < 0 ? "-" : "") +
-         (scientific ? Scientific(number, places) : FixedPoint(number, places));
+  std::string text = value < 0 ? "-" : "";
+  return text += scientific ? Scientific(number, places) : FixedPoint(number, places);
 }
 
 }  // namespace logbook

@@ -29,26 +29,22 @@ struct DecimalShape {
   std::string_view whole;     // digits before the point
   std::string_view fraction;  // digits behind it
   std::string_view exponent;  // sign and digits behind the letter; empty if there is none
-  std::size_t length = 0;     // characters in all; 0 if the text does not begin with a number
 };
 
+// The text begins with a number.
 DecimalShape ShapeOf(std::string_view text) {
   DecimalShape shape;
   shape.whole = text.substr(0, DigitRun(text));
-  std::size_t at = shape.whole.size();
-  if (at < text.size() && text[at] == '.') {
-    shape.fraction = text.substr(at + 1, DigitRun(text.substr(at + 1)));
-    at += 1 + shape.fraction.size();
+  text.remove_prefix(shape.whole.size());
+  if (!text.empty() && text[0] == '.') {
+    shape.fraction = text.substr(1, DigitRun(text.substr(1)));
+    text.remove_prefix(1 + shape.fraction.size());
   }
-  if (shape.whole.empty() && shape.fraction.empty()) return {};
-  shape.length = at;
-  if (at == text.size() || (text[at] != 'e' && text[at] != 'E')) return shape;
-  const std::string_view behind = text.substr(at + 1);
-  const std::size_t sign = !behind.empty() && (behind[0] == '+' || behind[0] == '-') ? 1 : 0;
-  const std::size_t digits = DigitRun(behind.substr(sign));
-  if (digits == 0) return shape;
-  shape.exponent = behind.substr(0, sign + digits);
-  shape.length = at + 1 + shape.exponent.size();
+  if (text.empty() || (text[0] != 'e' && text[0] != 'E')) return shape;
+  text.remove_prefix(1);
+  const std::size_t sign = !text.empty() && (text[0] == '+' || text[0] == '-') ? 1 : 0;
+  const std::size_t digits = DigitRun(text.substr(sign));
+  if (digits > 0) shape.exponent = text.substr(0, sign + digits);
   return shape;
 }
 
@@ -69,12 +65,19 @@ bool IsTooLarge(const DecimalShape& shape) {
   return exponent > static_cast<long long>(shape.fraction.find_first_not_of('0'));
 }
 
-double ReadHexadecimal(std::string_view digits) {
+// The value of a hexadecimal digit; -1 for any other character.
+int HexadecimalDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+double ReadHexadecimal(std::string_view text) {
   double value = 0;
-  for (const char c : digits) {
-    int digit = 0;
-    const auto [end, error] = std::from_chars(&c, &c + 1, digit, 16);
-    if (error != std::errc()) break;
+  for (const char c : text) {
+    const int digit = HexadecimalDigit(c);
+    if (digit < 0) break;
     value = value * 16 + digit;
   }
   if (std::isinf(value)) throw RunTimeError(ErrorNumber::kOverflow);
@@ -90,11 +93,12 @@ double LeadingNumber(std::string_view text) {
   }
   const bool negative = !text.empty() && text[0] == '-';
   if (negative || (!text.empty() && text[0] == '+')) text.remove_prefix(1);
-  const DecimalShape shape = ShapeOf(text);
+  // The library also reads "inf" and "nan", which are no numbers here.
+  if (text.empty() || !(IsDigit(text[0]) || text[0] == '.')) return 0;
   double value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + shape.length, value);
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error == std::errc::result_out_of_range) {
-    if (IsTooLarge(shape)) throw RunTimeError(ErrorNumber::kOverflow);
+    if (IsTooLarge(ShapeOf(text))) throw RunTimeError(ErrorNumber::kOverflow);
     value = 0;
   }
   return negative ? -value : value;
