@@ -99,6 +99,10 @@ class InputFile {
   bool AtEnd();
   // The next line's bytes without its line end. Raises 62 at the end of the file.
   std::string ReadLine();
+  // The bytes that are at hand without reading on; at least one unless the file is at its end.
+  std::string_view Buffered();
+  // Takes that many of the bytes at hand.
+  void Skip(std::size_t count);
   // The next byte without taking it, or -1 at the end.
   int Peek();
   // Takes the next byte, or gives -1 at the end.

@@ -36,18 +36,32 @@ std::string WithoutTrailingBlanks(std::string_view text) {
   return std::string(text.substr(0, text.find_last_not_of(' ') + 1));
 }
 
-}  // namespace
-
-std::string GetPrivateProfileString(const Machine& machine, std::string_view section,
-                                    std::string_view key, std::string_view default_value,
-                                    std::size_t size, std::string_view file) {
+// What a caller with a buffer of this size receives.
+std::string Cut(const Machine& machine, const std::optional<std::string>& found,
+                std::string_view default_value, std::size_t size) {
   const CodePage& page = *machine.code_page;
-  const auto found = Find(machine, section, key, file);
   // A value is read as characters and written as bytes again, as text of any other source is.
   std::string value = found ? page.FromUtf8(page.ToUtf8(UpToNul(*found)))
                             : page.FromUtf8(WithoutTrailingBlanks(UpToNul(default_value)));
   value.resize(std::min(value.size(), size > 0 ? size - 1 : 0));
   return value;
+}
+
+}  // namespace
+
+std::string GetPrivateProfileString(const Machine& machine, std::string_view section,
+                                    std::string_view key, std::string_view default_value,
+                                    std::size_t size, std::string_view file) {
+  return Cut(machine, Find(machine, section, key, file), default_value, size);
+}
+
+std::string GetProfileString(const Machine& machine, std::string_view section, std::string_view key,
+                             std::string_view default_value, std::size_t size,
+                             std::string_view profile_bytes) {
+  const CodePage& page = *machine.code_page;
+  const auto found = FindProfileValue(page, profile_bytes, page.FromUtf8(UpToNul(section)),
+                                      page.FromUtf8(UpToNul(key)));
+  return Cut(machine, found, default_value, size);
 }
 
 int GetPrivateProfileInt(const Machine& machine, std::string_view section, std::string_view key,

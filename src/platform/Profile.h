@@ -23,6 +23,12 @@ std::string GetPrivateProfileString(const Machine& machine, std::string_view sec
                                     std::string_view key, std::string_view default_value,
                                     std::size_t size, std::string_view file);
 
+// The same for the bytes of a profile that have been read already, so that several values cost one
+// reading of the file.
+std::string GetProfileString(const Machine& machine, std::string_view section, std::string_view key,
+                             std::string_view default_value, std::size_t size,
+                             std::string_view profile_bytes);
+
 // The leading decimal digits of the value as a number; the default if the key is missing. Raises
 // nothing.
 int GetPrivateProfileInt(const Machine& machine, std::string_view section, std::string_view key,

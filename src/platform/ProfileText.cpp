@@ -17,10 +17,14 @@ constexpr std::string_view kLineEnd = "\r\n";
 // 1A is the mark that old editors set at the end of a file.
 constexpr std::string_view kBlanks = " \t\v\f\r\n\x1A";
 
+bool IsBlank(char byte) {
+  return kBlanks.find(byte) != std::string_view::npos;
+}
+
 std::string_view Trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return text.substr(0, 0);
-  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 std::string_view WithoutQuotes(std::string_view value) {
@@ -58,7 +62,8 @@ class LineReader {
   bool Next() {
     if (next_ >= file_.size()) return false;
     const std::size_t start = next_;
-    const std::size_t end = std::min(file_.find_first_of(kLineEnd, start), file_.size());
+    std::size_t end = start;
+    while (end < file_.size() && file_[end] != '\r' && file_[end] != '\n') ++end;
     next_ = std::min(end + (file_.substr(end, 2) == kLineEnd ? 2 : 1), file_.size());
     text_ = Trim(file_.substr(start, end - start));
     return true;

@@ -55,6 +55,14 @@ std::string SplitAtColon(std::string_view path, std::string& drive) {
   return drive.empty() ? fields[0] : fields[1];
 }
 
+// Takes what stands before the first NUL of a buffer.
+std::int32_t TakeValue(const Machine& machine, const std::string& buffer, std::string& value) {
+  std::array<std::string, 3> fields;
+  SplitFields(buffer, fields, std::string_view("\0", 1));
+  value = machine.code_page->ToUtf8(fields[0]);
+  return AnsiLen(machine, value);
+}
+
 }  // namespace
 
 std::int32_t AnsiLen(const Machine& machine, std::string_view text) {
@@ -64,12 +72,17 @@ std::int32_t AnsiLen(const Machine& machine, std::string_view text) {
 std::int32_t GetIniString(const Machine& machine, std::string_view section, std::string_view key,
                           std::string_view default_value, std::string& value,
                           std::string_view file) {
-  const std::string buffer =
-      GetPrivateProfileString(machine, section, key, default_value, kProfileBuffer, file);
-  std::array<std::string, 3> fields;
-  SplitFields(buffer, fields, std::string_view("\0", 1));
-  value = machine.code_page->ToUtf8(fields[0]);
-  return AnsiLen(machine, value);
+  return TakeValue(
+      machine, GetPrivateProfileString(machine, section, key, default_value, kProfileBuffer, file),
+      value);
+}
+
+std::int32_t GetIniStringFrom(const Machine& machine, std::string_view section,
+                              std::string_view key, std::string_view default_value,
+                              std::string& value, std::string_view profile_bytes) {
+  return TakeValue(
+      machine,
+      GetProfileString(machine, section, key, default_value, kProfileBuffer, profile_bytes), value);
 }
 
 std::int16_t SplitFields(std::string_view text, std::span<std::string> fields,

@@ -24,6 +24,11 @@ std::int32_t GetIniString(const Machine& machine, std::string_view section, std:
                           std::string_view default_value, std::string& value,
                           std::string_view file);
 
+// The same for the bytes of a profile that have been read already.
+std::int32_t GetIniStringFrom(const Machine& machine, std::string_view section,
+                              std::string_view key, std::string_view default_value,
+                              std::string& value, std::string_view profile_bytes);
+
 // Splits a text at a delimiter into an array whose last element is never filled: an array of
 // bounds 0 to 2 (three elements) takes two fields. Returns the number of fields stored; elements
 // behind it keep their old contents. A trailing delimiter makes no empty last field; an empty text

@@ -3,6 +3,8 @@
 
 #include "snapshot/SequentialReader.h"
 
+#include <algorithm>
+
 #include "platform/RunTimeError.h"
 #include "shell/LeadingNumber.h"
 
@@ -28,9 +30,15 @@ double SequentialReader::ReadNumber() {
   if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
   SkipBlanks();
   std::string field;
-  for (int byte = file_.Peek(); !EndsField(byte) && !IsBlank(byte); byte = file_.Peek()) {
-    file_.Get();
-    if (field.size() < kLongestNumber) field += static_cast<char>(byte);
+  while (true) {
+    const std::string_view bytes = file_.Buffered();
+    const auto end = std::find_if(bytes.begin(), bytes.end(), [](unsigned char byte) {
+      return EndsField(byte) || IsBlank(byte);
+    });
+    const auto length = static_cast<std::size_t>(end - bytes.begin());
+    field.append(bytes.substr(0, std::min(length, kLongestNumber - field.size())));
+    file_.Skip(length);
+    if (length < bytes.size() || bytes.empty()) break;
   }
   SkipBlanks();
   TakeDelimiter();

@@ -200,5 +200,20 @@ TEST(LoadResText, KeepsOneClosingNul) {
   EXPECT_TRUE(text.ends_with(std::string("1400,330\0", 9)));
 }
 
+// Several values of one file cost one reading.
+TEST(GetIniStringFrom, GivesWhatAFileOfTheseBytesGives) {
+  const test::TestMachine machine;
+  const std::string long_value(600, 'x');
+  const std::string bytes = "[A]\r\nkey=\" value \"\r\nlong=" + long_value + "\r\nempty=\r\n";
+  machine.Put("C:\\a.ini", bytes);
+  for (const char* key : {"key", "KEY", "long", "empty", "none"}) {
+    std::string from_file = "old", from_bytes = "old";
+    const auto file_length = GetIniString(machine, "a", key, "default ", from_file, "C:\\a.ini");
+    const auto bytes_length = GetIniStringFrom(machine, "a", key, "default ", from_bytes, bytes);
+    EXPECT_EQ(from_bytes, from_file) << key;
+    EXPECT_EQ(bytes_length, file_length) << key;
+  }
+}
+
 }  // namespace
 }  // namespace logbook

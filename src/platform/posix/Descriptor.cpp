@@ -17,8 +17,12 @@ Descriptor OpenForReading(const std::string& native_path) {
   if (native_path.empty()) throw RunTimeError(ErrorNumber::kPathFileAccess);
   Descriptor file(open(native_path.c_str(), O_RDONLY | O_CLOEXEC));
   if (!file.IsOpen()) RaiseFileError(errno, native_path);
+  return RefuseFolder(std::move(file));
+}
+
+Descriptor RefuseFolder(Descriptor file) {
   struct stat status = {};
-  if (fstat(file.Number(), &status) != 0) RaiseFileError(errno, native_path);
+  if (fstat(file.Number(), &status) != 0) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
   if (S_ISDIR(status.st_mode)) throw RunTimeError(ErrorNumber::kPathFileAccess);
   return file;
 }

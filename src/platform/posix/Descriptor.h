@@ -10,6 +10,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/Machine.h"
+
 namespace logbook::posix {
 
 class Descriptor {
@@ -36,6 +38,12 @@ class Descriptor {
 
 // The file opened for reading. Raises 53, 75 (a folder, an empty name), 76, 70, 57.
 Descriptor OpenForReading(const std::string& native_path);
+
+// The same by a path text.
+Descriptor OpenForReading(const Machine& machine, std::string_view path);
+
+// The file, if it is no folder; raises 75 for one.
+Descriptor RefuseFolder(Descriptor file);
 
 // Reads at most `size` bytes; 0 at the end. Raises 57.
 std::size_t ReadSome(const Descriptor& file, char* buffer, std::size_t size);

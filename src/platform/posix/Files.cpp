@@ -97,7 +97,7 @@ std::vector<FolderEntry> ScanFolder(const Machine& machine, std::string_view fol
 }
 
 std::string ReadFile(const Machine& machine, std::string_view path) {
-  return ReadNativeFile(NativePath(machine, path));
+  return ReadToEnd(posix::OpenForReading(machine, path));
 }
 
 void WriteFile(const Machine& machine, std::string_view path, std::string_view bytes) {

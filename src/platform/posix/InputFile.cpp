@@ -26,8 +26,8 @@ struct InputFile::State {
 };
 
 InputFile::InputFile(const Machine& machine, std::string_view path)
-    : state_(std::make_unique<State>()) {
-  state_->file = posix::OpenForReading(NativePath(machine, path));
+    : state_(std::make_unique_for_overwrite<State>()) {
+  state_->file = posix::OpenForReading(machine, path);
 }
 
 InputFile::~InputFile() = default;
@@ -36,6 +36,15 @@ InputFile& InputFile::operator=(InputFile&&) noexcept = default;
 
 bool InputFile::AtEnd() {
   return !state_->Fill();
+}
+
+std::string_view InputFile::Buffered() {
+  if (!state_->Fill()) return {};
+  return {state_->buffer.data() + state_->next, state_->end - state_->next};
+}
+
+void InputFile::Skip(std::size_t count) {
+  state_->next += count;
 }
 
 int InputFile::Peek() {
@@ -52,8 +61,10 @@ std::string InputFile::ReadLine() {
   if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
   std::string line;
   while (state_->Fill()) {
-    const std::string_view rest(state_->buffer.data() + state_->next, state_->end - state_->next);
-    const std::size_t length = std::min(rest.find_first_of("\r\n"), rest.size());
+    const std::string_view rest = Buffered();
+    const auto is_line_end = [](char byte) { return byte == '\r' || byte == '\n'; };
+    const auto length = static_cast<std::size_t>(
+        std::find_if(rest.begin(), rest.end(), is_line_end) - rest.begin());
     line.append(rest.substr(0, length));
     state_->next += length;
     if (length == rest.size()) continue;

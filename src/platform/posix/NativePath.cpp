@@ -2,14 +2,17 @@
 // SPDX-License-Identifier: MIT
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <filesystem>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "platform/Files.h"
 #include "platform/UpperCase.h"
+#include "platform/posix/Descriptor.h"
 
 namespace logbook {
 
@@ -60,41 +63,81 @@ std::string SpellingOf(const std::string& folder, const std::string& name) {
   return found.empty() ? name : found;
 }
 
-// Once a component is missing, those behind it stand as they are given.
-std::string FindComponents(std::string native_path, const std::vector<std::string>& components) {
-  bool found = true;
-  for (const std::string& component : components) {
-    const std::string exact = native_path + "/" + component;
-    if (!found || IsThere(exact)) {
-      native_path = exact;
-      continue;
+bool HasDrive(std::string_view path) {
+  return path.size() >= 2 && path[1] == ':' && IsLetter(path[0]);
+}
+
+// The drive's letter in lower case.
+char DriveOf(std::string_view path) {
+  return static_cast<char>(path[0] | 0x20);
+}
+
+// The native path with every component as it is given.
+std::string ExactPath(const Machine& machine, std::string_view path) {
+  std::string native_path;
+  if (HasDrive(path)) {
+    native_path = machine.home;
+    native_path += "/drives/";
+    native_path += DriveOf(path);
+    path.remove_prefix(2);
+  }
+  bool after_separator = true;
+  for (const char byte : path) {
+    if (!IsSeparator(byte)) {
+      if (after_separator) native_path += '/';
+      native_path += byte;
     }
-    native_path += "/" + SpellingOf(native_path, component);
-    found = IsThere(native_path);
+    after_separator = IsSeparator(byte);
+  }
+  return native_path.empty() ? "/" : native_path;
+}
+
+std::string Joined(std::string folder, const std::string& name) {
+  folder += '/';
+  return folder += name;
+}
+
+// The path of the longest run of components that exist exactly as they are given, and its number
+// of components. Looked for from the end, where a difference is likeliest.
+std::pair<std::string, std::size_t> LongestExact(const std::string& start,
+                                                 const std::vector<std::string>& components) {
+  std::vector<std::string> paths = {start};
+  for (const std::string& component : components) paths.push_back(Joined(paths.back(), component));
+  std::size_t count = components.size();
+  while (count > 0 && !IsThere(paths[count])) --count;
+  return {paths[count], count};
+}
+
+// Once a component is missing, those behind it stand as they are given.
+std::string FindComponents(const std::string& start, const std::vector<std::string>& components) {
+  auto [native_path, exact_count] = LongestExact(start, components);
+  bool found = true;
+  for (std::size_t i = exact_count; i < components.size(); ++i) {
+    std::string next = Joined(native_path, components[i]);
+    // The first of these is known to be missing.
+    if (found && (i == exact_count || !IsThere(next))) {
+      next = Joined(native_path, SpellingOf(native_path, components[i]));
+      found = IsThere(next);
+    }
+    native_path = std::move(next);
   }
   return native_path;
 }
 
 bool Status(const Machine& machine, std::string_view path, struct stat& status) {
-  return stat(NativePath(machine, path).c_str(), &status) == 0;
+  return stat(ExactPath(machine, path).c_str(), &status) == 0 ||
+         stat(NativePath(machine, path).c_str(), &status) == 0;
 }
 
 }  // namespace
 
 std::string NativePath(const Machine& machine, std::string_view path) {
   if (path.empty()) return {};
-  std::string start;
-  std::vector<std::string> components;
-  if (path.size() >= 2 && path[1] == ':' && IsLetter(path[0])) {
-    start = machine.home;
-    components = ComponentsOf(path.substr(2));
-    const char drive = static_cast<char>(path[0] | 0x20);
-    components.insert(components.begin(), {"drives", std::string(1, drive)});
-  } else {
-    components = ComponentsOf(path);
-    if (components.empty()) return "/";
-  }
-  return FindComponents(start, components);
+  const bool has_drive = HasDrive(path);
+  std::vector<std::string> components = ComponentsOf(has_drive ? path.substr(2) : path);
+  if (components.empty() && !has_drive) return "/";
+  if (has_drive) components.insert(components.begin(), {"drives", std::string(1, DriveOf(path))});
+  return FindComponents(has_drive ? machine.home : std::string(), components);
 }
 
 std::string PathText(const std::string& native_path) {
@@ -105,6 +148,15 @@ std::string PathText(const std::string& native_path) {
     if (byte == '/') byte = '\\';
   }
   return text;
+}
+
+posix::Descriptor posix::OpenForReading(const Machine& machine, std::string_view path) {
+  // The common case, at the cost of one call.
+  if (!path.empty()) {
+    Descriptor file(open(ExactPath(machine, path).c_str(), O_RDONLY | O_CLOEXEC));
+    if (file.IsOpen()) return RefuseFolder(std::move(file));
+  }
+  return OpenForReading(NativePath(machine, path));
 }
 
 bool Exists(const Machine& machine, std::string_view path) {
