@@ -32,7 +32,8 @@ void SetCell(AppState& state, int log, int column, std::string text) {
   state.ListView1.Row(log).SubItem(column + 1) = std::move(text);
 }
 
-using Predicate = std::function<bool(const LogOptions&)>;
+// Tells by the path of a log's logfile.ini whether the row does not apply.
+using Predicate = std::function<bool(const std::string&)>;
 
 // A column of a positional snapshot file.
 void FillPositionalList(AppState& state, int column, const ItemRecord& record, int item,
@@ -41,7 +42,7 @@ void FillPositionalList(AppState& state, int column, const ItemRecord& record, i
   bool trap_armed = false;
   for (int log = 1; log <= state.LogCount; ++log) {
     const std::string folder = LogFolder(state, log);
-    if (is_disabled(state.snapshots.Options(folder + "logfile.ini"))) {
+    if (is_disabled(folder + "logfile.ini")) {
       SetCell(state, log, column, kNotApplicable);
       continue;
     }
@@ -70,13 +71,16 @@ bool IsNotApplicable(const TuneItemRecord& record, int item, const LogOptions& o
 // The cell of a tune row in one log; nothing if it is to stay as it is.
 std::optional<std::string> TuneCell(AppState& state, const TuneItemRecord& record, int item,
                                     const std::string& folder) {
-  const LogOptions options = state.snapshots.Options(folder + "logfile.ini");
-  const std::optional<std::string> path = FindMacroFile(state.machine, folder, record.File);
+  const std::optional<std::string> path = state.snapshots.FindMacro(folder, record.File);
   if (!path) return std::nullopt;
   const MacroLines lines = state.snapshots.Macro(*path, record.Var);
   const std::int16_t col_opgs = MacroFlag(lines.ColOpgs);
   const std::int16_t clmd = MacroFlag(lines.Clmd);
   if (lines.Value.empty()) return std::nullopt;
+  LogOptions options;
+  if (OptionsBearOnTuneParam(record.Group)) {
+    options = state.snapshots.Options(folder + "logfile.ini");
+  }
   if (IsNotApplicable(record, item, options, col_opgs, clmd)) return kNotApplicable;
   if (record.Format.empty()) return MacroText(lines.Value);
   const double value = MacroNumber(lines.Value);
@@ -88,17 +92,20 @@ std::optional<std::string> TuneCell(AppState& state, const TuneItemRecord& recor
 
 void FillMeterList(AppState& state, std::int16_t column, const std::string&, int item) {
   const ItemRecord& record = RowAt(state.catalogues.MeterItems, item);
-  FillPositionalList(state, column, record, item, "auser.txt", [item](const LogOptions& options) {
-    return IsDisabledMeterParam(static_cast<std::int16_t>(item), options);
+  const auto row = static_cast<std::int16_t>(item);
+  const bool optional = OptionsBearOnMeterParam(row);
+  FillPositionalList(state, column, record, item, "auser.txt", [&](const std::string& ini) {
+    return optional && IsDisabledMeterParam(row, state.snapshots.Options(ini));
   });
 }
 
 void FillAnalogList(AppState& state, std::int16_t column, const std::string&, int item) {
   const ItemRecord& record = RowAt(state.catalogues.AnalogItems, item);
-  const auto is_disabled = [&](const LogOptions& options) {
-    return IsDisabledAnalogParam(state.catalogues, static_cast<std::int16_t>(item), options);
-  };
-  FillPositionalList(state, column, record, item, "aall.txt", is_disabled);
+  const auto row = static_cast<std::int16_t>(item);
+  const bool optional = OptionsBearOnAnalogParam(state.catalogues, row);
+  FillPositionalList(state, column, record, item, "aall.txt", [&](const std::string& ini) {
+    return optional && IsDisabledAnalogParam(state.catalogues, row, state.snapshots.Options(ini));
+  });
 }
 
 void FillTuneList(AppState& state, std::int16_t column, const std::string&, int item) {

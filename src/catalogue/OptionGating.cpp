@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 
+#include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "shell/CSVMan.h"
 #include "shell/LeadingNumber.h"
@@ -95,6 +96,10 @@ constexpr auto kAnalogLensRows  = std::to_array<RowRange>({{71, 90}, {107, 124},
 constexpr auto kLensBiasRows    = std::to_array<int>({113, 157, 180});
 // clang-format on
 
+// Tune groups whose values depend on options by rules of their own.
+constexpr int kReactionCellGroup = 8;
+constexpr int kInstrumentNameGroup = 10;
+
 constexpr int kOldRfGroup = 7;
 constexpr int kNewRfGroup = 14;
 // Rows that stand in sys.txt and that no report prints.
@@ -104,12 +109,20 @@ bool Holds(const RowRange& range, int row) {
   return row >= range.first && row <= range.last;
 }
 
+bool Names(const Rule& rule, int row) {
+  return std::any_of(rule.rows.begin(), rule.rows.end(),
+                     [row](const RowRange& range) { return Holds(range, row); });
+}
+
+bool IsNamedBy(std::span<const Rule> rules, int row) {
+  return std::any_of(rules.begin(), rules.end(),
+                     [row](const Rule& rule) { return Names(rule, row); });
+}
+
 bool IsDisabledBy(std::span<const Rule> rules, int row, const LogOptions& options) {
   return std::any_of(rules.begin(), rules.end(), [&](const Rule& rule) {
     const bool equal = options.*rule.option == rule.number;
-    return equal == (rule.test == Test::kIs) &&
-           std::any_of(rule.rows.begin(), rule.rows.end(),
-                       [row](const RowRange& range) { return Holds(range, row); });
+    return equal == (rule.test == Test::kIs) && Names(rule, row);
   });
 }
 
@@ -123,14 +136,22 @@ double OptionNumber(std::string_view text) {
 
 }  // namespace
 
-LogOptions ReadLogOptions(const Machine& machine, std::string_view logfile_ini) {
+LogOptions ParseLogOptions(const Machine& machine, std::string_view logfile_bytes) {
   LogOptions options;
   for (const OptionKey& entry : kOptionKeys) {
     std::string text;
-    GetIniString(machine, "OPTION", entry.key, "0", text, logfile_ini);
+    GetIniStringFrom(machine, "OPTION", entry.key, "0", text, logfile_bytes);
     options.*entry.option = OptionNumber(text);
   }
   return options;
+}
+
+LogOptions ReadLogOptions(const Machine& machine, std::string_view logfile_ini) {
+  try {
+    return ParseLogOptions(machine, ReadFile(machine, logfile_ini));
+  } catch (const RunTimeError&) {
+    return {};
+  }
 }
 
 int LensMode(double lens, double lens2, double lens3) {
@@ -168,6 +189,22 @@ bool IsDisabledAnalogParam(const Catalogues& catalogues, std::int16_t row,
 
 bool IsDisabledSysParam(std::int16_t row, const LogOptions& options) {
   return IsDisabledBy(kSysRules, row, options);
+}
+
+bool OptionsBearOnTuneParam(std::int16_t group) {
+  return group == kReactionCellGroup || group == kInstrumentNameGroup ||
+         std::find(kTuneLensGroups.begin(), kTuneLensGroups.end(), group) != kTuneLensGroups.end();
+}
+
+bool OptionsBearOnMeterParam(std::int16_t row) {
+  return IsNamedBy(kMeterRules, row);
+}
+
+bool OptionsBearOnAnalogParam(const Catalogues& catalogues, std::int16_t row) {
+  const int group = RowAt(catalogues.AnalogItems, row).Group;
+  return group == kNewRfGroup || group == kOldRfGroup || IsNamedBy(kAnalogRules, row) ||
+         std::any_of(kAnalogLensRows.begin(), kAnalogLensRows.end(),
+                     [row](const RowRange& block) { return Holds(block, row); });
 }
 
 bool IsOmittedAnalogParam(std::int16_t row, const LogOptions& options) {

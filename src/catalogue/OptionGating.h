@@ -31,8 +31,11 @@ struct LogOptions {
   double COLOPGS = 0;
 };
 
-// Reads the options of a log. A text too large for a double counts as infinite, so it is neither 0
-// nor 1. Raises nothing.
+// The options in the bytes of a logfile.ini. A text too large for a double counts as infinite, so
+// it is neither 0 nor 1. Raises nothing.
+LogOptions ParseLogOptions(const Machine& machine, std::string_view logfile_bytes);
+
+// Reads the options of a log from its logfile.ini. Raises nothing.
 LogOptions ReadLogOptions(const Machine& machine, std::string_view logfile_ini);
 
 // The lens family: 0 plain lens stack, 1 Lumarin, 2 Varion TRZ(cs), 3 Varion TRZ(ce). LENS2 counts
@@ -51,6 +54,13 @@ bool IsDisabledMeterParam(std::int16_t row, const LogOptions& options);
 bool IsDisabledAnalogParam(const Catalogues& catalogues, std::int16_t row,
                            const LogOptions& options);
 bool IsDisabledSysParam(std::int16_t row, const LogOptions& options);
+
+// True if options bear on a tune row of this group, or on a row of MeterItems or AnalogItems, at
+// all; for tune rows the options of the column values (catalogue/ColumnValues.h) are among them.
+// Where none does, the row is enabled for every log, and there is no need to read them.
+bool OptionsBearOnTuneParam(std::int16_t group);
+bool OptionsBearOnMeterParam(std::int16_t row);
+bool OptionsBearOnAnalogParam(const Catalogues& catalogues, std::int16_t row);
 
 // True if a report leaves the row of AnalogItems or SysItems out.
 bool IsOmittedAnalogParam(std::int16_t row, const LogOptions& options);

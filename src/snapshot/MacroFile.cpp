@@ -27,23 +27,22 @@ bool Holds(std::string_view line, std::string_view word) {
                      [](char a, char b) { return UpperCase(a) == UpperCase(b); }) != line.end();
 }
 
-std::string_view SecondName(std::string_view file) {
-  const std::string upper = UpperCase(file);
-  if (upper == "SENSEVAR.MAC") return "SENSEVA2.MAC";
-  if (upper == "OTHERVAR.MAC") return "OTHERVA2.MAC";
-  return {};
-}
-
 }  // namespace
+
+std::vector<std::string> MacroFileNames(std::string_view file) {
+  std::vector<std::string> names = {std::string(file)};
+  const std::string upper = UpperCase(file);
+  if (upper == "SENSEVAR.MAC") names.push_back("SENSEVA2.MAC");
+  if (upper == "OTHERVAR.MAC") names.push_back("OTHERVA2.MAC");
+  return names;
+}
 
 std::optional<std::string> FindMacroFile(const Machine& machine, std::string_view folder,
                                          std::string_view file) {
-  std::string path = std::string(folder).append(file);
-  if (Exists(machine, path)) return path;
-  const std::string_view second = SecondName(file);
-  if (second.empty()) return std::nullopt;
-  path = std::string(folder).append(second);
-  if (Exists(machine, path)) return path;
+  for (const std::string& name : MacroFileNames(file)) {
+    std::string path = std::string(folder).append(name);
+    if (Exists(machine, path)) return path;
+  }
   return std::nullopt;
 }
 
@@ -75,8 +74,9 @@ std::vector<std::string> ReadAssignments(const Machine& machine, std::string_vie
   InputFile file(machine, path);
   while (!file.AtEnd()) {
     const std::string line = file.ReadLine();
-    if (line.find('=') == std::string::npos) continue;
-    assignments.push_back(machine.code_page->ToUtf8(line));
+    if (line.find('=') != std::string::npos) {
+      assignments.push_back(machine.code_page->ToUtf8(line));
+    }
   }
   return assignments;
 }

@@ -17,9 +17,12 @@
 
 namespace logbook {
 
-// The path of a macro file in a log folder (with trailing backslash), or of its second name,
-// SENSEVA2.MAC for sensevar.mac and OTHERVA2.MAC for othervar.mac, where the first does not exist.
-// Nothing if neither exists. An empty file name gives the folder itself. Raises nothing.
+// The names under which a macro file is looked for, in this order: its own and, for sensevar.mac
+// and othervar.mac, SENSEVA2.MAC and OTHERVA2.MAC.
+std::vector<std::string> MacroFileNames(std::string_view file);
+
+// The path of a macro file in a log folder (with trailing backslash), by the first of its names
+// that exists. Nothing if none does. An empty file name gives the folder itself. Raises nothing.
 std::optional<std::string> FindMacroFile(const Machine& machine, std::string_view folder,
                                          std::string_view file);
 

@@ -7,6 +7,7 @@
 #include <chrono>
 
 #include "platform/RunTimeError.h"
+#include "shell/CSVMan.h"
 #include "snapshot/SequentialReader.h"
 
 namespace logbook {
@@ -55,15 +56,38 @@ double NumberAt(const std::vector<double>& numbers, int row) {
 
 }  // namespace
 
-LogOptions SnapshotCache::Options(const std::string& logfile_ini) {
+SnapshotCache::Descriptor SnapshotCache::ReadDescriptor(const std::string& logfile_ini) const {
+  Descriptor descriptor;
+  try {
+    const std::string bytes = ReadFile(machine_, logfile_ini);
+    GetIniStringFrom(machine_, "LogFile", "Date", "", descriptor.date, bytes);
+    descriptor.options = ParseLogOptions(machine_, bytes);
+  } catch (const RunTimeError&) {
+    // A file that cannot be read has no values.
+  }
+  return descriptor;
+}
+
+const SnapshotCache::Descriptor& SnapshotCache::DescriptorOf(const std::string& logfile_ini,
+                                                             Descriptor& fresh) {
   const FileStamp stamp = StampOf(machine_, logfile_ini);
-  if (IsMissing(stamp)) return {};
-  const auto known = options_.find(logfile_ini);
-  if (known != options_.end() && known->second.stamp == stamp) return known->second.options;
+  if (IsMissing(stamp)) return fresh;
+  const auto known = descriptors_.find(logfile_ini);
+  if (known != descriptors_.end() && known->second.stamp == stamp) return known->second.descriptor;
   const bool settled = IsSettled(stamp);
-  const LogOptions options = ReadLogOptions(machine_, logfile_ini);
-  if (settled) options_.insert_or_assign(logfile_ini, OptionsEntry{stamp, options});
-  return options;
+  fresh = ReadDescriptor(logfile_ini);
+  if (settled) descriptors_.insert_or_assign(logfile_ini, DescriptorEntry{stamp, fresh});
+  return fresh;
+}
+
+LogOptions SnapshotCache::Options(const std::string& logfile_ini) {
+  Descriptor fresh;
+  return DescriptorOf(logfile_ini, fresh).options;
+}
+
+std::string SnapshotCache::Date(const std::string& logfile_ini) {
+  Descriptor fresh;
+  return DescriptorOf(logfile_ini, fresh).date;
 }
 
 std::optional<double> SnapshotCache::Number(const std::string& path, int row) {
@@ -79,6 +103,37 @@ std::optional<double> SnapshotCache::Number(const std::string& path, int row) {
   const double number = NumberAt(numbers, row);
   if (settled) numbers_.insert_or_assign(path, NumbersEntry{stamp, std::move(numbers)});
   return number;
+}
+
+std::optional<std::string> SnapshotCache::SpelledMacro(const std::string& folder,
+                                                       const std::string& file) const {
+  for (const std::string& name : MacroFileNames(file)) {
+    const std::string path = folder + name;
+    std::string spelled = PathText(NativePath(machine_, path));
+    if (!IsMissing(StampOf(machine_, spelled))) return spelled;
+    // A native name may hold what a path text cannot.
+    if (Exists(machine_, path)) return path;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> SnapshotCache::FindMacro(const std::string& folder,
+                                                    const std::string& file) {
+  const FileStamp stamp = StampOf(machine_, folder);
+  const auto known = folders_.find(folder);
+  const bool fresh = known != folders_.end() && known->second.stamp == stamp;
+  if (fresh) {
+    const auto path = known->second.paths.find(file);
+    if (path != known->second.paths.end()) return path->second;
+  }
+  const bool settled = !IsMissing(stamp) && IsSettled(stamp);
+  std::optional<std::string> path = SpelledMacro(folder, file);
+  if (settled) {
+    FolderEntry& entry = folders_[folder];
+    if (entry.stamp != stamp) entry = {stamp, {}};
+    entry.paths.insert_or_assign(file, path);
+  }
+  return path;
 }
 
 MacroLines SnapshotCache::Macro(const std::string& path, const std::string& var) {

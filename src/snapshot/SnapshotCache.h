@@ -29,18 +29,35 @@ class SnapshotCache {
   // The options of a log by the path of its logfile.ini, as ReadLogOptions. Raises nothing.
   LogOptions Options(const std::string& logfile_ini);
 
+  // Key "Date" of section "LogFile" of a logfile.ini, as GetIniString with the default "". Raises
+  // nothing.
+  std::string Date(const std::string& logfile_ini);
+
   // Number `row` (from 0) of a positional snapshot file; 0 if the file is too short, or if reading
   // up to it or the number itself fails. Nothing if the file does not exist. Raises what opening
   // an InputFile raises. Rows from 0 to 250.
   std::optional<double> Number(const std::string& path, int row);
 
+  // The path of a macro file in a log folder, as FindMacroFile, in the disk's spelling. Raises
+  // nothing.
+  std::optional<std::string> FindMacro(const std::string& folder, const std::string& file);
+
   // The lines of a macro file that bear on a variable, as ReadMacroLines. Raises what that raises.
   MacroLines Macro(const std::string& path, const std::string& var);
 
  private:
-  struct OptionsEntry {
-    FileStamp stamp;
+  struct Descriptor {
+    std::string date;
     LogOptions options;
+  };
+  struct DescriptorEntry {
+    FileStamp stamp;
+    Descriptor descriptor;
+  };
+  // A folder's stamp changes with every name in it.
+  struct FolderEntry {
+    FileStamp stamp;
+    std::map<std::string, std::optional<std::string>> paths;
   };
   struct NumbersEntry {
     FileStamp stamp;
@@ -53,10 +70,15 @@ class SnapshotCache {
     std::map<std::string, MacroLines, std::less<>> found;
   };
 
+  Descriptor ReadDescriptor(const std::string& logfile_ini) const;
+  // The descriptor that is known or has been read into `fresh`.
+  const Descriptor& DescriptorOf(const std::string& logfile_ini, Descriptor& fresh);
+  std::optional<std::string> SpelledMacro(const std::string& folder, const std::string& file) const;
   MacroLines FindIn(MacroEntry& entry, const std::string& path, const std::string& var);
 
   const Machine& machine_;
-  std::unordered_map<std::string, OptionsEntry> options_;
+  std::unordered_map<std::string, DescriptorEntry> descriptors_;
+  std::unordered_map<std::string, FolderEntry> folders_;
   std::unordered_map<std::string, NumbersEntry> numbers_;
   std::unordered_map<std::string, MacroEntry> macros_;
 };

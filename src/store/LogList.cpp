@@ -21,11 +21,8 @@ constexpr int kListFullMessage = 225;
 constexpr int kFirstValueColumn = 3;
 constexpr int kValueColumns = 6;
 
-std::string ReadDate(const AppState& state, const FileRecord& record) {
-  std::string date;
-  GetIniString(state.machine, "LogFile", "Date", "", date,
-               state.LogRoot + record.Name + "\\logfile.ini");
-  return date;
+std::string ReadDate(AppState& state, const FileRecord& record) {
+  return state.snapshots.Date(state.LogRoot + record.Name + "\\logfile.ini");
 }
 
 std::string ReadComment(const AppState& state, const FileRecord& record) {

@@ -320,6 +320,24 @@ TEST_F(OptionGating, ThePredicatesByPathReadTheFileOnEachCall) {
   }
 }
 
+TEST_F(OptionGating, OptionsBearOnTheRowsThatARuleNamesAndOnNoOther) {
+  const auto named = [](const std::vector<Described>& rules) {
+    std::set<int> rows;
+    for (const Described& rule : rules) rows.merge(RowSet(rule.rows));
+    return rows;
+  };
+  for (std::int16_t row = 0; row <= 30; ++row) {
+    EXPECT_EQ(OptionsBearOnMeterParam(row), named(kMeter).contains(row)) << row;
+  }
+  for (std::int16_t row = 0; row <= 250; ++row) {
+    EXPECT_EQ(OptionsBearOnAnalogParam(catalogues, row), named(kAnalog).contains(row)) << row;
+  }
+  const std::set<int> groups = {5, 7, 8, 9, 10, 11};
+  for (std::int16_t group = 0; group <= 12; ++group) {
+    EXPECT_EQ(OptionsBearOnTuneParam(group), groups.contains(group)) << group;
+  }
+}
+
 TEST_F(OptionGating, ALogWithoutOptionSectionHasAllOptionsZero) {
   machine.Put(kIni, "[LogFile]\r\nDate=11/15/2026 05:09:59\r\n");
   for (const char* path : {kIni, "C:\\logs\\none\\logfile.ini"}) {

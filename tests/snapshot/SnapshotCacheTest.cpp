@@ -35,6 +35,11 @@ class Snapshots : public testing::Test {
       fs::last_write_time(native, fs::file_time_type::clock::now() - std::chrono::hours(1));
       changed = std::max(changed, StampOf(machine, path).changed_ns);
     }
+    WaitFor(changed);
+  }
+
+  // Waits until a change at that time counts as long ago.
+  static void WaitFor(std::int64_t changed) {
     const auto now = [] {
       return std::chrono::duration_cast<std::chrono::nanoseconds>(
                  std::chrono::system_clock::now().time_since_epoch())
@@ -42,6 +47,11 @@ class Snapshots : public testing::Test {
     };
     while (now() <= changed + 200'000'000) {
     }
+  }
+
+  void AgeFolder() {
+    const std::int64_t changed = StampOf(machine, "C:\\log").changed_ns;
+    WaitFor(changed);
   }
 
   test::TestMachine machine;
@@ -111,6 +121,47 @@ TEST_F(Snapshots, ARemovedFileIsMissingAtOnce) {
   fs::remove(machine.Native(kNumbers));
   EXPECT_EQ(cache.Options(kIni).LENS, 0);
   EXPECT_EQ(cache.Number(kNumbers, 0), std::nullopt);
+}
+
+TEST_F(Snapshots, GiveTheDateOfALog) {
+  EXPECT_EQ(cache.Date(kIni), "");
+  machine.Put(kIni, "[OPTION]\r\nLENS=1\r\n");
+  EXPECT_EQ(cache.Date(kIni), "");
+  machine.Put(kIni, "[LogFile]\r\nDate=11/15/2026 05:09:59\r\n[OPTION]\r\nLENS=1\r\n");
+  Age();
+  for (int pass = 0; pass < 2; ++pass) {
+    EXPECT_EQ(cache.Date(kIni), "11/15/2026 05:09:59");
+    EXPECT_EQ(cache.Options(kIni).LENS, 1);
+  }
+  machine.Put(kIni, "[LogFile]\r\nDate=" + std::string(600, 'x') + "\r\n");
+  EXPECT_EQ(cache.Date(kIni), std::string(511, 'x'));
+}
+
+// The folder of a log is settled when its newest name is.
+TEST_F(Snapshots, AMacroFileIsFoundAsTheFolderIsNow) {
+  const auto find = [this](const char* file) -> std::string {
+    const auto path = cache.FindMacro("C:\\log\\", file);
+    if (!path) return "(none)";
+    return fs::path(NativePath(machine, *path)).filename();
+  };
+  machine.MakeFolders("C:\\log");
+  EXPECT_EQ(find("sensevar.mac"), "(none)");
+  machine.Put("C:\\log\\SENSEVA2.MAC", "");
+  machine.Put("C:\\log\\PARAMVAR.MAC", "");
+  AgeFolder();
+  for (int pass = 0; pass < 2; ++pass) {
+    EXPECT_EQ(find("sensevar.mac"), "SENSEVA2.MAC");
+    EXPECT_EQ(find("paramvar.mac"), "PARAMVAR.MAC");
+    EXPECT_EQ(find("resovar.mac"), "(none)");
+  }
+  machine.Put("C:\\log\\SENSEVAR.MAC", "");
+  machine.Put("C:\\log\\resovar.mac", "");
+  EXPECT_EQ(find("sensevar.mac"), "SENSEVAR.MAC");
+  EXPECT_EQ(find("resovar.mac"), "resovar.mac");
+  AgeFolder();
+  EXPECT_EQ(find("sensevar.mac"), "SENSEVAR.MAC");
+  fs::remove(machine.Native("C:\\log\\SENSEVAR.MAC"));
+  EXPECT_EQ(find("sensevar.mac"), "SENSEVA2.MAC");
 }
 
 // Rewrites in place keep identity and size, and quick ones may fall into one grain of the file
