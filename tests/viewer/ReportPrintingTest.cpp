@@ -281,6 +281,20 @@ TEST_F(ReportPrinting, AfterTheCeErrorLogTheReportOfTheLastViewModeIsPrinted) {
   EXPECT_EQ(Rows().at(0), "error log");
 }
 
+TEST_F(ReportPrinting, AStaleViewModePrintsItsReportOfTheLogOpenedNextThoughNothingIsOnShow) {
+  log.Put("errlog.txt", "of the first log\r\n");
+  log.Choose(&LogView::mnuErrLog);  // and then the close box, which changes nothing
+  log.MakeLog("26111501", "11/15/2026 06:00:00");
+  log.disk.Put(log.InLog("26111501", "errlog.txt"), "of the second log\r\n");
+  log.state.FileList[2].Name = "26111501";
+  log.state.LogCount = log.state.CurrentLog = 2;
+  LogView next;
+  LoadLogView(log.state, next);
+  EXPECT_EQ(next.ReportText, "");
+  cmdPrint_Click(log.state, log.services, next);
+  EXPECT_EQ(Rows().at(0), "of the second log");
+}
+
 TEST_F(ReportPrinting, ViewModeAndPaneDoNotChange) {
   log.Put("errlog.txt", "error log\r\n");
   log.Choose(&LogView::mnuErrLog);

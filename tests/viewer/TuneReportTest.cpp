@@ -242,6 +242,26 @@ TEST(TuneBinReport, ATextValueStandsBetweenTheFirstTwoDoubleQuotes) {
   EXPECT_EQ(tuning.Cells()["Instrument Name"], "");
 }
 
+TEST(TuneBinReport, TheInstrumentNameStandsThereWhateverTheOptionSecurity) {
+  Tuning tuning;
+  tuning.Put("paramvar.mac", "InstrumentName$=\"Bench 3\"\r\n");
+  for (const char* security : {"0", "1"}) {
+    tuning.SetOptions({{"Security", security}});
+    EXPECT_EQ(tuning.Cells()["Instrument Name"], "Bench 3") << security;
+  }
+}
+
+TEST(TuneBinReport, TheFlagOfRow60DecidesOverNoOtherRow) {
+  Tuning tuning;
+  tuning.Put("othervar.mac", "DblRatioCount=1.5\r\nOxideRatioMass$=\"156/140\"\r\n");
+  tuning.Put("paramvar.mac", "OPGS=12\r\nCLOP=3\r\nCLMD=1\r\n");
+  tuning.SetOptions({{"LENS", "1"}});
+  EXPECT_EQ(tuning.Cells()["Doubly Charged"], "1.50");
+  EXPECT_EQ(tuning.Cells()["Mass(Oxide)"], "156/140");
+  EXPECT_EQ(tuning.Cells()["Optional Gas"], "12.0");
+  EXPECT_EQ(tuning.Cells()["Optional Gas(Reaction Cell)"], "3");
+}
+
 // What ends the extract in silence, and leaves an older file.
 TEST(TuneBinReport, AnErrorWritesNothingAndIsSilent) {
   const std::pair<const char*, const char*> files[] = {

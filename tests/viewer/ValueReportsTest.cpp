@@ -293,6 +293,13 @@ TEST(AnalogReport, ALensOfTwoHasTheReactionCellAndNoSectionLumarin) {
   EXPECT_THAT(Section(lines, "Lenses:"), Contains(Line("Extract", 30, "N/A")));
 }
 
+TEST(AnalogReport, ALensOfTwoChoosesItsLensPartByTheOtherTwoAllTheSame) {
+  const Lines second = Section(Analog({{"LENS", "2"}, {"LENS2", "1"}}), "Lenses:");
+  EXPECT_THAT(second, Contains(Line("Varion Bias-cs", 30, "N/A")));
+  const Lines third = Section(Analog({{"LENS", "2"}, {"LENS2", "1"}, {"LENS3", "1"}}), "Lenses:");
+  EXPECT_THAT(third, Contains(Line("Varion Bias-ce", 30, "N/A")));
+}
+
 TEST(AnalogReport, TheLensPartFollowsTheLensFamily) {
   EXPECT_THAT(Section(Analog({}), "Lenses:"), Contains(Line("Extract 1", 30, "71.0 V")));
   EXPECT_THAT(Section(Analog({{"LENS", "1"}, {"LENS3", "1"}}), "Lenses:"),
@@ -435,6 +442,12 @@ TEST(BitReports, TheHighestBitOfAWordReadsItsSetLabel) {
               Contains(Line("Y Axis", 40, "Select")));
   EXPECT_THAT(BitIn({}, "0,0,0,0,0,8000,0,0,0,0,0,0,0,0,0,0"),
               Contains(Line("Isolation Valve Pos 2 SW", 40, "Detect")));
+}
+
+TEST(BitReports, TheWordsBehindTheTwelfthAreReadAndNotUsed) {
+  const std::string words = "0,0,0,0,0,0,0,0,0,0,0,0,0,FFFF,FFFF,FFFF\r\n";
+  EXPECT_EQ(BitOut({}, words), BitOut({}));
+  EXPECT_EQ(BitIn({{"NEW_RF", "1"}}, words), BitIn({{"NEW_RF", "1"}}));
 }
 
 TEST(BitReports, FifteenFieldsGiveAnEmptyPaneAndLeaveAnOlderFile) {
