@@ -123,6 +123,9 @@ void frmLogView::Update() {
     item.action->setText(ToQt(entry.Caption));
     item.action->setVisible(entry.Visible);
   }
+  // The toolkit may have a font of its own for menus, too wide for this bar.
+  for (QWidget* menu : findChildren<QMenu*>()) menu->setFont(font());
+  menus_->setFont(font());
   const int width = Pixels(view_.Window.Place.Width);
   const int height = Pixels(view_.Window.Place.Height);
   const int bar = menus_->heightForWidth(width);
