@@ -10,6 +10,8 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextCursor>
+#include <QTimer>
 
 #include "desktop/AsDialog.h"
 #include "desktop/arvbsub.h"
@@ -24,6 +26,8 @@ namespace logbook {
 namespace {
 
 constexpr int kComment = 123;
+// Characters that a pane takes at a time; a small part of a second.
+constexpr qsizetype kSlice = 128 * 1024;
 
 }  // namespace
 
@@ -42,6 +46,9 @@ frmLogView::frmLogView(QWidget* owner, AppState& state, Services& services, LogV
       cmdHelp_(new QPushButton(client_)) {
   setWindowModality(Qt::WindowModal);  // help belongs to no window and stays usable
   MakeMenus();
+  for (Pane* pane : {&txtReport_, &txtComment_}) {
+    connect(pane->pouring, &QTimer::timeout, this, [pane] { Pour(*pane); });
+  }
   for (QPushButton* button : {cmdPrint_, cmdExit_, cmdHelp_}) button->setAutoDefault(false);
   connect(cmdExit_, &QPushButton::clicked, this,
           [this] { Run([this] { LogViewExit(state_, view_); }); });
@@ -62,7 +69,8 @@ frmLogView::Pane frmLogView::MakePane() {
   box->setLineWrapMode(QPlainTextEdit::NoWrap);
   box->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  return {box, new ColumnKeeper(box->document(), *state_.machine.code_page)};
+  auto* pouring = new QTimer(box);
+  return {box, new ColumnKeeper(box->document(), *state_.machine.code_page), pouring, {}};
 }
 
 void frmLogView::MakeMenus() {
@@ -142,10 +150,26 @@ void frmLogView::UpdatePane(const Pane& pane, const Control& control) {
   pane.columns->TakeFont();
 }
 
-void frmLogView::ShowText(const Pane& pane, const std::string& text) {
+void frmLogView::ShowText(Pane& pane, const std::string& text) {
   // A pane shows what the code page holds of a text, as the file that goes with it does.
   const CodePage& code_page = *state_.machine.code_page;
-  pane.box->setPlainText(ToQt(code_page.ToUtf8(code_page.FromUtf8(text))));
+  pane.rest = ToQt(code_page.ToUtf8(code_page.FromUtf8(text)));
+  pane.box->clear();
+  Pour(pane);
+}
+
+void frmLogView::Pour(Pane& pane) {
+  const qsizetype line = pane.rest.indexOf(QLatin1Char('\n'), kSlice);
+  const qsizetype count = line < 0 ? pane.rest.size() : line + 1;
+  QTextCursor end(pane.box->document());
+  end.movePosition(QTextCursor::End);
+  end.insertText(pane.rest.left(count));
+  pane.rest.remove(0, count);
+  if (pane.rest.isEmpty()) {
+    pane.pouring->stop();
+  } else {
+    pane.pouring->start(0);
+  }
 }
 
 void frmLogView::Run(const std::function<void()>& command) {
@@ -154,7 +178,7 @@ void frmLogView::Run(const std::function<void()>& command) {
 }
 
 void frmLogView::RunView(const ViewCommand& command) {
-  txtReport_.box->clear();
+  ShowText(txtReport_, {});
   Run([this, &command] {
     command.Run(state_, services_, view_);
     ShowText(txtReport_, view_.ReportText);

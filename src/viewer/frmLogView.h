@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QString>
 #include <functional>
 #include <vector>
 
@@ -16,6 +17,7 @@ class QMenu;
 class QMenuBar;
 class QPlainTextEdit;
 class QPushButton;
+class QTimer;
 
 namespace logbook {
 
@@ -39,10 +41,12 @@ class frmLogView : public QDialog {
   bool event(QEvent* event) override;
 
  private:
-  // A pane and what keeps its columns.
+  // A pane, what keeps its columns, and the part of its text that is still to come.
   struct Pane {
     QPlainTextEdit* box;
     ColumnKeeper* columns;
+    QTimer* pouring;
+    QString rest;
   };
   struct Entry {
     MenuEntry LogView::*entry;
@@ -55,7 +59,10 @@ class frmLogView : public QDialog {
   QMenu* AddMenu(MenuEntry LogView::*entry);
   void Update();
   void UpdatePane(const Pane& pane, const Control& control);
-  void ShowText(const Pane& pane, const std::string& text);
+  // Shows a text from its beginning. Of a long one the rest follows in slices, between events, so
+  // that the window never stands still.
+  void ShowText(Pane& pane, const std::string& text);
+  static void Pour(Pane& pane);
   // Runs a command in the frame around all handlers and closes the window if it has unloaded.
   void Run(const std::function<void()>& command);
   void RunView(const ViewCommand& command);

@@ -280,6 +280,35 @@ TEST_F(frmLogViewTest, AFullLogIsOnShowWithinATenthOfASecond) {
   });
 }
 
+TEST_F(frmLogViewTest, ALongTextComesInSlicesBetweenWhichTheWindowAnswers) {
+  std::string log;
+  for (int i = 0; i < 30000; ++i) log += "line " + std::to_string(100000 + i) + " of the log\n";
+  Put("chnseq.log", log);
+  View([&](QWidget* form) {
+    Entry(form, "mnuChainlog")->trigger();
+    const auto* document = Pane(form, "txtReport")->document();
+    EXPECT_GT(document->blockCount(), 1000);
+    EXPECT_LT(document->blockCount(), 30000);
+    EXPECT_EQ(document->firstBlock().text(), QStringLiteral("line 100000 of the log"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return document->blockCount() > 30000; }));
+    EXPECT_EQ(TextOf(form, "txtReport"), log);
+    EXPECT_EQ(Pane(form, "txtReport")->verticalScrollBar()->value(), 0);
+  });
+}
+
+TEST_F(frmLogViewTest, ANewReportEndsTheTextThatIsStillComing) {
+  std::string log;
+  for (int i = 0; i < 30000; ++i) log += "a line of the log\r\n";
+  Put("chnseq.log", log);
+  Put("errlog.txt", "errors\r\n");
+  View([&](QWidget* form) {
+    Entry(form, "mnuChainlog")->trigger();
+    Entry(form, "mnuErrLog")->trigger();
+    for (int i = 0; i < 20; ++i) QApplication::processEvents();
+    EXPECT_EQ(TextOf(form, "txtReport"), "errors\n");
+  });
+}
+
 // The place of a character in its line, in pixels.
 qreal PlaceOf(const QTextBlock& block, qsizetype index) {
   block.document()->documentLayout()->blockBoundingRect(block);  // lays out what is out of sight
