@@ -15,11 +15,11 @@
 
 #include "desktop/AsDialog.h"
 #include "desktop/arvbsub.h"
+#include "platform/qt/ColumnKeeper.h"
 #include "platform/qt/Twips.h"
 #include "platform/qt/Widgets.h"
 #include "resources/Resources.h"
 #include "shell/StartUp.h"
-#include "viewer/ColumnKeeper.h"
 #include "viewer/ReportPrinting.h"
 
 namespace logbook {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-#include "viewer/ColumnKeeper.h"
+#include "platform/qt/ColumnKeeper.h"
 
 #include <QFontMetricsF>
 #include <QTextCharFormat>
