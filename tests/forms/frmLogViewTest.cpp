@@ -252,12 +252,47 @@ TEST_F(frmLogViewTest, TheCloseBoxLeavesTheViewModeStaleForTheNextViewer) {
   EXPECT_EQ(w.state.ViewMode, 0);
 }
 
-TEST_F(frmLogViewTest, AnActivatedWindowIsPlacedAndRaised) {
+TEST_F(frmLogViewTest, AnActivatedWindowIsCentredOnTheWorkAreaAndRaisedToTheTopOfTheNormalBand) {
   View([&](QWidget* form) {
+    const auto window = static_cast<std::intptr_t>(form->winId());
     w.windows.calls.clear();
+    w.windows.positions[window] = {10, 20, 610, 420};
     QEvent activation(QEvent::WindowActivate);
     QApplication::sendEvent(form, &activation);
-    EXPECT_GE(w.windows.calls.size(), 2U);
+    const std::string band = "SetBand " + std::to_string(window) + " normal";
+    EXPECT_EQ(w.windows.calls, (std::vector<std::string>{band, band}));
+    const PixelRect& place = w.windows.positions[window];
+    EXPECT_EQ((std::vector<long>{place.Left, place.Top, place.Right, place.Bottom}),
+              (std::vector<long>{660, 340, 1260, 740}));
+  });
+}
+
+TEST_F(frmLogViewTest, HelpShowsTheTopicOfTheModeAndLeavesTheViewerOpen) {
+  w.state.HelpFileName = "C:\\QUOREX\\help\\quorex.chm";
+  for (const bool ce_mode : {false, true}) {
+    w.state.CEMode = ce_mode;
+    View([&](QWidget* form) {
+      w.help.calls.clear();
+      Button(form, "cmdHelp")->click();
+      EXPECT_TRUE(form->isVisible());
+    });
+    ASSERT_FALSE(w.help.calls.empty());
+    const std::string topic = ce_mode ? " 15 16702" : " 15 16701";
+    EXPECT_TRUE(w.help.calls.back().ends_with("C:\\QUOREX\\help\\quorex.chm" + topic))
+        << w.help.calls.back();
+  }
+}
+
+TEST_F(frmLogViewTest, AFullLogOfOneLineIsOnShowWithinATenthOfASecond) {
+  Put("acqlog.txt", std::string(65533, 'x'));
+  View([](QWidget* form) {
+    QElapsedTimer timer;
+    timer.start();
+    Entry(form, "mnuACQlog")->trigger();
+    QApplication::processEvents();
+    RecordProperty("milliseconds", static_cast<int>(timer.elapsed()));
+    EXPECT_LT(timer.elapsed(), 100);
+    EXPECT_EQ(TextOf(form, "txtReport").size(), 65534U);
   });
 }
 
@@ -343,6 +378,26 @@ TEST_F(frmLogViewIn932, ColumnsStandStraightBehindDoubleByteCharacters) {
       EXPECT_NEAR(PlaceOf(block, block.text().size() - 1), expected, 0.5)
           << block.text().toStdString();
     }
+  });
+}
+
+TEST_F(frmLogViewIn932, AFullLogOfDoubleByteCharactersIsOnShowWithinATenthOfASecond) {
+  std::string log;
+  for (int lead = 0x88; log.size() + 160 < 65536; lead = lead < 0x97 ? lead + 1 : 0x88) {
+    for (int trail = 0x9F; trail < 0x9F + 78; ++trail) {
+      log += static_cast<char>(lead);
+      log += static_cast<char>(trail);
+    }
+    log += "\r\n";
+  }
+  Put("acqlog.txt", log);
+  View([](QWidget* form) {
+    QElapsedTimer timer;
+    timer.start();
+    Entry(form, "mnuACQlog")->trigger();
+    QApplication::processEvents();
+    RecordProperty("milliseconds", static_cast<int>(timer.elapsed()));
+    EXPECT_LT(timer.elapsed(), 100);
   });
 }
 
