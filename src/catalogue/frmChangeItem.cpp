@@ -115,7 +115,8 @@ void frmChangeItem::keyPressEvent(QKeyEvent* event) {
 
 bool frmChangeItem::event(QEvent* event) {
   if (event->type() == QEvent::WindowActivate) {
-    PlaceAndRaise(services_.windows, static_cast<std::intptr_t>(winId()));
+    RunHandler(services_,
+               [this] { PlaceAndRaise(services_.windows, static_cast<std::intptr_t>(winId())); });
   }
   return QDialog::event(event);
 }

@@ -7,6 +7,7 @@
 #include <chrono>
 
 #include "platform/RunTimeError.h"
+#include "platform/UpperCase.h"
 #include "shell/CSVMan.h"
 #include "snapshot/SequentialReader.h"
 
@@ -123,15 +124,18 @@ std::optional<std::string> SnapshotCache::FindMacro(const std::string& folder,
   const auto known = folders_.find(folder);
   const bool fresh = known != folders_.end() && known->second.stamp == stamp;
   if (fresh) {
+    // What a link in the folder leads to may come and go without a change of the folder.
     const auto path = known->second.paths.find(file);
-    if (path != known->second.paths.end()) return path->second;
+    if (path != known->second.paths.end() && !IsMissing(StampOf(machine_, path->second)))
+      return path->second;
   }
   const bool settled = !IsMissing(stamp) && IsSettled(stamp);
   std::optional<std::string> path = SpelledMacro(folder, file);
-  if (settled) {
+  // The name tried second is not kept: where the first is a link, its target may appear unseen.
+  if (settled && path && EqualIgnoringCase(path->substr(path->rfind('\\') + 1), file)) {
     FolderEntry& entry = folders_[folder];
     if (entry.stamp != stamp) entry = {stamp, {}};
-    entry.paths.insert_or_assign(file, path);
+    entry.paths.insert_or_assign(file, *path);
   }
   return path;
 }

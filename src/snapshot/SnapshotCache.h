@@ -57,7 +57,7 @@ class SnapshotCache {
   // A folder's stamp changes with every name in it.
   struct FolderEntry {
     FileStamp stamp;
-    std::map<std::string, std::optional<std::string>> paths;
+    std::map<std::string, std::string> paths;
   };
   struct NumbersEntry {
     FileStamp stamp;

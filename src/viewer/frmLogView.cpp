@@ -200,7 +200,8 @@ void frmLogView::keyPressEvent(QKeyEvent* event) {
 
 bool frmLogView::event(QEvent* event) {
   if (event->type() == QEvent::WindowActivate) {
-    PlaceAndRaise(services_.windows, static_cast<std::intptr_t>(winId()));
+    RunHandler(services_,
+               [this] { PlaceAndRaise(services_.windows, static_cast<std::intptr_t>(winId())); });
   }
   return QDialog::event(event);
 }

@@ -166,6 +166,23 @@ TEST_F(Snapshots, AMacroFileIsFoundAsTheFolderIsNow) {
 
 // Rewrites in place keep identity and size, and quick ones may fall into one grain of the file
 // system's time stamps.
+TEST_F(Snapshots, AMacroFileThatALinkLeadsToMayComeAndGoWithoutAChangeOfTheFolder) {
+  const auto found = [&] { return cache.FindMacro("C:\\log\\", "sensevar.mac"); };
+  const std::string first = machine.Native("C:\\log\\SENSEVAR.MAC");
+  const std::string target = machine.Native("C:\\elsewhere.mac");
+  machine.Put("C:\\log\\SENSEVA2.MAC", "x=1");
+  fs::create_symlink(target, first);
+  AgeFolder();
+  for (int pass = 0; pass < 2; ++pass) {
+    ASSERT_TRUE(found());
+    EXPECT_TRUE(found()->ends_with("SENSEVA2.MAC"));
+    machine.Put("C:\\elsewhere.mac", "x=2");
+    ASSERT_TRUE(found());
+    EXPECT_TRUE(found()->ends_with("SENSEVAR.MAC"));
+    fs::remove(target);
+  }
+}
+
 TEST_F(Snapshots, RapidChangesOfTheSameSizeAreAllSeen) {
   for (int i = 0; i < 300; ++i) {
     const std::string digit(1, static_cast<char>('1' + i % 9));
