@@ -12,11 +12,11 @@
 #include <vector>
 
 #include "platform/Files.h"
+#include "platform/ecm/ContentServerClient.h"
 #include "platform/qt/DBusCell.h"
 #include "platform/qt/DBusHostLink.h"
 #include "platform/qt/DBusProcess.h"
 #include "platform/qt/Display.h"
-#include "platform/qt/NoContentServer.h"
 #include "platform/qt/QtClock.h"
 #include "platform/qt/QtEventDelivery.h"
 #include "platform/qt/QtForms.h"
@@ -75,7 +75,8 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
   QtMessageBoxes messages;
   QtClock clock;
   DBusProcess process(bus);
-  NoContentServer ecm;
+  ContentServerClient ecm(state);
+  ecm.Resume();
   QtForms forms(state);
   QtWindowSystem windows;
   QtPrintService print(machine, clock);

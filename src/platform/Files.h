@@ -33,6 +33,10 @@ std::string NativePath(const Machine& machine, std::string_view path);
 // A native path as a path text without a drive. Relative paths are taken from the working folder.
 std::string PathText(const std::string& native_path);
 
+// As above, but with its drive if it lies below one of the machine's drives, as the disk spells
+// them. Raises nothing.
+std::string DrivePathText(const Machine& machine, const std::string& native_path);
+
 // True if a file or folder of that name exists, whatever it is. False on any failure.
 bool Exists(const Machine& machine, std::string_view path);
 

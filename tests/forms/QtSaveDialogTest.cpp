@@ -135,11 +135,6 @@ TEST_F(QtSaveDialogTest, AnInitialFolderThatDoesNotExistGivesTheHomeFolder) {
   });
 }
 
-TEST_F(QtSaveDialogTest, ThePathTextOfADriveIsItsRoot) {
-  EXPECT_EQ(DrivePathText(disk, disk.home() + "/drives/c"), "C:\\");
-  EXPECT_EQ(DrivePathText(disk, disk.home() + "/drives/c/a/b"), "C:\\a\\b");
-}
-
 TEST(frmMainArchive, TheButtonArchivesTheSelectedLogs) {
   test::FormsWorkstation station;
   station.MakeLog("26111500", "11/15/2026 05:09:59");

@@ -297,6 +297,15 @@ TEST(FilesTest, deleting_raises_53_where_no_file_matches_and_76_without_the_fold
   EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\g"); }), 76);
 }
 
+TEST(FilesTest, a_native_path_below_a_drive_has_a_path_text_with_that_drive) {
+  const TestMachine machine;
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/c"), "C:\\");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/c/a/b"), "C:\\a\\b");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/cellar/b"),
+            PathText(machine.home() + "/drives/cellar/b"));
+  EXPECT_EQ(DrivePathText(machine, "/usr/bin"), "\\usr\\bin");
+}
+
 TEST(FilesTest, a_copy_has_the_same_bytes_and_replaces_what_was_there) {
   const TestMachine machine;
   machine.Put("C:\\a.txt", "text\r\n");

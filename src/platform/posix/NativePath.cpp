@@ -159,6 +159,20 @@ posix::Descriptor posix::OpenForReading(const Machine& machine, std::string_view
   return OpenForReading(NativePath(machine, path));
 }
 
+std::string DrivePathText(const Machine& machine, const std::string& native_path) {
+  for (char letter = 'A'; letter <= 'Z'; ++letter) {
+    const std::string drive = {letter, ':'};
+    const std::string root = NativePath(machine, drive + "\\");
+    if (!native_path.starts_with(root + "/") && native_path != root) continue;
+    std::string text = drive + native_path.substr(root.size());
+    for (char& byte : text) {
+      if (byte == '/') byte = '\\';
+    }
+    return text.size() == 2 ? text + "\\" : text;
+  }
+  return PathText(native_path);
+}
+
 bool Exists(const Machine& machine, std::string_view path) {
   struct stat status = {};
   return !path.empty() && Status(machine, path, status);

@@ -64,18 +64,4 @@ std::optional<std::string> QtSaveDialog::Show(const SaveRequest& request) {
   }
 }
 
-std::string DrivePathText(const Machine& machine, const std::string& native_path) {
-  for (char letter = 'A'; letter <= 'Z'; ++letter) {
-    const std::string drive = {letter, ':'};
-    const std::string root = NativePath(machine, drive + "\\");
-    if (!native_path.starts_with(root + "/") && native_path != root) continue;
-    std::string text = drive + native_path.substr(root.size());
-    for (char& byte : text) {
-      if (byte == '/') byte = '\\';
-    }
-    return text.size() == 2 ? text + "\\" : text;
-  }
-  return PathText(native_path);
-}
-
 }  // namespace logbook

@@ -27,8 +27,4 @@ class QtSaveDialog : public SaveDialog {
   MessageBoxes& messages_;
 };
 
-// A native path as a path text: with its drive if it lies below one of the machine's drives, else
-// from the root.
-std::string DrivePathText(const Machine& machine, const std::string& native_path);
-
 }  // namespace logbook

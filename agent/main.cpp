@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The program "ecm-agent": carries what the logbook has put into its outbox to the content server.
+// The logbook starts it; it ends when the outbox is empty. It may be killed at any moment.
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+#include <string>
+
+#include "output/ECMSub.h"
+#include "platform/Files.h"
+#include "platform/Machine.h"
+#include "platform/ecm/Delivery.h"
+#include "shell/AppState.h"
+
+namespace {
+
+constexpr int kSomethingWaits = 1;
+
+std::string OwnFolder() {
+  std::error_code ignored;
+  return std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path().string();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Carries uploads of the maintenance logbook to the content server.", "ecm-agent");
+  std::string home = logbook::DefaultHome();
+  std::string application = OwnFolder();
+  bool status = false;
+  bool once = false;
+  app.add_option("--home", home, "Home of the logbook, with its drives and its registry hive")
+      ->type_name("FOLDER");
+  app.add_option("--app", application, "Folder of the logbook's program, with arecm.cfg")
+      ->type_name("FOLDER");
+  app.add_flag("--status", status, "List what waits and why, and end");
+  app.add_flag("--once", once, "Try everything once and end");
+  app.set_version_flag("--version", "ecm-agent " LOGBOOK_VERSION);
+  CLI11_PARSE(app, argc, argv);
+
+  const logbook::Machine machine = logbook::OpenMachine(home);
+  logbook::AppState state(machine);
+  state.AppPath = logbook::DrivePathText(machine, application);
+  const std::string settings_file = state.AppPath + "\\arecm.cfg";
+  const std::string area = logbook::NativePath(machine, logbook::GetEcmTempArea(state));
+  if (status) {
+    std::cout << logbook::StatusText(machine, area, settings_file);
+    return logbook::Outbox(area).Waiting().empty() ? 0 : kSomethingWaits;
+  }
+  const auto rounds = once ? logbook::Rounds::kOne : logbook::Rounds::kUntilEmpty;
+  const logbook::DrainResult result = logbook::Drain(machine, area, settings_file, rounds);
+  return result == logbook::DrainResult::kWaiting || result == logbook::DrainResult::kDisabled
+             ? kSomethingWaits
+             : 0;
+}

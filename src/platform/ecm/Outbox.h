@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The outbox: what has been taken over for the content server and has not arrived there yet. It is
+// the folder "outbox" of the temporary area; each submission is a folder in it, named after its
+// staging folder and eight random hexadecimal digits (docs/file-formats.md). All changes of a
+// submission's state are renames, so that a crash leaves one state or the next. Paths are native.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace logbook {
+
+// What became of the last attempt to deliver a submission.
+struct DeliveryNote {
+  int tries = 0;
+  std::int64_t last_try = 0;  // seconds since 1970, 0 for none
+  std::string reason;         // one line; empty if it was not tried
+};
+
+class Outbox {
+ public:
+  // The outbox of a temporary area; nothing is made yet.
+  explicit Outbox(const std::string& area);
+
+  // Takes the staging folder of this name and the descriptor beside it out of the area. All bytes
+  // are on the disk when it returns. Raises RunTimeError if that fails; folder and descriptor then
+  // stand in the area as before.
+  void TakeOver(const std::string& staging_name);
+
+  // Brings takings-over that a crash has cut short to their end and removes what is delivered.
+  // What fails stays as it is. Raises nothing.
+  void Recover();
+
+  // Names of the submissions, oldest first. Empty if there is no outbox.
+  std::vector<std::string> Waiting() const;
+  // True if there is neither a submission nor anything for Recover to do.
+  bool IsEmpty() const;
+
+  std::string DescriptorOf(const std::string& submission) const;
+  std::string FileOf(const std::string& submission, const std::string& name) const;
+  // Names of the files of a submission, ascending.
+  std::vector<std::string> FilesOf(const std::string& submission) const;
+
+  // Deletes a delivered submission.
+  void Remove(const std::string& submission);
+
+  DeliveryNote NoteOf(const std::string& submission) const;
+  // Failures are ignored: a note is for the eye.
+  void SetNote(const std::string& submission, const DeliveryNote& note);
+
+  // Native path of the file that the one agent at work holds locked.
+  std::string AgentLock() const;
+
+ private:
+  std::string PathOf(const std::string& submission) const;
+  void FinishTakingOver(const std::string& unfinished);
+  void RecoverUnfinished(const std::string& name);
+
+  std::string area_;
+  std::string folder_;
+};
+
+// An exclusive lock on a file, made if it is missing; released with the object.
+class FileLock {
+ public:
+  enum class Patience { kWait, kTry };
+  FileLock(const std::string& path, Patience patience);
+  ~FileLock();
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+  bool IsHeld() const { return descriptor_ >= 0; }
+
+ private:
+  int descriptor_ = -1;
+};
+
+}  // namespace logbook

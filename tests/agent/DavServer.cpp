@@ -1,0 +1,192 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "DavServer.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <signal.h>
+#include <sys/mount.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <thread>
+
+#include "support/RunProgram.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook::test {
+
+namespace {
+
+constexpr const char* kProgram = "/usr/sbin/apache2";
+constexpr const char* kModules = "/usr/lib/apache2/modules";
+constexpr int kNobody = 65534;  // whom the server runs as if the test runs as the administrator
+
+sockaddr_in LocalAddress(int port) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<std::uint16_t>(port));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  return address;
+}
+
+int FreePort() {
+  const int probe = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address = LocalAddress(0);
+  socklen_t size = sizeof address;
+  if (bind(probe, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
+      getsockname(probe, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+    throw std::runtime_error("no free port");
+  close(probe);
+  return ntohs(address.sin_port);
+}
+
+bool Answers(int port) {
+  const int probe = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const sockaddr_in address = LocalAddress(port);
+  const bool connected =
+      connect(probe, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+  close(probe);
+  return connected;
+}
+
+void GiveAway(const std::string& path) {
+  if (geteuid() == 0 && chown(path.c_str(), kNobody, kNobody) != 0)
+    throw std::runtime_error("chown " + path);
+}
+
+void Must(const std::string& command) {
+  const ProgramResult result = RunProgram(command);
+  if (result.status != 0) throw std::runtime_error(command + ": " + result.output);
+}
+
+}  // namespace
+
+bool HasDavServer() {
+  return access(kProgram, X_OK) == 0 && fs::exists(std::string(kModules) + "/mod_dav_fs.so");
+}
+
+DavServer::DavServer(Scheme scheme) : scheme_(scheme) {
+  std::string pattern = (fs::temp_directory_path() / "logbook-dav-XXXXXX").string();
+  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
+  folder_ = pattern;
+  fs::permissions(folder_, fs::perms(0755));
+  for (const char* name : {"/root", "/lock"}) {
+    fs::create_directory(folder_ + name);
+    GiveAway(folder_ + name);
+  }
+  port_ = FreePort();
+  if (scheme_ == Scheme::kHttps) MakeCertificates();
+  WriteConfiguration();
+}
+
+DavServer::~DavServer() {
+  Stop();
+  if (has_disk_) umount2(Root().c_str(), MNT_DETACH);
+  std::error_code ignored;
+  fs::remove_all(folder_, ignored);
+}
+
+void DavServer::MakeCertificates() {
+  const std::string in_folder = "cd " + Quoted(folder_) + " && ";
+  Must(in_folder +
+       "openssl req -x509 -newkey rsa:2048 -nodes -days 2 -keyout ca.key -out ca.pem "
+       "-subj '/CN=Logbook test authority'");
+  Must(in_folder +
+       "openssl req -newkey rsa:2048 -nodes -keyout server.key -out server.csr "
+       "-subj '/CN=127.0.0.1'");
+  std::ofstream(folder_ + "/server.ext") << "subjectAltName=IP:127.0.0.1\n";
+  Must(in_folder +
+       "openssl x509 -req -in server.csr -CA ca.pem -CAkey ca.key -CAcreateserial "
+       "-days 2 -extfile server.ext -out server.pem");
+}
+
+std::string DavServer::TlsLines() const {
+  if (scheme_ == Scheme::kHttp) return {};
+  return std::string("LoadModule ssl_module ") + kModules + "/mod_ssl.so\n" +
+         "SSLEngine on\nSSLCertificateFile " + folder_ + "/server.pem\n" +
+         "SSLCertificateKeyFile " + folder_ + "/server.key\n";
+}
+
+void DavServer::WriteConfiguration() {
+  const std::string hash =
+      RunProgram(std::string("openssl passwd -apr1 ") + Quoted(kPassword)).output;
+  std::ofstream(folder_ + "/users") << kUser << ':' << hash;
+  std::ofstream out(folder_ + "/httpd.conf");
+  out << "ServerRoot " << folder_ << "\nPidFile " << folder_ << "/pid\nServerName 127.0.0.1\n"
+      << "Listen 127.0.0.1:" << port_ << "\nErrorLog " << folder_ << "/error.log\n";
+  for (const char* name : {"mpm_event", "authn_core", "authn_file", "authz_core", "authz_user",
+                           "auth_basic", "dav", "dav_fs"})
+    out << "LoadModule " << name << "_module " << kModules << "/mod_" << name << ".so\n";
+  if (geteuid() == 0) out << "User #" << kNobody << "\nGroup #" << kNobody << "\n";
+  out << "DocumentRoot " << Root() << "\nDavLockDB " << folder_ << "/lock/db\n"
+      << "CustomLog " << folder_ << "/access.log \"%m %U %>s\"\n"
+      << "<Directory " << Root() << ">\n  Dav On\n  AuthType Basic\n  AuthName \"Content server\"\n"
+      << "  AuthUserFile " << folder_ << "/users\n  Require valid-user\n</Directory>\n"
+      << TlsLines();
+}
+
+void DavServer::Start() {
+  if (process_ >= 0) return;
+  process_ = fork();
+  if (process_ == 0) {
+    const std::string configuration = folder_ + "/httpd.conf";
+    execl(kProgram, kProgram, "-D", "FOREGROUND", "-f", configuration.c_str(), nullptr);
+    _exit(127);
+  }
+  for (int look = 0; look < 500; ++look) {
+    if (Answers(port_)) return;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  throw std::runtime_error("the server does not start: " +
+                           RunProgram("cat " + Quoted(folder_ + "/error.log")).output);
+}
+
+void DavServer::Stop() {
+  if (process_ < 0) return;
+  kill(process_, SIGTERM);
+  waitpid(process_, nullptr, 0);
+  process_ = -1;
+}
+
+bool DavServer::LimitDisk(int bytes) {
+  const std::string options = "size=" + std::to_string(bytes);
+  if (mount("tmpfs", Root().c_str(), "tmpfs", 0, options.c_str()) != 0) return false;
+  has_disk_ = true;
+  GiveAway(Root());
+  return true;
+}
+
+std::string DavServer::Url() const {
+  return std::string(scheme_ == Scheme::kHttps ? "https" : "http") +
+         "://127.0.0.1:" + std::to_string(port_) + "/";
+}
+
+std::vector<std::string> DavServer::Files() const {
+  std::vector<std::string> files;
+  for (const auto& entry : fs::recursive_directory_iterator(Root())) {
+    const std::string path = fs::relative(entry.path(), Root()).string();
+    // The server's own store of properties.
+    if (entry.is_regular_file() && path.find(".DAV") == std::string::npos) files.push_back(path);
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::vector<std::string> DavServer::Requests() const {
+  std::vector<std::string> lines;
+  std::ifstream in(folder_ + "/access.log");
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace logbook::test

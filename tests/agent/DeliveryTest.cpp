@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/ecm/Delivery.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "UploadStation.h"
+#include "platform/ecm/FolderStore.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// A server in memory that records its calls and fails on demand.
+class TestStore : public ContentStore {
+ public:
+  void MakeRoot() override {}
+  void MakeFolder(const std::string& path) override { calls.push_back("MakeFolder " + path); }
+  std::optional<Digest> DigestOf(const std::string& path) override {
+    const auto file = files.find(path);
+    return file == files.end() ? std::nullopt : std::optional(file->second);
+  }
+  void Put(const std::string& path, const std::string& native_file) override {
+    calls.push_back("Put " + path);
+    if (path.find(fails_at) != std::string::npos && !fails_at.empty())
+      throw DeliveryError(DeliveryError::Reach::kThisSubmission, "no");
+    files[path] = DigestOfFile(native_file);
+    if (spoils) files[path].sha256[0] ^= 1;
+  }
+  void Move(const std::string& from, const std::string& to) override {
+    calls.push_back("Move " + to);
+    files[to] = files.at(from);
+    files.erase(from);
+  }
+
+  std::map<std::string, Digest> files;
+  std::vector<std::string> calls;
+  std::string fails_at;
+  bool spoils = false;
+};
+
+class DeliveryTest : public testing::Test {
+ protected:
+  DeliveryTest() : outbox(disk.Native("C:\\area")) {
+    disk.Put("C:\\area\\outbox\\one\\files\\a.txt", "a");
+    disk.Put("C:\\area\\outbox\\one\\files\\b.txt", "b");
+    disk.Put("C:\\area\\outbox\\one\\upload.xml", "<Upload/>");
+  }
+
+  TestMachine disk;
+  Outbox outbox;
+  TestStore store;
+};
+
+TEST_F(DeliveryTest, FilesGoUnderATemporaryNameAndTheDescriptorLast) {
+  Deliver(outbox, store, "one");
+  EXPECT_THAT(store.calls, ElementsAre("MakeFolder one", "Put one/a.txt.part", "Move one/a.txt",
+                                       "Put one/b.txt.part", "Move one/b.txt", "Put one.xml.part",
+                                       "Move one.xml"));
+  EXPECT_TRUE(outbox.IsEmpty());
+}
+
+TEST_F(DeliveryTest, WhatHasArrivedIsNotSentAgain) {
+  store.files["one/a.txt"] = DigestOfFile(outbox.FileOf("one", "a.txt"));
+  store.files["one.xml"] = DigestOfFile(outbox.DescriptorOf("one"));
+  Deliver(outbox, store, "one");
+  EXPECT_THAT(store.calls, ElementsAre("MakeFolder one", "Put one/b.txt.part", "Move one/b.txt"));
+}
+
+TEST_F(DeliveryTest, AFileThatTheServerSpoilsIsNotMovedIntoPlace) {
+  store.spoils = true;
+  EXPECT_THROW(Deliver(outbox, store, "one"), DeliveryError);
+  EXPECT_THAT(store.calls, ElementsAre("MakeFolder one", "Put one/a.txt.part"));
+  EXPECT_FALSE(outbox.IsEmpty());
+}
+
+TEST_F(DeliveryTest, AnotherFileOfTheSameNameIsNotOverwritten) {
+  store.files["one/a.txt"] = Digest{.size = 1, .sha256 = "other"};
+  EXPECT_THROW(Deliver(outbox, store, "one"), DeliveryError);
+  EXPECT_EQ(store.files["one/a.txt"].sha256, "other");
+  EXPECT_FALSE(outbox.IsEmpty());
+}
+
+TEST_F(DeliveryTest, AFailureKeepsTheDescriptorBackAndTheOutboxFull) {
+  store.fails_at = "b.txt";
+  EXPECT_THROW(Deliver(outbox, store, "one"), DeliveryError);
+  EXPECT_THAT(outbox.FilesOf("one"), ElementsAre("a.txt", "b.txt"));
+  EXPECT_EQ(store.files.count("one.xml"), 0u);
+  store.fails_at.clear();
+  Deliver(outbox, store, "one");
+  EXPECT_EQ(std::count(store.calls.begin(), store.calls.end(), "Put one/a.txt.part"), 1);
+  EXPECT_TRUE(outbox.IsEmpty());
+}
+
+TEST_F(DeliveryTest, ATemporaryNameNeverIsTheNameOfAFile) {
+  disk.Put("C:\\area\\outbox\\one\\files\\a.txt.part", "part");
+  Deliver(outbox, store, "one");
+  EXPECT_EQ(store.files.size(), 4u);
+  EXPECT_EQ(store.files.at("one/a.txt.part").size, 4u);
+}
+
+// A shared folder as the server.
+class SharedFolderTest : public testing::Test {
+ protected:
+  SharedFolderTest() { station.Configure({{"Url", "file:///C:/share"}, {"Folder", "a/b"}}); }
+
+  UploadStation station{UploadStation::Agent::kStartedByTest};
+};
+
+TEST_F(SharedFolderTest, FilesAndDescriptorArriveBelowTheConfiguredFolder) {
+  station.disk.MakeFolders("C:\\share");
+  station.Submit("é.pdf", "bytes");
+  const std::string submission = station.TheOutbox().Waiting().at(0);
+  EXPECT_EQ(station.RunAgent().status, 0);
+  EXPECT_EQ(station.disk.Get("C:\\share\\a\\b\\" + submission + "\\é.pdf"), "bytes");
+  EXPECT_THAT(station.disk.Get("C:\\share\\a\\b\\" + submission + ".xml"), HasSubstr("é.pdf"));
+  EXPECT_TRUE(station.TheOutbox().IsEmpty());
+}
+
+TEST_F(SharedFolderTest, AShareThatIsNotMountedIsNotMadeAndTheStatusSaysSo) {
+  station.Submit("a.pdf", "bytes");
+  EXPECT_EQ(station.RunAgent("--once").status, 1);
+  EXPECT_FALSE(station.disk.Has("C:\\share"));
+  const ProgramResult status = station.RunAgent("--status");
+  EXPECT_EQ(status.status, 1);
+  EXPECT_THAT(status.output, HasSubstr("Waiting: 1\n"));
+  EXPECT_THAT(status.output, HasSubstr("a.pdf"));
+  EXPECT_THAT(status.output, HasSubstr("Tries: 1, the last on "));
+  EXPECT_THAT(status.output, HasSubstr("share is not there."));
+}
+
+TEST_F(SharedFolderTest, AnEmptyOutboxIsAnEmptyStatus) {
+  const ProgramResult status = station.RunAgent("--status");
+  EXPECT_EQ(status.status, 0);
+  EXPECT_EQ(status.output, "Content server: file:///C:/share\nAgent: not running\nWaiting: 0\n");
+}
+
+TEST_F(SharedFolderTest, OneAgentAtATime) {
+  station.Submit("a.pdf", "bytes");  // the share is missing, so the first agent goes on trying
+  const pid_t first = station.StartAgent();
+  while (station.TheOutbox().NoteOf(station.TheOutbox().Waiting().at(0)).tries == 0)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  EXPECT_THAT(station.Status(), HasSubstr("Agent: at work"));
+  EXPECT_EQ(station.RunAgent().status, 0) << "the second one leaves the work to the first";
+  station.disk.MakeFolders("C:\\share");
+  EXPECT_TRUE(station.WaitUntilEmpty());
+  int status = 0;
+  EXPECT_EQ(waitpid(first, &status, 0), first);
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(SharedFolderTest, WhatComesDuringAPauseIsTriedAtOnce) {
+  station.Configure({{"Url", "file:///C:/share"}, {"RetryPause", "3600000"}});
+  const std::string config = station.disk.Get("C:\\QUOREX\\qrxexe\\arecm.cfg");
+  station.disk.Put("C:\\QUOREX\\qrxexe\\arecm.cfg",
+                   "[Content Server]\r\nUrl=file:///C:/share\r\nRetryPause=3600000\r\n"
+                   "LongestPause=3600000\r\n");
+  station.Submit("a.pdf", "bytes");
+  const pid_t agent = station.StartAgent();
+  while (station.TheOutbox().NoteOf(station.TheOutbox().Waiting().at(0)).tries == 0)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  station.disk.MakeFolders("C:\\share");
+  ++station.clock.now.Second;
+  station.Submit("b.pdf", "bytes");
+  EXPECT_TRUE(station.WaitUntilEmpty());
+  EXPECT_EQ(waitpid(agent, nullptr, 0), agent);
+}
+
+TEST_F(SharedFolderTest, ADamagedSubmissionDoesNotHoldUpTheOthers) {
+  station.disk.MakeFolders("C:\\share");
+  station.Submit("a.pdf", "bytes");
+  const std::string damaged = station.TheOutbox().Waiting().at(0);
+  fs::remove(station.TheOutbox().DescriptorOf(damaged));
+  ++station.clock.now.Second;
+  station.Submit("b.pdf", "bytes");
+  EXPECT_EQ(station.RunAgent("--once").status, 1);
+  EXPECT_THAT(station.TheOutbox().Waiting(), ElementsAre(damaged));
+  EXPECT_THAT(station.Status(), HasSubstr("cannot be read"));
+}
+
+TEST_F(SharedFolderTest, WithoutAnAddressTheAgentLeavesTheOutboxAlone) {
+  station.Submit("a.pdf", "bytes");
+  station.Configure({{"Folder", "a"}});
+  EXPECT_EQ(station.RunAgent().status, 1);
+  EXPECT_FALSE(station.TheOutbox().IsEmpty());
+  EXPECT_THAT(station.Status(), HasSubstr("Content server: none"));
+}
+
+}  // namespace
+}  // namespace logbook::test
