@@ -349,6 +349,15 @@ TEST(PrintTuneReport, TheFolderIsNotHandedOverUntilTheCellReadsZero) {
   EXPECT_EQ(tuning.events.delivered, 7);
 }
 
+TEST(PrintTuneReport, APathThatCannotBeHandedOverIsPassedOver) {
+  Tuning tuning;
+  tuning.state.IniFile = "C:\\no folder\\logbook.ini";
+  tuning.events.on_deliver = [&](int) { tuning.cell.text = "0"; };
+  PrintTuneReport(tuning.state, tuning.services, tuning.view);
+  EXPECT_EQ(tuning.cell.written, std::vector<std::string>{"2"});
+  EXPECT_TRUE(tuning.messages.shown.empty());
+}
+
 TEST(PrintTuneReport, AnyOtherValueOfTheCellEndsTheWait) {
   for (const char* value : {"0", "1", "", "9"}) {
     Tuning tuning;
