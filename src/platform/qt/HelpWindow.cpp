@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QSignalBlocker>
 #include <QSplitter>
 #include <QTextBrowser>
 #include <QTextDocument>
@@ -23,14 +24,14 @@ namespace logbook {
 namespace {
 
 constexpr int kWidth = 900, kHeight = 640, kContentsWidth = 240;
-constexpr int kPageRole = Qt::UserRole;  // file name of an entry's page
+constexpr int kPageRole = Qt::UserRole;  // URL of an entry's page
 
 }  // namespace
 
 HelpWindow::HelpWindow(HelpBook book, const QString& folder, const QString& notice)
     : QWidget(nullptr, Qt::Window),
       book_(std::move(book)),
-      folder_(folder),
+      folder_(QUrl::fromLocalFile(folder + QLatin1Char('/'))),
       contents_(new QTreeWidget),
       text_(new QTextBrowser),
       find_(new QLineEdit) {
@@ -43,8 +44,8 @@ HelpWindow::HelpWindow(HelpBook book, const QString& folder, const QString& noti
   text_->setObjectName(QStringLiteral("HelpText"));
   text_->setAccessibleName(tr("Page"));
   text_->setOpenExternalLinks(true);
-  text_->setSearchPaths({folder_});
-  connect(text_, &QTextBrowser::sourceChanged, this, [this] { FollowPage(); });
+  connect(text_, &QTextBrowser::sourceChanged, this,
+          [this](const QUrl& page) { FollowPage(page); });
   MakeContents();
 
   auto* panes = new QSplitter;
@@ -77,12 +78,12 @@ void HelpWindow::MakeContents() {
     above.resize(level);
     auto* entry = level == 0 ? new QTreeWidgetItem(contents_) : new QTreeWidgetItem(above.back());
     entry->setText(0, ToQt(page.Title));
-    entry->setData(0, kPageRole, ToQt(page.File));
+    entry->setData(0, kPageRole, UrlOf(page));
     above.push_back(entry);
   }
   contents_->expandAll();
   connect(contents_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* entry) {
-    const QUrl url(entry == nullptr ? QString() : entry->data(0, kPageRole).toString());
+    const QUrl url = entry == nullptr ? QUrl() : entry->data(0, kPageRole).toUrl();
     if (!url.isEmpty() && text_->source() != url) text_->setSource(url);
   });
 }
@@ -120,6 +121,10 @@ QWidget* HelpWindow::MakeTools() {
   return tools;
 }
 
+QUrl HelpWindow::UrlOf(const HelpPage& page) const {
+  return folder_.resolved(QUrl(ToQt(page.File)));
+}
+
 void HelpWindow::ShowTopic(std::uint32_t topic) {
   ShowPage(book_.PageOf(topic));
 }
@@ -129,13 +134,13 @@ void HelpWindow::ShowFirstPage() {
 }
 
 void HelpWindow::ShowPage(const HelpPage* page) {
-  if (page != nullptr) text_->setSource(QUrl(ToQt(page->File)));
+  if (page != nullptr) text_->setSource(UrlOf(*page));
 }
 
-void HelpWindow::FollowPage() {
-  const QString shown = text_->source().toString();
+void HelpWindow::FollowPage(const QUrl& page) {
+  const QSignalBlocker follows(contents_);
   for (QTreeWidgetItemIterator entry(contents_); *entry != nullptr; ++entry) {
-    if ((*entry)->data(0, kPageRole).toString() != shown) continue;
+    if ((*entry)->data(0, kPageRole).toUrl() != page) continue;
     contents_->setCurrentItem(*entry);
     return;
   }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QString>
+#include <QUrl>
 #include <QWidget>
 
 #include "desktop/HelpBook.h"
@@ -30,13 +31,14 @@ class HelpWindow : public QWidget {
  private:
   void MakeContents();
   QWidget* MakeTools();
+  QUrl UrlOf(const HelpPage& page) const;
   void ShowPage(const HelpPage* page);
-  // Marks the entry of the page that is shown.
-  void FollowPage();
+  // Marks the entry of a page in the contents.
+  void FollowPage(const QUrl& page);
   void FindNext();
 
   const HelpBook book_;
-  const QString folder_;
+  const QUrl folder_;
   QTreeWidget* contents_;
   QTextBrowser* text_;
   QLineEdit* find_;

@@ -104,8 +104,9 @@ void QtHelpEngine::ShowBook(const QString& index, std::optional<std::uint32_t> t
   if (window_ == nullptr || book_ != index) {
     if (window_ != nullptr) window_->close();
     QFile file(index);
-    if (!file.open(QIODevice::ReadOnly) && notice.isEmpty()) return;
-    HelpBook book = ReadHelpBook(file.readAll().toStdString());
+    const bool is_there = QFileInfo(index).isFile() && file.open(QIODevice::ReadOnly);
+    HelpBook book;
+    if (is_there) book = ReadHelpBook(file.readAll().toStdString());
     if (book.Title.empty()) book.Title = HelpWindow::tr("Help").toStdString();
     window_ = new HelpWindow(std::move(book), QFileInfo(index).path(), notice);
     book_ = index;
