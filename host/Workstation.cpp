@@ -24,6 +24,7 @@ constexpr std::string_view kCodePageKey = "SYSTEM\\CurrentControlSet\\Control\\N
 constexpr std::string_view kDefaultRoot = "C:\\QUOREX\\";
 constexpr std::string_view kGeneralSettings = "qrxgen.ist";
 constexpr std::string_view kInstrumentSettings = "instrum.ist";
+constexpr std::string_view kHelpBookExtension = ".hhbook";
 constexpr std::size_t kValueSize = 512;
 
 // The value columns that a new workstation's list shows.
@@ -159,6 +160,23 @@ void MakeWorkstation(const std::string& home, const WorkstationSetup& setup) {
   PutFileIfMissing(machine, exe + std::string(kInstrumentSettings),
                    InstrumentSettingsText(setup.instrument));
   PutFileIfMissing(machine, exe + "logbook.ini", LogbookProfileText());
+}
+
+void InstallManual(const Workstation& workstation, const std::string& folder) {
+  const std::string source = PathText(folder);
+  const std::string help_folder = workstation.root + "help\\";
+  std::string book;
+  if (FolderExists(workstation.machine, source)) {
+    for (const FolderEntry& entry : ScanFolder(workstation.machine, source)) {
+      if (entry.kind != FolderEntry::Kind::kFile) continue;
+      PutFile(workstation.machine, help_folder + entry.name,
+              ReadFile(workstation.machine, source + "\\" + entry.name));
+      if (entry.name.ends_with(kHelpBookExtension)) book = entry.name;
+    }
+  }
+  if (book.empty()) throw std::invalid_argument("no help book in " + folder);
+  WritePrivateProfileString(workstation.machine, "PCS,1", "_HELPFILE$", book,
+                            workstation.exe_path + std::string(kGeneralSettings));
 }
 
 int LogCountIn(const Machine& machine, std::string_view log_root) {

@@ -49,6 +49,11 @@ struct WorkstationSetup {
 // std::runtime_error if a file cannot be written.
 void MakeWorkstation(const std::string& home, const WorkstationSetup& setup);
 
+// Copies a help book, given by the native path of its folder, into the workstation's help folder
+// and names it in qrxgen.ist. Files of these names are replaced. Raises std::invalid_argument if
+// the folder holds no "*.hhbook", std::runtime_error if a file cannot be read or written.
+void InstallManual(const Workstation& workstation, const std::string& folder);
+
 // How many logs, that is folders, a log root holds. 0 if it cannot be read.
 int LogCountIn(const Machine& machine, std::string_view log_root);
 

@@ -34,6 +34,7 @@ struct CommandLine {
   std::optional<std::string> build;
   std::optional<std::uint64_t> seed;
   std::optional<int> code_page;
+  std::optional<std::string> manual;
   std::vector<std::string> damages;
   std::size_t log_kilobytes = 0;
 
@@ -77,6 +78,7 @@ void Prepare(const CommandLine& line) {
 
 int Init(const CommandLine& line) {
   Prepare(line);
+  if (line.manual) InstallManual(OpenWorkstation(line.home), *line.manual);
   std::printf("quorex-host: workstation in %s\n", line.home.c_str());
   return 0;
 }
@@ -159,6 +161,7 @@ void AddInit(CLI::App& app, CommandLine& line) {
   CLI::App* init = app.add_subcommand("init", "Make the demonstration workstation");
   AddCommonOptions(*init, line);
   init->add_option("--code-page", line.code_page, "The workstation's code page (1252)");
+  init->add_option("--manual", line.manual, "Folder of a help book to copy into the help folder");
 }
 
 void AddFill(CLI::App& app, CommandLine& line) {

@@ -129,5 +129,25 @@ TEST_F(WorkstationTest, OptionsGoBesideWhatTheLogbookWrote) {
       "COLOPGS=0\r\n");
 }
 
+TEST_F(WorkstationTest, AManualIsCopiedIntoTheHelpFolderAndNamedInTheSettings) {
+  const Workstation workstation = Make();
+  EXPECT_EQ(Setting(workstation, "qrxgen.ist", "PCS,1", "_HELPFILE$"), "quorex.chm");
+  home_.Put("C:\\book\\logbook.hhbook", "Title\n");
+  home_.Put("C:\\book\\start.html", "page");
+  InstallManual(workstation, home_.Native("C:\\book"));
+  EXPECT_EQ(Setting(workstation, "qrxgen.ist", "PCS,1", "_HELPFILE$"), "logbook.hhbook");
+  EXPECT_EQ(ItemText(workstation, "_helpfile$"), "logbook.hhbook");
+  EXPECT_EQ(home_.Get("C:\\QUOREX\\help\\logbook.hhbook"), "Title\n");
+  EXPECT_EQ(home_.Get("C:\\QUOREX\\help\\start.html"), "page");
+}
+
+TEST_F(WorkstationTest, AFolderWithoutAHelpBookIsRefused) {
+  const Workstation workstation = Make();
+  home_.MakeFolders("C:\\empty");
+  for (const std::string folder : {"C:\\empty", "C:\\missing"})
+    EXPECT_THROW(InstallManual(workstation, home_.Native(folder)), std::invalid_argument);
+  EXPECT_EQ(Setting(workstation, "qrxgen.ist", "PCS,1", "_HELPFILE$"), "quorex.chm");
+}
+
 }  // namespace
 }  // namespace logbook::host

@@ -90,4 +90,25 @@ std::vector<PlacedWord> WordsOf(const std::string& pdf) {
   return words;
 }
 
+bool Picture::DarkBetween(int y, int from, int to) const {
+  if (y < 0 || y >= height || to > width) return false;
+  for (int x = from; x < to; ++x) {
+    if (static_cast<unsigned char>(dots[static_cast<std::size_t>(y * width + x)]) > 200)
+      return false;
+  }
+  return true;
+}
+
+Picture PictureOf(const std::string& pdf) {
+  const std::string file = OutputOf("pdftoppm -r 72 -gray -f 1 -l 1 '" + pdf + "'");
+  Picture picture;
+  int header = 0;
+  if (std::sscanf(file.c_str(), "P5 %d %d 255%n", &picture.width, &picture.height, &header) != 2) {
+    ADD_FAILURE() << "no picture of " << pdf;
+    return picture;
+  }
+  picture.dots = file.substr(static_cast<std::size_t>(header) + 1);
+  return picture;
+}
+
 }  // namespace logbook::test

@@ -41,6 +41,15 @@ struct PlacedWord {
 };
 std::vector<PlacedWord> WordsOf(const std::string& pdf);
 
+// The first page as dots of 1/72 inch.
+struct Picture {
+  int width = 0, height = 0;
+  std::string dots;  // by row, 0 black to 255 white
+  // True if all dots of a row from one column to another, not included, are darker than paper.
+  bool DarkBetween(int y, int from, int to) const;
+};
+Picture PictureOf(const std::string& pdf);
+
 }  // namespace logbook::test
 
 // Skips a test that needs the PDF tools on a machine that lacks them.

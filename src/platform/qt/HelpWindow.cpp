@@ -23,7 +23,7 @@ namespace logbook {
 
 namespace {
 
-constexpr int kWidth = 900, kHeight = 640, kContentsWidth = 240;
+constexpr int kWidth = 960, kHeight = 680, kContentsWidth = 240;
 constexpr int kPageRole = Qt::UserRole;  // URL of an entry's page
 
 }  // namespace

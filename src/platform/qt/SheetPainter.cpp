@@ -21,6 +21,8 @@ namespace {
 constexpr double kSideMargin = 54, kEndMargin = 72, kHeaderMargin = 36;
 constexpr double kThinLine = 0.25, kRule = 0.75;
 constexpr int kRuleStyle = 4;
+// Space above the text of a row, which keeps it off a rule there.
+constexpr double kRowLead = 1.5;
 // Characters of a column that is not fitted.
 constexpr int kDefaultColumn = 9;
 
@@ -95,12 +97,12 @@ void SheetPainter::Measure() {
 
 void SheetPainter::MeasureRow(int row) {
   std::vector<Cell> cells;
-  double height = TypefaceOf(sheet_.FontOf(row, 1)).metrics.lineSpacing();
+  double text_height = TypefaceOf(sheet_.FontOf(row, 1)).metrics.lineSpacing();
   for (int column = 1; column <= columns_; ++column) {
     const Typeface& face = TypefaceOf(sheet_.FontOf(row, column));
     QString text = PrintableText(sheet_.Text(row, column));
     const double width = face.metrics.horizontalAdvance(text);
-    height = std::max(height, face.metrics.lineSpacing());
+    text_height = std::max(text_height, face.metrics.lineSpacing());
     double& column_width = widths_[static_cast<std::size_t>(column - 1)];
     // One character keeps a column off its right neighbour.
     const double gap = column < columns_ ? face.character : 0;
@@ -108,7 +110,7 @@ void SheetPainter::MeasureRow(int row) {
     cells.push_back({std::move(text), &face, width});
   }
   cells_.push_back(std::move(cells));
-  heights_.push_back(height);
+  heights_.push_back(text_height + kRowLead * point_);
 }
 
 void SheetPainter::Paint() {
@@ -152,7 +154,7 @@ void SheetPainter::PaintRow(int row, const ColumnBand& columns, double top) {
   for (std::size_t i = 0; i < cells.size(); ++i) {
     const double right = left + widths_[i];
     if (right > columns.Left && left < columns.Right) {
-      PaintText(cells[i], left, columns, top + ascent);
+      PaintText(cells[i], left, columns, top + kRowLead * point_ + ascent);
       const double first = std::max(left, columns.Left) - columns.Left;
       const double last = std::min(right, columns.Right) - columns.Left;
       PaintBorder(sheet_.Border(row + 1, static_cast<int>(i) + 1),
