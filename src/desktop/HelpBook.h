@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // A help book: a folder of HTML pages and an index file that names them, "*.hhbook". The index is
-// UTF-8 text. Its first line is the book's title; every other line is a page in the order of the
-// contents, as three fields with a tab between them:
+// UTF-8 text (docs/printing-and-help.md). Its first line is the book's title; every other line is a
+// page in the order of the contents, as three fields with a tab between them:
 //
 //   topic number, or "-" for a page that no program asks for
 //   file name of the page, from the folder of the index; "#" and an anchor may follow
