@@ -283,6 +283,47 @@ TEST_F(ArchiveTest, TheFileAppearsUnderItsNameOnlyWhenTheRunIsOver) {
   EXPECT_EQ(LeftOvers(), 0);
 }
 
+TEST_F(ArchiveTest, AFolderPutTwiceInOneRunStandsOnceWithItsNewContents) {
+  disk.Put("C:\\one\\a.txt", "old");
+  disk.Put("C:\\two\\b.txt", "b");
+  disk.Put("C:\\three\\c.txt", "c");
+  ZipWriter writer(disk);
+  result.assign(kZipResultBuffer, '\0');
+  EXPECT_EQ(writer.arZip(0, "C:\\out.zip", "C:\\one", "-a -r", result), 0);
+  EXPECT_EQ(writer.arZip(0, "C:\\out.zip", "C:\\two", "-a -r", result), 0);
+  disk.Put("C:\\one\\a.txt", "new");
+  EXPECT_EQ(writer.arZip(0, "C:\\out.zip", "C:\\one", "-a -r", result), 0);
+  EXPECT_EQ(writer.arZip(0, "C:\\out.zip", "C:\\three", "-a -r", result), 0);
+  EXPECT_EQ(writer.Finish(result), 0);
+  const std::string zip = Quoted(disk.Native("C:\\out.zip"));
+  EXPECT_EQ(RunProgram("unzip -Z1 " + zip + " | sort | uniq -c | awk '{print $1 $2}'").output,
+            "1one/\n1one/a.txt\n1three/\n1three/c.txt\n1two/\n1two/b.txt\n");
+  EXPECT_EQ(RunProgram("unzip -p " + zip + " one/a.txt").output, "new");
+  EXPECT_EQ(RunProgram("unzip -tq " + zip).status, 0);
+}
+
+TEST_F(ArchiveTest, MoreEntriesThanSixteenBitsCountAreAllThere) {
+  for (const char* name : {"one", "two"}) {
+    const std::string folder = disk.Native(std::string("C:\\") + name);
+    ASSERT_EQ(RunProgram("mkdir " + Quoted(folder) + " && cd " + Quoted(folder) +
+                         " && seq 1 33000 | xargs touch")
+                  .status,
+              0);
+  }
+  ZipWriter writer(disk);
+  result.assign(kZipResultBuffer, '\0');
+  for (const char* name : {"C:\\one", "C:\\two"})
+    EXPECT_EQ(writer.arZip(0, "C:\\out.zip", name, "-a -r", result), 0);
+  EXPECT_EQ(writer.Finish(result), 0);
+  const std::string zip = Quoted(disk.Native("C:\\out.zip"));
+  EXPECT_EQ(RunProgram("unzip -Z1 " + zip + " | wc -l").output, "66002\n");
+  EXPECT_EQ(RunProgram("python3 -c 'import sys, zipfile; "
+                       "print(len(zipfile.ZipFile(sys.argv[1]).namelist()))' " +
+                       zip)
+                .output,
+            "66002\n");
+}
+
 TEST_F(ArchiveTest, AFailedCallTakesNothingFromTheEarlierOnesOfTheRun) {
   disk.Put("C:\\one\\a.txt", "a");
   disk.MakeFolders("C:\\two");

@@ -13,6 +13,8 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/posix/ZipDirectory.h"
+
 namespace logbook {
 
 namespace {
@@ -63,6 +65,49 @@ zip_source_t* ZipStore::MakeSource() {
   return zip_source_function_create(&ZipStore::Command, this, nullptr);
 }
 
+bool ZipStore::BeginPart() {
+  base_ = 0;
+  return FileSize(base_);
+}
+
+bool ZipStore::EndPart() {
+  std::uint64_t size = 0;
+  if (!FileSize(size)) return false;
+  std::string end(std::min<std::uint64_t>(size, kZipEndBytes), '\0');
+  errno = EIO;  // unless a call says otherwise
+  if (ReadAll(descriptor_, end.data(), end.size(), base_ + size - end.size()) ==
+      static_cast<ssize_t>(end.size())) {
+    const auto place = FindZipDirectory(end);
+    std::string directory(place ? place->size : 0, '\0');
+    if (place && ReadAll(descriptor_, directory.data(), directory.size(), base_ + place->offset) ==
+                     static_cast<ssize_t>(directory.size())) {
+      const auto moved = MoveZipDirectory(directory, base_);
+      if (moved && ftruncate(descriptor_, static_cast<off_t>(base_ + place->offset)) == 0) {
+        directory_ += *moved;
+        entries_ += place->count;
+        return true;
+      }
+    }
+  }
+  const int error = errno;
+  if (ftruncate(descriptor_, static_cast<off_t>(base_)) != 0) errno = error;
+  return false;
+}
+
+bool ZipStore::JoinParts() {
+  base_ = 0;
+  if (entries_ == 0) return true;
+  std::uint64_t size = 0;
+  if (!FileSize(size)) return false;
+  const std::string end = ZipEnd({.offset = size, .size = directory_.size(), .count = entries_});
+  if (!WriteAll(descriptor_, directory_.data(), directory_.size(), size) ||
+      !WriteAll(descriptor_, end.data(), end.size(), size + directory_.size()))
+    return false;
+  directory_.clear();
+  entries_ = 0;
+  return true;
+}
+
 zip_int64_t ZipStore::Command(void* store, void* data, zip_uint64_t length,
                               zip_source_cmd_t command) {
   return static_cast<ZipStore*>(store)->Run(data, length, command);
@@ -101,7 +146,7 @@ zip_int64_t ZipStore::Run(void* data, zip_uint64_t length, zip_source_cmd_t comm
     case ZIP_SOURCE_ROLLBACK_WRITE:
       return Rollback();
     case ZIP_SOURCE_REMOVE:
-      return ftruncate(descriptor_, 0) == 0 ? 0 : Fail(ZIP_ER_REMOVE);
+      return ftruncate(descriptor_, static_cast<off_t>(base_)) == 0 ? 0 : Fail(ZIP_ER_REMOVE);
     case ZIP_SOURCE_SUPPORTS:
       return zip_source_make_command_bitmap(
           ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR,
@@ -123,7 +168,7 @@ zip_int64_t ZipStore::Fail(int code) {
 bool ZipStore::FileSize(std::uint64_t& size) {
   struct stat status {};
   if (fstat(descriptor_, &status) != 0) return false;
-  size = static_cast<std::uint64_t>(status.st_size);
+  size = static_cast<std::uint64_t>(status.st_size) - base_;
   return true;
 }
 
@@ -142,7 +187,8 @@ zip_int64_t ZipStore::Read(void* data, zip_uint64_t length) {
   const std::uint64_t read_end = read_begin_ + read_buffer_.size();
   if (read_position_ < read_begin_ || read_position_ >= read_end) {
     read_buffer_.resize(kBuffer);
-    const ssize_t count = ReadAll(descriptor_, read_buffer_.data(), kBuffer, read_position_);
+    const ssize_t count =
+        ReadAll(descriptor_, read_buffer_.data(), kBuffer, base_ + read_position_);
     if (count < 0) return Fail(ZIP_ER_READ);
     read_buffer_.resize(static_cast<std::size_t>(count));
     read_begin_ = read_position_;
@@ -182,7 +228,7 @@ zip_int64_t ZipStore::BeginAppending(std::uint64_t offset) {
     return -1;
   }
   old_tail_.resize(size - offset);
-  const ssize_t count = ReadAll(descriptor_, old_tail_.data(), old_tail_.size(), offset);
+  const ssize_t count = ReadAll(descriptor_, old_tail_.data(), old_tail_.size(), base_ + offset);
   if (count != static_cast<ssize_t>(old_tail_.size())) return Fail(ZIP_ER_READ);
   target_ = descriptor_;
   kept_ = write_position_ = written_end_ = offset;
@@ -207,7 +253,8 @@ zip_int64_t ZipStore::Write(const void* data, zip_uint64_t length) {
 }
 
 bool ZipStore::Flush() {
-  if (!WriteAll(target_, write_buffer_.data(), write_buffer_.size(), write_position_)) return false;
+  if (!WriteAll(target_, write_buffer_.data(), write_buffer_.size(), base_ + write_position_))
+    return false;
   write_position_ += write_buffer_.size();
   written_end_ = std::max(written_end_, write_position_);
   write_buffer_.clear();
@@ -215,7 +262,7 @@ bool ZipStore::Flush() {
 }
 
 zip_int64_t ZipStore::Commit() {
-  if (!Flush() || ftruncate(target_, static_cast<off_t>(written_end_)) != 0)
+  if (!Flush() || ftruncate(target_, static_cast<off_t>(base_ + written_end_)) != 0)
     return Fail(ZIP_ER_WRITE);
   if (target_ != descriptor_) {
     if (std::rename((path_ + "2").c_str(), path_.c_str()) != 0) return Fail(ZIP_ER_RENAME);
@@ -235,8 +282,8 @@ zip_int64_t ZipStore::Rollback() {
   }
   target_ = -1;
   // Shorten first: the old end needs the room that a failed addition may have used up.
-  const bool restored = ftruncate(descriptor_, static_cast<off_t>(kept_)) == 0 &&
-                        WriteAll(descriptor_, old_tail_.data(), old_tail_.size(), kept_);
+  const bool restored = ftruncate(descriptor_, static_cast<off_t>(base_ + kept_)) == 0 &&
+                        WriteAll(descriptor_, old_tail_.data(), old_tail_.size(), base_ + kept_);
   old_tail_.clear();
   return restored ? 0 : Fail(ZIP_ER_WRITE);
 }

@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 // The working file of a zip archive as the zip library sees it: a source that it reads and writes.
-// The library's own sources copy the whole archive for each addition; this one appends in place,
+// The library's own sources copy the whole archive for each addition. This one appends in place,
 // which is safe because the file is nobody's but ours, and puts the old end back when an addition
-// fails.
+// fails. Or it shows the library an empty file behind what is there, and joins the directories of
+// all these parts at the end.
 #pragma once
 
 #include <zip.h>
@@ -27,6 +28,16 @@ class ZipStore {
   zip_source_t* MakeSource();
   // Says that entries will be replaced: the next writing makes a second file, from old and new.
   void ExpectReplacing() { replacing_ = true; }
+
+  // Starts a part: until it is ended, the library sees an empty file, which begins where the
+  // working file ends now.
+  bool BeginPart();
+  // Ends a part after the library has written it: keeps its directory in memory and cuts it off
+  // the file. If that fails, the part is gone.
+  bool EndPart();
+  // Writes one directory for all parts behind them; without parts nothing happens. From then on the
+  // library sees the whole archive. These three return false with errno set on failure.
+  bool JoinParts();
 
   int Descriptor() const { return descriptor_; }
 
@@ -52,6 +63,10 @@ class ZipStore {
   int descriptor_;
   const std::string path_;
   bool replacing_ = false;
+
+  std::uint64_t base_ = 0;  // where what the library sees begins; all positions count from there
+  std::string directory_;   // of all ended parts, with offsets for the whole file
+  std::uint64_t entries_ = 0;
 
   std::uint64_t read_position_ = 0;
   std::uint64_t read_begin_ = 0;  // place in the file of the first byte of read_buffer_
