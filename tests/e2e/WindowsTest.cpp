@@ -42,7 +42,7 @@ TEST_F(WindowsTest, MainWindowAndEditorStandInTheMiddleAndShowTheirControls) {
   work().RunHost({"fill", "--logs", "12", "--until", "2026-06-30"});
   work().StartHostWithLogbook();
   MainPage main(desktop());
-  EXPECT_TRUE(IsInTheMiddle(main.window()));
+  WaitFor("the main window in the middle", [&] { return IsInTheMiddle(main.window()); });
   // The buttons stand where their sizes in twips put them.
   const Place inner = desktop().PlaceOf(main.window());
   using Button = MainPage::Button;
@@ -62,7 +62,7 @@ TEST_F(WindowsTest, MainWindowAndEditorStandInTheMiddleAndShowTheirControls) {
 
   const std::string name = PressRecord(work(), main);
   EditorPage editor(desktop(), kLogRoot + name + "\\");
-  EXPECT_TRUE(IsInTheMiddle(editor.window()));
+  WaitFor("the editor in the middle", [&] { return IsInTheMiddle(editor.window()); });
   EXPECT_EQ(editor.place().width, 10080 / 15);
   EXPECT_EQ(editor.place().height, 5790 / 15);
   editor.Tick(2);
