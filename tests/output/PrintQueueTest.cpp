@@ -12,12 +12,12 @@
 #include <memory>
 #include <thread>
 
-#include "PdfTools.h"
-#include "PrivateCups.h"
 #include "output/ListPrinting.h"
 #include "output/PrintBridge.h"
 #include "platform/RunTimeError.h"
 #include "platform/qt/QtPrintService.h"
+#include "support/PdfTools.h"
+#include "support/PrivateCups.h"
 #include "support/TestServices.h"
 
 namespace logbook {

@@ -10,9 +10,9 @@
 #include <array>
 #include <filesystem>
 
-#include "PdfTools.h"
 #include "output/F1Report.h"
 #include "platform/RunTimeError.h"
+#include "support/PdfTools.h"
 #include "support/TestServices.h"
 
 namespace logbook {

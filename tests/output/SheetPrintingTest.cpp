@@ -9,7 +9,7 @@
 #include <QStringList>
 #include <algorithm>
 
-#include "PdfTools.h"
+#include "support/PdfTools.h"
 #include "support/TestMachine.h"
 
 namespace logbook {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-#include "PdfTools.h"
+#include "support/PdfTools.h"
 
 #include <gtest/gtest.h>
 

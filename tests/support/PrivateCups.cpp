@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-#include "PrivateCups.h"
+#include "support/PrivateCups.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -16,7 +16,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "PdfTools.h"
+#include "support/PdfTools.h"
 
 namespace fs = std::filesystem;
 
