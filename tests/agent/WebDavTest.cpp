@@ -16,8 +16,8 @@
 #include <random>
 #include <thread>
 
-#include "DavServer.h"
 #include "UploadStation.h"
+#include "support/DavServer.h"
 
 namespace logbook::test {
 namespace {

@@ -46,6 +46,14 @@ class RunScriptTest : public WholeProgram {
     return std::count_if(fs::directory_iterator(root), fs::directory_iterator(),
                          [](const auto& entry) { return entry.is_directory(); });
   }
+
+  // Files at the demonstration workstation's content server that bear this ending.
+  long Arrived(const std::string& ending) {
+    const std::string server = Demo() + "/content-server";
+    return std::count_if(
+        fs::recursive_directory_iterator(server), fs::recursive_directory_iterator(),
+        [&](const auto& entry) { return entry.path().string().ends_with(ending); });
+  }
 };
 
 bool Holds(const std::string& text, const std::string& part) {
@@ -60,11 +68,16 @@ TEST_F(RunScriptTest, WithoutADisplayItSaysSoAndMakesOneAutomaticRecord) {
   EXPECT_TRUE(Holds(first.output, "Automatically logged on Tune Report generation."));
   EXPECT_TRUE(Holds(first.output, "comment.txt")) << first.output;
   const long logs = Logs();
+  EXPECT_EQ(Arrived(".qkvzip"), 1) << first.output;
+  EXPECT_EQ(Arrived("listlog.csv"), 1);
+  EXPECT_EQ(Arrived(".xml"), 1);
+  EXPECT_TRUE(Holds(first.output, ".qkvzip\n")) << first.output;
   EXPECT_GT(logs, 1) << "past logs and the new one";
 
   const auto second = Run({"--ce"}, BareVariables());
   ASSERT_EQ(second.status, 0) << second.output;
   EXPECT_EQ(Logs(), logs + 1) << "the workstation is kept";
+  EXPECT_EQ(Arrived(".qkvzip"), 2) << second.output;
 
   const auto fresh = Run({"--fresh", "--build", "lumarin"}, BareVariables());
   ASSERT_EQ(fresh.status, 0) << fresh.output;
@@ -94,9 +107,21 @@ TEST_F(RunScriptTest, UnknownOptionAndHelp) {
   EXPECT_FALSE(fs::exists(Demo()));
 }
 
-TEST_F(RunScriptTest, WithADisplayTheLogbookComesUpAndExitEndsTheScript) {
+TEST_F(RunScriptTest, WithADisplayARecordArrivesAtTheContentServerAndExitEndsTheScript) {
   ChildProcess script({RUN_SCRIPT}, Variables(), desktop().NewFile("run"));
   MainPage main(desktop());
+  EXPECT_TRUE(Holds(script.Output(), Demo() + "/content-server\n")) << script.Output();
+  const std::string captured = "captured ";
+  main.Press(MainPage::Button::kRecord);
+  WaitFor("the snapshot", [&] { return Holds(script.Output(), captured); });
+  std::string log_path = script.Output();
+  log_path.erase(0, log_path.find(captured) + captured.size());
+  EditorPage editor(desktop(), log_path.substr(0, log_path.find('\n')));
+  editor.PressOK();
+  desktop().WaitUntilGone(editor.window());
+  WaitFor("the package to arrive", [&] { return Arrived(".xml") == 1; });
+  EXPECT_EQ(Arrived(".qkvzip"), 1);
+  desktop().TakePicture(main.window(), PictureFolder() + "/run.png");
   main.Press(MainPage::Button::kExit);
   EXPECT_EQ(script.WaitForEnd(), 0) << script.Output();
 }

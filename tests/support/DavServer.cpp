@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-#include "DavServer.h"
+#include "support/DavServer.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <signal.h>
 #include <sys/mount.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -39,14 +40,22 @@ sockaddr_in LocalAddress(int port) {
   return address;
 }
 
-int FreePort() {
-  const int probe = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = LocalAddress(0);
-  socklen_t size = sizeof address;
-  if (bind(probe, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
-      getsockname(probe, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+// A socket with a port that nobody else gets while it is open; a server may listen there.
+int ReservePort() {
+  const int reserved = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int yes = 1;
+  const sockaddr_in address = LocalAddress(0);
+  if (setsockopt(reserved, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes) != 0 ||
+      bind(reserved, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
     throw std::runtime_error("no free port");
-  close(probe);
+  return reserved;
+}
+
+int PortOf(int reserved) {
+  sockaddr_in address{};
+  socklen_t size = sizeof address;
+  if (getsockname(reserved, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+    throw std::runtime_error("no port");
   return ntohs(address.sin_port);
 }
 
@@ -84,7 +93,8 @@ DavServer::DavServer(Scheme scheme) : scheme_(scheme) {
     fs::create_directory(folder_ + name);
     GiveAway(folder_ + name);
   }
-  port_ = FreePort();
+  reserved_port_ = ReservePort();
+  port_ = PortOf(reserved_port_);
   if (scheme_ == Scheme::kHttps) MakeCertificates();
   WriteConfiguration();
 }
@@ -94,6 +104,7 @@ DavServer::~DavServer() {
   if (has_disk_) umount2(Root().c_str(), MNT_DETACH);
   std::error_code ignored;
   fs::remove_all(folder_, ignored);
+  close(reserved_port_);
 }
 
 void DavServer::MakeCertificates() {
@@ -137,9 +148,10 @@ void DavServer::WriteConfiguration() {
 
 void DavServer::Start() {
   if (process_ >= 0) return;
+  const std::string configuration = folder_ + "/httpd.conf";
   process_ = fork();
   if (process_ == 0) {
-    const std::string configuration = folder_ + "/httpd.conf";
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
     execl(kProgram, kProgram, "-D", "FOREGROUND", "-f", configuration.c_str(), nullptr);
     _exit(127);
   }

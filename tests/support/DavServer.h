@@ -50,6 +50,7 @@ class DavServer {
 
   Scheme scheme_;
   std::string folder_;
+  int reserved_port_ = -1;  // open socket that keeps the port while the server is down
   int port_ = 0;
   pid_t process_ = -1;
   bool has_disk_ = false;
