@@ -57,6 +57,13 @@ double NumberAt(const std::vector<double>& numbers, int row) {
 
 }  // namespace
 
+FileStamp SnapshotCache::Stamp(const std::string& path) {
+  if (passes_ == 0) return StampOf(machine_, path);
+  const auto known = stamps_.find(path);
+  if (known != stamps_.end()) return known->second;
+  return stamps_.emplace(path, StampOf(machine_, path)).first->second;
+}
+
 SnapshotCache::Descriptor SnapshotCache::ReadDescriptor(const std::string& logfile_ini) const {
   Descriptor descriptor;
   try {
@@ -71,7 +78,7 @@ SnapshotCache::Descriptor SnapshotCache::ReadDescriptor(const std::string& logfi
 
 const SnapshotCache::Descriptor& SnapshotCache::DescriptorOf(const std::string& logfile_ini,
                                                              Descriptor& fresh) {
-  const FileStamp stamp = StampOf(machine_, logfile_ini);
+  const FileStamp stamp = Stamp(logfile_ini);
   if (IsMissing(stamp)) return fresh;
   const auto known = descriptors_.find(logfile_ini);
   if (known != descriptors_.end() && known->second.stamp == stamp) return known->second.descriptor;
@@ -92,7 +99,7 @@ std::string SnapshotCache::Date(const std::string& logfile_ini) {
 }
 
 std::optional<double> SnapshotCache::Number(const std::string& path, int row) {
-  const FileStamp stamp = StampOf(machine_, path);
+  const FileStamp stamp = Stamp(path);
   if (IsMissing(stamp)) return std::nullopt;
   const auto known = numbers_.find(path);
   if (known != numbers_.end() && known->second.stamp == stamp) {
@@ -107,11 +114,11 @@ std::optional<double> SnapshotCache::Number(const std::string& path, int row) {
 }
 
 std::optional<std::string> SnapshotCache::SpelledMacro(const std::string& folder,
-                                                       const std::string& file) const {
+                                                       const std::string& file) {
   for (const std::string& name : MacroFileNames(file)) {
     const std::string path = folder + name;
     std::string spelled = PathText(NativePath(machine_, path));
-    if (!IsMissing(StampOf(machine_, spelled))) return spelled;
+    if (!IsMissing(Stamp(spelled))) return spelled;
     // A native name may hold what a path text cannot.
     if (Exists(machine_, path)) return path;
   }
@@ -120,14 +127,13 @@ std::optional<std::string> SnapshotCache::SpelledMacro(const std::string& folder
 
 std::optional<std::string> SnapshotCache::FindMacro(const std::string& folder,
                                                     const std::string& file) {
-  const FileStamp stamp = StampOf(machine_, folder);
+  const FileStamp stamp = Stamp(folder);
   const auto known = folders_.find(folder);
   const bool fresh = known != folders_.end() && known->second.stamp == stamp;
   if (fresh) {
     // What a link in the folder leads to may come and go without a change of the folder.
     const auto path = known->second.paths.find(file);
-    if (path != known->second.paths.end() && !IsMissing(StampOf(machine_, path->second)))
-      return path->second;
+    if (path != known->second.paths.end() && !IsMissing(Stamp(path->second))) return path->second;
   }
   const bool settled = !IsMissing(stamp) && IsSettled(stamp);
   std::optional<std::string> path = SpelledMacro(folder, file);
@@ -141,7 +147,7 @@ std::optional<std::string> SnapshotCache::FindMacro(const std::string& folder,
 }
 
 MacroLines SnapshotCache::Macro(const std::string& path, const std::string& var) {
-  const FileStamp stamp = StampOf(machine_, path);
+  const FileStamp stamp = Stamp(path);
   const auto known = macros_.find(path);
   if (known != macros_.end() && known->second.stamp == stamp) {
     return FindIn(known->second, path, var);

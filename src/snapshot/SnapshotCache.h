@@ -5,7 +5,7 @@
 // each use the file's identity, size and time stamps are held against those of the time of
 // reading, and a difference reads the file again; a file that changed so shortly before it was
 // read that its stamps could hide a further change is not kept. So a caller sees what reading the
-// file at each call would show.
+// file at each call would show; within a pass, what reading it at the first call would show.
 #pragma once
 
 #include <map>
@@ -24,6 +24,21 @@ namespace logbook {
 
 class SnapshotCache {
  public:
+  // While one lives, the stamps of a file are looked up once, at its first use. For a rebuild of
+  // the list, which comes back to the same files for each of its columns. Passes may nest.
+  class Pass {
+   public:
+    explicit Pass(SnapshotCache& cache) : cache_(cache) { ++cache_.passes_; }
+    ~Pass() {
+      if (--cache_.passes_ == 0) cache_.stamps_.clear();
+    }
+    Pass(const Pass&) = delete;
+    Pass& operator=(const Pass&) = delete;
+
+   private:
+    SnapshotCache& cache_;
+  };
+
   explicit SnapshotCache(const Machine& machine) : machine_(machine) {}
 
   // The options of a log by the path of its logfile.ini, as ReadLogOptions. Raises nothing.
@@ -70,13 +85,17 @@ class SnapshotCache {
     std::map<std::string, MacroLines, std::less<>> found;
   };
 
+  // The stamps at this moment, or at that of the first use in a pass.
+  FileStamp Stamp(const std::string& path);
   Descriptor ReadDescriptor(const std::string& logfile_ini) const;
   // The descriptor that is known or has been read into `fresh`.
   const Descriptor& DescriptorOf(const std::string& logfile_ini, Descriptor& fresh);
-  std::optional<std::string> SpelledMacro(const std::string& folder, const std::string& file) const;
+  std::optional<std::string> SpelledMacro(const std::string& folder, const std::string& file);
   MacroLines FindIn(MacroEntry& entry, const std::string& path, const std::string& var);
 
   const Machine& machine_;
+  int passes_ = 0;
+  std::unordered_map<std::string, FileStamp> stamps_;
   std::unordered_map<std::string, DescriptorEntry> descriptors_;
   std::unordered_map<std::string, FolderEntry> folders_;
   std::unordered_map<std::string, NumbersEntry> numbers_;

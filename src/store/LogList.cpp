@@ -52,6 +52,7 @@ void Init_FileList(AppState& state, Services& services) {
 void RebuildList(AppState& state, MessageBoxes& messages) {
   state.ListView1.Clear();
   state.LogCount = CreateFileList(state, messages);
+  const SnapshotCache::Pass pass(state.snapshots);
   FillFileList(state);
   FillListHeader(state);
   FillListView(state);
@@ -101,6 +102,7 @@ std::string ColumnSection(const AppState& state, int column) {
 }
 
 void FillListView(AppState& state) {
+  const SnapshotCache::Pass pass(state.snapshots);
   for (int i = 1; i <= kValueColumns; ++i) {
     const int column = i + kFirstValueColumn - 1;
     const std::string section = ColumnSection(state, column);

@@ -111,6 +111,31 @@ TEST_F(Snapshots, AChangedFileIsReadAgain) {
   EXPECT_EQ(cache.Macro(kMacro, "XPOS").Value, "XPOS=6");
 }
 
+TEST_F(Snapshots, APassSeesAFileAsItWasAtTheFirstUse) {
+  machine.Put(kNumbers, "1");
+  Age();
+  {
+    const SnapshotCache::Pass pass(cache);
+    EXPECT_EQ(cache.Number(kNumbers, 0), 1);
+    machine.Put(kNumbers, "2");
+    {
+      const SnapshotCache::Pass inner(cache);
+      EXPECT_EQ(cache.Number(kNumbers, 0), 1);
+    }
+    EXPECT_EQ(cache.Number(kNumbers, 0), 1);
+  }
+  EXPECT_EQ(cache.Number(kNumbers, 0), 2);
+}
+
+TEST_F(Snapshots, AFileThatChangedBeforeItsFirstUseInAPassIsReadAgain) {
+  machine.Put(kNumbers, "1");
+  Age();
+  EXPECT_EQ(cache.Number(kNumbers, 0), 1);
+  machine.Put(kNumbers, "2");
+  const SnapshotCache::Pass pass(cache);
+  EXPECT_EQ(cache.Number(kNumbers, 0), 2);
+}
+
 TEST_F(Snapshots, ARemovedFileIsMissingAtOnce) {
   machine.Put(kIni, "[OPTION]\r\nLENS=1\r\n");
   machine.Put(kNumbers, "1");
