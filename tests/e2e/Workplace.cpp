@@ -94,8 +94,9 @@ void WholeProgram::SetUp() {
 void WholeProgram::TearDown() {
   if (!work_ || !HasFailure()) return;
   const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-  const std::string file =
-      PictureFolder() + "/failed-" + test->test_suite_name() + "." + test->name() + ".png";
+  std::string name = test->test_suite_name() + std::string(".") + test->name();
+  std::replace(name.begin(), name.end(), '/', '-');
+  const std::string file = PictureFolder() + "/failed-" + name + ".png";
   desktop().TakePicture(file);
   std::printf("The screen at the failure: %s\n", file.c_str());
 }

@@ -16,10 +16,7 @@ namespace {
 constexpr const char* kPath = "C:\\d.xml";
 
 // The document as the outside may rely on it.
-constexpr const char* kType =
-    "<!ELEMENT Upload (file*)><!ELEMENT file (Source, Destination, Reason, Owner)>"
-    "<!ATTLIST file name CDATA #REQUIRED><!ELEMENT Source (#PCDATA)>"
-    "<!ELEMENT Destination (#PCDATA)><!ELEMENT Reason (#PCDATA)><!ELEMENT Owner (#PCDATA)>";
+constexpr const char* kType = TEST_DATA_DIR "/upload.dtd";
 
 TEST(UploadDescriptor, ADescriptorIsWrittenWithoutBlanksBetweenItsElements) {
   TestMachine disk;
@@ -37,10 +34,8 @@ TEST(UploadDescriptor, WhatIsWrittenIsValidAndComesBack) {
   AddToUploadDescriptor(disk, kPath, first);
   AddToUploadDescriptor(disk, kPath, second);
   EXPECT_THAT(ReadUploadDescriptor(disk, kPath), testing::ElementsAre(first, second));
-  disk.Put("C:\\upload.dtd", kType);
   const ProgramResult judged =
-      RunProgram("xmllint --noout --dtdvalid " + Quoted(disk.Native("C:\\upload.dtd")) + " " +
-                 Quoted(disk.Native(kPath)));
+      RunProgram("xmllint --noout --dtdvalid " + Quoted(kType) + " " + Quoted(disk.Native(kPath)));
   EXPECT_EQ(judged.status, 0) << judged.output;
   EXPECT_EQ(
       RunProgram("xmllint --xpath 'string(/Upload/file[1]/@name)' " + Quoted(disk.Native(kPath)))
