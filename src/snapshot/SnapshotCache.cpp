@@ -39,7 +39,7 @@ bool IsMissing(const FileStamp& stamp) {
 // The numbers from the start of an open file: as many as there are, 0 for one that cannot be held.
 std::vector<double> ReadNumbers(SequentialReader& reader) {
   std::vector<double> numbers;
-  while (numbers.size() < kMostNumbers) {
+  while (numbers.size() < kMostNumbers && !reader.AtEnd()) {
     try {
       numbers.push_back(reader.ReadNumber());
     } catch (const RunTimeError& error) {

@@ -52,11 +52,10 @@ std::string SpellingOf(const std::string& folder, const std::string& name) {
   const std::unique_ptr<DIR, int (*)(DIR*)> scan(opendir(folder.empty() ? "/" : folder.c_str()),
                                                  closedir);
   if (scan == nullptr) return name;
-  const std::string wanted = UpperCaseText(name);
   std::string found;
   while (const dirent* entry = readdir(scan.get())) {
     const std::string_view candidate = entry->d_name;
-    if ((found.empty() || candidate < found) && UpperCaseText(candidate) == wanted) {
+    if ((found.empty() || candidate < found) && EqualIgnoringCase(candidate, name)) {
       found = candidate;
     }
   }
