@@ -114,7 +114,7 @@ void MessagePage::No() {
   Answer("alt+n");
 }
 void MessagePage::OK() {
-  Answer("alt+o");
+  Answer("Return");
 }
 
 std::string PressRecord(Workplace& work, MainPage& main) {

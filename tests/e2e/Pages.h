@@ -58,7 +58,7 @@ class MessagePage {
   MessagePage(Desktop& desktop, const MainPage& main);
 
   WindowId window() const { return window_; }
-  // Answers by the button's access key.
+  // Answers by the button's access key; "OK" has none and is the Enter key's.
   void Yes();
   void No();
   void OK();

@@ -43,6 +43,13 @@ TEST(QtMessageBoxes, AGivenTitleStands) {
   });
 }
 
+TEST(QtMessageBoxes, AnEmptyTitleDoesNotGiveWayToTheProgramsName) {
+  Show({.Text = "Text", .Title = ""}, [](QMessageBox& box) {
+    EXPECT_EQ(box.windowTitle(), QLatin1String(" "));
+    box.close();
+  });
+}
+
 TEST(QtMessageBoxes, ABoxOverAWindowThatTakesNoInputCanBeAnswered) {
   QWidget window(nullptr, Qt::Window);
   window.setEnabled(false);

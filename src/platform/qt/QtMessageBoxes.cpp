@@ -49,6 +49,13 @@ void GiveRoomForTitle(QMessageBox& box) {
   if (label->minimumSizeHint().width() < title) label->setMinimumWidth(title);
 }
 
+// Where a title is empty the toolkit's window bears the program's name instead; a blank keeps it
+// out.
+QString TitleFor(const Message& message) {
+  const QString title = ToQt(message.Title.value_or(std::string(LoadResString(kDefaultTitle))));
+  return title.isEmpty() ? QStringLiteral(" ") : title;
+}
+
 void AddButton(QMessageBox& box, QMessageBox::StandardButton which, const QString& name) {
   QPushButton* button = box.addButton(which);
   button->setObjectName(name);
@@ -67,7 +74,7 @@ MessageAnswer QtMessageBoxes::Show(const Message& message) {
   text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
   text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
   box.setText(text);
-  box.setWindowTitle(ToQt(message.Title.value_or(std::string(LoadResString(kDefaultTitle)))));
+  box.setWindowTitle(TitleFor(message));
   box.setIcon(ToolkitIcon(message.Icon));
   GiveRoomForTitle(box);
   if (message.Buttons == MessageButtons::kOk) {
