@@ -24,6 +24,9 @@ namespace logbook {
 namespace {
 
 constexpr int kWidth = 960, kHeight = 680, kContentsWidth = 240;
+// Room around pages, and around their tables, which have none of their own.
+constexpr double kPageMargin = 10;
+constexpr char kPageStyle[] = "table { margin-top: 8px; margin-bottom: 8px }";
 constexpr int kPageRole = Qt::UserRole;  // URL of an entry's page
 
 }  // namespace
@@ -44,6 +47,8 @@ HelpWindow::HelpWindow(HelpBook book, const QString& folder, const QString& noti
   text_->setObjectName(QStringLiteral("HelpText"));
   text_->setAccessibleName(tr("Page"));
   text_->setOpenExternalLinks(true);
+  text_->document()->setDocumentMargin(kPageMargin);
+  text_->document()->setDefaultStyleSheet(QString::fromLatin1(kPageStyle));
   connect(text_, &QTextBrowser::sourceChanged, this,
           [this](const QUrl& page) { FollowPage(page); });
   MakeContents();
