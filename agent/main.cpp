@@ -12,16 +12,33 @@
 #include "output/ECMSub.h"
 #include "platform/Files.h"
 #include "platform/Machine.h"
+#include "platform/RunTimeError.h"
 #include "platform/ecm/Delivery.h"
 #include "shell/AppState.h"
 
 namespace {
 
-constexpr int kSomethingWaits = 1;
+using logbook::DrainResult;
+using logbook::Rounds;
+
+constexpr int kSomethingWaits = 1;  // or nobody can tell
 
 std::string OwnFolder() {
   std::error_code ignored;
   return std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path().string();
+}
+
+int ShowStatus(const logbook::Machine& machine, const std::string& area,
+               const std::string& settings_file) {
+  std::cout << logbook::StatusText(machine, area, settings_file);
+  return logbook::SomethingWaits(area) ? kSomethingWaits : 0;
+}
+
+int Work(const logbook::Machine& machine, const std::string& area, const std::string& settings_file,
+         Rounds rounds) {
+  const DrainResult result = logbook::Drain(machine, area, settings_file, rounds);
+  const bool waits = result == DrainResult::kWaiting || result == DrainResult::kDisabled;
+  return waits ? kSomethingWaits : 0;
 }
 
 }  // namespace
@@ -46,13 +63,11 @@ int main(int argc, char** argv) {
   state.AppPath = logbook::DrivePathText(machine, application);
   const std::string settings_file = state.AppPath + "\\arecm.cfg";
   const std::string area = logbook::NativePath(machine, logbook::GetEcmTempArea(state));
-  if (status) {
-    std::cout << logbook::StatusText(machine, area, settings_file);
-    return logbook::Outbox(area).Waiting().empty() ? 0 : kSomethingWaits;
+  try {
+    return status ? ShowStatus(machine, area, settings_file)
+                  : Work(machine, area, settings_file, once ? Rounds::kOne : Rounds::kUntilEmpty);
+  } catch (const logbook::RunTimeError& error) {
+    std::cerr << "ecm-agent: the outbox in " << area << ": " << error.Description() << "\n";
+    return kSomethingWaits;
   }
-  const auto rounds = once ? logbook::Rounds::kOne : logbook::Rounds::kUntilEmpty;
-  const logbook::DrainResult result = logbook::Drain(machine, area, settings_file, rounds);
-  return result == logbook::DrainResult::kWaiting || result == logbook::DrainResult::kDisabled
-             ? kSomethingWaits
-             : 0;
 }

@@ -13,7 +13,9 @@
 #include <fstream>
 #include <thread>
 
+#include "FailingDisk.h"
 #include "UploadStation.h"
+#include "platform/RunTimeError.h"
 #include "platform/ecm/FolderStore.h"
 
 namespace fs = std::filesystem;
@@ -113,6 +115,92 @@ TEST_F(DeliveryTest, ATemporaryNameNeverIsTheNameOfAFile) {
   EXPECT_EQ(store.files.at("one/a.txt.part").size, 4u);
 }
 
+TEST_F(DeliveryTest, FilesThatCannotBeListedAreNotTakenForDeliveredOnes) {
+  fs::remove_all(disk.Native("C:\\area\\outbox\\one\\files"));
+  disk.Put("C:\\area\\outbox\\one\\files", "a file where the folder should be");
+  EXPECT_THROW(Deliver(outbox, store, "one"), RunTimeError);
+  EXPECT_THAT(store.calls, IsEmpty());
+  EXPECT_THAT(outbox.Waiting(), ElementsAre("one"));
+}
+
+TEST_F(DeliveryTest, ASubmissionWithoutFilesIsNotSentAndNotDeleted) {
+  fs::remove_all(disk.Native("C:\\area\\outbox\\one\\files"));
+  disk.MakeFolders("C:\\area\\outbox\\one\\files");
+  EXPECT_THROW(Deliver(outbox, store, "one"), DeliveryError);
+  EXPECT_THAT(store.calls, IsEmpty());
+  EXPECT_THAT(outbox.Waiting(), ElementsAre("one"));
+}
+
+// Brings "one" to a shared folder, in as many tries as it takes.
+void DeliverToFolder(Outbox& outbox, const std::string& share) {
+  outbox.Recover();
+  FolderStore store(share, "a/b");
+  store.MakeRoot();
+  for (const std::string& submission : outbox.Waiting()) Deliver(outbox, store, submission);
+}
+
+TEST_F(DeliveryTest, AnAgentThatDiesAtAnyMomentLosesNothingAndLeavesEachFileOnceAndWhole) {
+  int call = 0;
+  for (bool died = true; died;) {
+    const std::string home = "C:\\" + std::to_string(++call);
+    const std::string submission = home + "\\area\\outbox\\one\\";
+    disk.Put(submission + "files\\a.txt", "a");
+    disk.Put(submission + "files\\b.txt", "b");
+    disk.Put(submission + "upload.xml", "<Upload/>");
+    const std::string share = disk.Native(home + "\\share");
+    fs::create_directory(share);
+    Outbox box(disk.Native(home + "\\area"));
+    died = DiesAtCall(call, [&] { DeliverToFolder(box, share); });
+    DeliverToFolder(box, share);
+    SCOPED_TRACE("call " + std::to_string(call));
+    EXPECT_TRUE(box.IsEmpty());
+    EXPECT_EQ(
+        RunProgram("cd " + Quoted(share) + " && find . -type f | sort | xargs tail -n 1").output,
+        "==> ./a/b/one.xml <==\n<Upload/>\n==> ./a/b/one/a.txt <==\na\n"
+        "==> ./a/b/one/b.txt <==\nb");
+  }
+  EXPECT_GT(call, 15);
+}
+
+TEST_F(DeliveryTest, AShareThatFailsAtAnyMomentLosesNothingAndLeavesEachFileOnceAndWhole) {
+  int call = 0;
+  for (bool failed = true; failed;) {
+    const std::string home = "C:\\" + std::to_string(++call);
+    disk.Put(home + "\\area\\outbox\\one\\files\\a.txt", "a");
+    disk.Put(home + "\\area\\outbox\\one\\upload.xml", "<Upload/>");
+    const std::string share = disk.Native(home + "\\share");
+    fs::create_directory(share);
+    Outbox box(disk.Native(home + "\\area"));
+    SCOPED_TRACE("call " + std::to_string(call));
+    {
+      const FailingDisk failing(FailingDisk::Manner::kFail, call);
+      try {
+        DeliverToFolder(box, share);
+      } catch (const std::runtime_error&) {
+        EXPECT_FALSE(box.IsEmpty());
+      }
+      failed = FailingDisk::HasFailed();
+    }
+    DeliverToFolder(box, share);
+    EXPECT_TRUE(box.IsEmpty());
+    EXPECT_EQ(RunProgram("cd " + Quoted(share) + " && find . -type f | sort").output,
+              "./a/b/one.xml\n./a/b/one/a.txt\n");
+  }
+}
+
+TEST(NextPause, PausesDoubleUpToTheLongest) {
+  using std::chrono::milliseconds;
+  const ServerSettings settings{.retry_pause = milliseconds(5000),
+                                .longest_pause = milliseconds(18000)};
+  std::vector<milliseconds::rep> pauses;
+  milliseconds pause{0};
+  for (int failure = 0; failure < 4; ++failure) {
+    pause = NextPause(pause, settings);
+    pauses.push_back(pause.count());
+  }
+  EXPECT_THAT(pauses, ElementsAre(5000, 10000, 18000, 18000));
+}
+
 // A shared folder as the server.
 class SharedFolderTest : public testing::Test {
  protected:
@@ -190,6 +278,46 @@ TEST_F(SharedFolderTest, ADamagedSubmissionDoesNotHoldUpTheOthers) {
   EXPECT_EQ(station.RunAgent("--once").status, 1);
   EXPECT_THAT(station.TheOutbox().Waiting(), ElementsAre(damaged));
   EXPECT_THAT(station.Status(), HasSubstr("cannot be read"));
+}
+
+TEST_F(SharedFolderTest, AShareThatCannotBeLookedIntoIsToldAndTheAgentGoesOn) {
+  fs::create_symlink("share", station.disk.Native("C:\\share"));  // leads to itself
+  station.Submit("a.pdf", "bytes");
+  EXPECT_EQ(station.RunAgent("--once").status, 1);
+  EXPECT_THAT(station.Status(), HasSubstr("share is not there."));
+}
+
+TEST_F(SharedFolderTest, ANameThatTheShareRefusesDoesNotHoldUpTheOthers) {
+  station.disk.MakeFolders("C:\\share");
+  station.Submit(std::string(251, 'n') + ".pdf", "bytes");  // no room for the temporary ending
+  const std::string refused = station.TheOutbox().Waiting().at(0);
+  ++station.clock.now.Second;
+  station.Submit("b.pdf", "bytes");
+  EXPECT_EQ(station.RunAgent("--once").status, 1);
+  EXPECT_THAT(station.TheOutbox().Waiting(), ElementsAre(refused));
+  EXPECT_THAT(station.Status(), HasSubstr("The shared folder refuses "));
+}
+
+TEST_F(SharedFolderTest, WhatWasNotTakenOverToTheEndIsInTheStatusAndGoesWithTheNextAgent) {
+  station.disk.MakeFolders("C:\\share");
+  station.Submit("a.pdf", "bytes");
+  const std::string path = station.Area() + "/outbox/" + station.TheOutbox().Waiting().at(0);
+  fs::rename(path, path + ".new");
+  const ProgramResult status = station.RunAgent("--status");
+  EXPECT_EQ(status.status, 1);
+  EXPECT_THAT(status.output, HasSubstr("Waiting: 1\n"));
+  EXPECT_THAT(status.output, HasSubstr(".new\n  Was not taken over to the end"));
+  EXPECT_EQ(station.RunAgent().status, 0);
+  EXPECT_EQ(station.RunAgent("--status").status, 0);
+}
+
+TEST_F(SharedFolderTest, AnOutboxThatCannotBeReadIsNotAnEmptyOne) {
+  station.disk.Put("C:\\Norvane.Quorex.ECM\\outbox", "a file where the folder should be");
+  for (const char* options : {"--status", "--once"}) {
+    const ProgramResult run = station.RunAgent(std::string(options) + " 2>&1");
+    EXPECT_EQ(run.status, 1) << options;
+    EXPECT_THAT(run.output, HasSubstr("ecm-agent: the outbox in ")) << options;
+  }
 }
 
 TEST_F(SharedFolderTest, WithoutAnAddressTheAgentLeavesTheOutboxAlone) {

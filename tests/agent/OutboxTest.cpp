@@ -5,9 +5,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 
+#include "FailingDisk.h"
 #include "platform/RunTimeError.h"
 #include "support/TestMachine.h"
 
@@ -25,10 +27,24 @@ class OutboxTest : public testing::Test {
  protected:
   OutboxTest() : outbox(disk.Native("C:\\area")) { disk.MakeFolders("C:\\area"); }
 
-  void Stage(const std::string& name) {
-    disk.Put("C:\\area\\" + name + "\\a.txt", "a of " + name);
-    disk.Put("C:\\area\\" + name + "\\b.txt", "b of " + name);
-    disk.Put("C:\\area\\" + name + ".xml", "<Upload/>");
+  void Stage(const std::string& name, const std::string& area = "C:\\area\\") {
+    disk.Put(area + name + "\\a.txt", "a of " + name);
+    disk.Put(area + name + "\\b.txt", "b of " + name);
+    disk.Put(area + name + ".xml", "<Upload/>");
+  }
+  // The staging folder "one" stands in the area as it was staged, and nothing else is on its way.
+  void ExpectStaged(const std::string& area, const Outbox& box) {
+    for (const char* file : {"one\\a.txt", "one\\b.txt", "one.xml"})
+      EXPECT_TRUE(disk.Has(area + file)) << file;
+    EXPECT_TRUE(box.IsEmpty());
+  }
+  // It waits as a whole, and once.
+  void ExpectWaiting(const std::string& area, const Outbox& box) {
+    ASSERT_THAT(box.Waiting(), SizeIs(1));
+    EXPECT_THAT(box.FilesOf(box.Waiting()[0]), ElementsAre("a.txt", "b.txt"));
+    EXPECT_TRUE(fs::exists(box.DescriptorOf(box.Waiting()[0])));
+    EXPECT_FALSE(disk.Has(area + "one"));
+    EXPECT_FALSE(disk.Has(area + "one.xml"));
   }
 
   TestMachine disk;
@@ -107,6 +123,102 @@ TEST_F(OutboxTest, WhatCannotBeRecoveredStays) {
   EXPECT_TRUE(disk.Has("C:\\area\\outbox\\one-0123abcd.new\\files\\a.txt"));
 }
 
+TEST_F(OutboxTest, AProcessThatDiesAtAnyMomentOfATakingOverLosesNothing) {
+  int call = 0;
+  for (bool died = true; died;) {
+    const std::string area = "C:\\area" + std::to_string(++call) + "\\";
+    Stage("one", area);
+    died = DiesAtCall(call, [&] { Outbox(disk.Native(area)).TakeOver("one"); });
+    Outbox box(disk.Native(area));
+    box.Recover();
+    SCOPED_TRACE("call " + std::to_string(call));
+    if (box.Waiting().empty()) {
+      EXPECT_TRUE(died);
+      ExpectStaged(area, box);
+    } else {
+      ExpectWaiting(area, box);
+    }
+  }
+  EXPECT_GT(call, 10) << "a folder, five files and folders up to the disk, three renames";
+}
+
+TEST_F(OutboxTest, ADiskThatFailsAtAnyMomentOfATakingOverLeavesFolderAndDescriptorInTheArea) {
+  int call = 0;
+  for (bool failed = true; failed;) {
+    const std::string area = "C:\\area" + std::to_string(++call) + "\\";
+    Stage("one", area);
+    Outbox box(disk.Native(area));
+    SCOPED_TRACE("call " + std::to_string(call));
+    const FailingDisk failing(FailingDisk::Manner::kFail, call);
+    try {
+      box.TakeOver("one");
+      ExpectWaiting(area, box);
+    } catch (const RunTimeError&) {
+      ExpectStaged(area, box);
+    }
+    failed = FailingDisk::HasFailed();
+  }
+  EXPECT_GT(call, 10);
+}
+
+TEST_F(OutboxTest, WhatIsTakenOverIsOnTheDiskBeforeItWaits) {
+  // The last call is the rename that makes it wait; a failure there is told and given back.
+  Stage("one");
+  int calls = 1;
+  while (DiesAtCall(calls, [&] {
+    Outbox box(disk.Native("C:\\area"));
+    box.TakeOver("one");
+    _exit(box.Waiting().size() == 1 ? 0 : 1);
+  })) {
+    EXPECT_THAT(outbox.Waiting(), IsEmpty()) << "call " << calls;
+    outbox.Recover();
+    if (!outbox.IsEmpty()) {
+      outbox.Remove(outbox.Waiting()[0]);
+      Stage("one");
+    }
+    ++calls;
+  }
+  EXPECT_THAT(outbox.Waiting(), SizeIs(1));
+}
+
+TEST_F(OutboxTest, FilesThatCannotBeListedAreAnErrorAndNotAnEmptyList) {
+  disk.Put("C:\\area\\outbox\\one-0123abcd\\files", "a file where the folder should be");
+  EXPECT_THROW(outbox.FilesOf("one-0123abcd"), RunTimeError);
+  EXPECT_THROW(outbox.FilesOf("two-0123abcd"), RunTimeError);
+}
+
+TEST_F(OutboxTest, AnOutboxThatCannotBeReadIsAnErrorAndNotAnEmptyOne) {
+  disk.Put("C:\\area\\outbox", "a file where the folder should be");
+  EXPECT_THROW(outbox.Waiting(), RunTimeError);
+  EXPECT_THROW(outbox.IsEmpty(), RunTimeError);
+  EXPECT_THROW(outbox.Recover(), RunTimeError);
+}
+
+TEST_F(OutboxTest, OtherUsersCannotLookIntoTheOutbox) {
+  Stage("one");
+  outbox.TakeOver("one");
+  const std::string folder = disk.Native("C:\\area\\outbox");
+  for (const std::string& path : {folder, folder + "/" + outbox.Waiting()[0]}) {
+    struct stat status {};
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0700u) << path;
+  }
+}
+
+TEST_F(OutboxTest, ADeletionThatDiesAtAnyMomentIsFinishedOrNotBegun) {
+  int call = 0;
+  for (bool died = true; died;) {
+    const std::string area = "C:\\area" + std::to_string(++call) + "\\";
+    Stage("one", area);
+    Outbox box(disk.Native(area));
+    box.TakeOver("one");
+    died = DiesAtCall(call, [&] { box.Remove(box.Waiting()[0]); });
+    box.Recover();
+    SCOPED_TRACE("call " + std::to_string(call));
+    if (!box.IsEmpty()) ExpectWaiting(area, box);
+  }
+}
+
 TEST_F(OutboxTest, ADeletionCutShortIsFinished) {
   disk.Put("C:\\area\\outbox\\one-0123abcd.done\\files\\a.txt", "a");
   EXPECT_THAT(outbox.Waiting(), IsEmpty());
@@ -147,6 +259,10 @@ TEST_F(OutboxTest, ALockIsHeldByOneAtATime) {
     EXPECT_FALSE(FileLock(path, FileLock::Patience::kTry).IsHeld());
   }
   EXPECT_TRUE(FileLock(path, FileLock::Patience::kTry).IsHeld());
+}
+
+TEST_F(OutboxTest, ALockThatCannotBeMadeIsAnErrorAndNotSomebodyElses) {
+  EXPECT_THROW(FileLock(disk.Native("C:\\no\\lock"), FileLock::Patience::kTry), RunTimeError);
 }
 
 }  // namespace

@@ -97,7 +97,11 @@ void ContentServerClient::StartAgent() const {
 void ContentServerClient::Resume() {
   std::string unused_message;
   if (!EcmEnabled(unused_message)) return;
-  if (!Outbox(NativePath(state_.machine, GetEcmTempArea(state_))).IsEmpty()) StartAgent();
+  try {
+    if (!Outbox(NativePath(state_.machine, GetEcmTempArea(state_))).IsEmpty()) StartAgent();
+  } catch (const RunTimeError&) {
+    // An outbox that cannot be read is told at the next event.
+  }
 }
 
 bool ContentServerClient::EcmEnabled(std::string& message) {

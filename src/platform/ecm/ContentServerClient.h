@@ -19,7 +19,7 @@ class ContentServerClient : public EcmClient {
   // folder.
   explicit ContentServerClient(const AppState& state, std::string agent_program = {});
 
-  // Starts the agent if the outbox holds something from an earlier run.
+  // Starts the agent if the outbox holds something from an earlier run. Raises nothing.
   void Resume();
 
   // True if the configuration names a server; otherwise the message says that there is none.

@@ -28,8 +28,9 @@ std::unique_ptr<ContentStore> OpenContentStore(const Machine& machine,
   if (scheme == "file")
     return std::make_unique<FolderStore>(FolderOfFileUrl(machine, settings.url), settings.folder);
   if (scheme != "http" && scheme != "https")
-    throw DeliveryError(DeliveryError::Reach::kWholeServer,
-                        "The address " + settings.url + " is neither http:, https: nor file:.");
+    throw DeliveryError(
+        DeliveryError::Reach::kWholeServer,
+        "The address " + AddressOf(settings) + " is neither http:, https: nor file:.");
   if (!settings.ca_file.empty() && !Exists(machine, settings.ca_file))
     throw DeliveryError(DeliveryError::Reach::kWholeServer,
                         "The certificate file " + settings.ca_file + " is missing.");

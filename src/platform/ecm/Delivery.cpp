@@ -61,23 +61,26 @@ struct RoundResult {
   int failed = 0;
 };
 
+std::unique_ptr<ContentStore> OpenRoot(const Machine& machine, const ServerSettings& settings) {
+  std::unique_ptr<ContentStore> store = OpenContentStore(machine, settings);
+  store->MakeRoot();
+  return store;
+}
+
 // One attempt at each submission; ends early where the server as a whole fails.
 RoundResult RunRound(const Machine& machine, const ServerSettings& settings, Outbox& outbox) {
   RoundResult result;
   std::unique_ptr<ContentStore> store;
   for (const std::string& submission : outbox.Waiting()) {
     try {
-      if (store == nullptr) {
-        store = OpenContentStore(machine, settings);
-        store->MakeRoot();
-      }
+      if (store == nullptr) store = OpenRoot(machine, settings);
       Deliver(outbox, *store, submission);
       ++result.delivered;
     } catch (const DeliveryError& error) {
       ++result.failed;
       NoteFailure(outbox, submission, error.what());
       if (error.reach() == Reach::kWholeServer) return result;
-    } catch (const RunTimeError& error) {
+    } catch (const std::exception& error) {
       ++result.failed;
       NoteFailure(outbox, submission, std::string("The outbox: ") + error.what() + ".");
     }
@@ -106,8 +109,7 @@ DrainResult DrainLocked(const Machine& machine, Outbox& outbox, const std::strin
     const RoundResult result = RunRound(machine, settings, outbox);
     if (result.failed == 0) continue;
     if (rounds == Rounds::kOne) return DrainResult::kWaiting;
-    if (result.delivered > 0) pause = milliseconds{0};
-    pause = std::min(pause.count() == 0 ? settings.retry_pause : pause * 2, settings.longest_pause);
+    pause = NextPause(result.delivered > 0 ? milliseconds{0} : pause, settings);
     PauseUnlessSomethingComes(outbox, pause);
   }
 }
@@ -131,10 +133,25 @@ std::string TimeText(std::int64_t seconds) {
   return text;
 }
 
+std::string StatusOf(const Outbox& outbox, const std::string& submission) {
+  std::string text = "\n" + submission + "\n  Files:";
+  try {
+    for (const std::string& name : outbox.FilesOf(submission)) text += " " + name;
+  } catch (const RunTimeError&) {
+    text += " none";  // damaged, or delivered since the list was made
+  }
+  const DeliveryNote note = outbox.NoteOf(submission);
+  text += "\n  Tries: " + std::to_string(note.tries);
+  if (note.last_try != 0) text += ", the last on " + TimeText(note.last_try);
+  return text + "\n  " + (note.reason.empty() ? "Waits for its turn." : note.reason) + "\n";
+}
+
 }  // namespace
 
 void Deliver(Outbox& outbox, ContentStore& store, const std::string& submission) {
   const std::vector<std::string> files = outbox.FilesOf(submission);
+  if (files.empty())
+    throw DeliveryError(Reach::kThisSubmission, "The files are missing in the outbox.");
   const std::string ending = TemporaryEnding(files);
   store.MakeFolder(submission);
   for (const std::string& name : files) {
@@ -162,26 +179,30 @@ DrainResult Drain(const Machine& machine, const std::string& area, const std::st
   }
 }
 
+milliseconds NextPause(milliseconds last, const ServerSettings& settings) {
+  return std::min(last.count() == 0 ? settings.retry_pause : last * 2, settings.longest_pause);
+}
+
+bool SomethingWaits(const std::string& area) {
+  const Outbox outbox(area);
+  return !outbox.Waiting().empty() || !outbox.Unfinished().empty();
+}
+
 std::string StatusText(const Machine& machine, const std::string& area,
                        const std::string& settings_file) {
   const ServerSettings settings = ReadServerSettings(machine, settings_file);
   const Outbox outbox(area);
   const std::vector<std::string> waiting = outbox.Waiting();
+  const std::vector<std::string> unfinished = outbox.Unfinished();
   std::string text =
-      "Content server: " + (settings.Enabled() ? settings.url : std::string("none")) + "\n";
+      "Content server: " + (settings.Enabled() ? AddressOf(settings) : std::string("none")) + "\n";
   const bool works =
-      !waiting.empty() && !FileLock(outbox.AgentLock(), FileLock::Patience::kTry).IsHeld();
+      !outbox.IsEmpty() && !FileLock(outbox.AgentLock(), FileLock::Patience::kTry).IsHeld();
   text += std::string("Agent: ") + (works ? "at work" : "not running") + "\n";
-  text += "Waiting: " + std::to_string(waiting.size()) + "\n";
-  for (const std::string& submission : waiting) {
-    const DeliveryNote note = outbox.NoteOf(submission);
-    text += "\n" + submission + "\n  Files:";
-    for (const std::string& name : outbox.FilesOf(submission)) text += " " + name;
-    text += "\n  Tries: " + std::to_string(note.tries);
-    if (note.last_try != 0) text += ", the last on " + TimeText(note.last_try);
-    text +=
-        "\n  " + (note.reason.empty() ? std::string("Waits for its turn.") : note.reason) + "\n";
-  }
+  text += "Waiting: " + std::to_string(waiting.size() + unfinished.size()) + "\n";
+  for (const std::string& submission : waiting) text += StatusOf(outbox, submission);
+  for (const std::string& name : unfinished)
+    text += "\n" + name + "\n  Was not taken over to the end; the next agent sees to it.\n";
   return text;
 }
 

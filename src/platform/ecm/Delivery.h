@@ -4,7 +4,7 @@
 // The agent's work: from the outbox to the content server (docs/content-server.md).
 #pragma once
 
-#include <functional>
+#include <chrono>
 #include <string>
 
 #include "platform/Machine.h"
@@ -28,12 +28,21 @@ enum class DrainResult {
 
 // Delivers what the outbox holds. After a round with a failure it waits, longer each time until
 // something arrives, and tries at once when something new comes. The settings are read from the
-// file (a path text) before each round. Notes in the outbox tell of the failures.
+// file (a path text) before each round. Notes in the outbox tell of the failures. Raises
+// RunTimeError if the outbox itself cannot be read or locked.
 DrainResult Drain(const Machine& machine, const std::string& area, const std::string& settings_file,
                   Rounds rounds);
 
-// What `ecm-agent --status` prints: server, agent, and for each submission since when it waits,
-// how often it was tried and why it is still here.
+// The pause after a round that failed: the first one (after a `last` of 0) by the settings, then
+// twice the last one, up to the longest.
+std::chrono::milliseconds NextPause(std::chrono::milliseconds last, const ServerSettings& settings);
+
+// True if a submission waits in the outbox of this area or has not been taken over to the end.
+// Raises as Drain does.
+bool SomethingWaits(const std::string& area);
+
+// What `ecm-agent --status` prints: server, agent, and for each submission how often it was tried
+// and why it is still here. Raises as Drain does.
 std::string StatusText(const Machine& machine, const std::string& area,
                        const std::string& settings_file);
 

@@ -22,12 +22,30 @@ namespace {
 
 constexpr std::size_t kBuffer = 256 * 1024;
 
+using Reach = DeliveryError::Reach;
+
+// Failures that lie in a name or in what bears it; the other submissions have other names.
+bool IsOfThisName(int error) {
+  for (const int each : {ENAMETOOLONG, EINVAL, EILSEQ, EEXIST, EISDIR, ENOTDIR, EFBIG}) {
+    if (error == each) return true;
+  }
+  return false;
+}
+
 [[noreturn]] void Fail(const std::string& path, int error) {
   if (error == ENOSPC || error == EDQUOT)
-    throw DeliveryError(DeliveryError::Reach::kThisSubmission,
+    throw DeliveryError(Reach::kThisSubmission,
                         "The disk of the shared folder is full: " + path + ".");
-  throw DeliveryError(DeliveryError::Reach::kWholeServer,
+  throw DeliveryError(IsOfThisName(error) ? Reach::kThisSubmission : Reach::kWholeServer,
                       "The shared folder refuses " + path + ": " + std::strerror(error) + ".");
+}
+
+// Whether something bears the name. A share that does not answer is not an empty one.
+bool IsThere(const std::string& native) {
+  struct stat status = {};
+  if (stat(native.c_str(), &status) == 0) return true;
+  if (errno != ENOENT) Fail(native, errno);
+  return false;
 }
 
 void Sync(const std::string& folder) {
@@ -52,18 +70,25 @@ std::string FolderOfFileUrl(const Machine& machine, const std::string& url) {
 }
 
 FolderStore::FolderStore(const std::string& base, const std::string& folder)
-    : base_(base), root_(base) {
-  for (const std::string& component : FolderComponents(folder)) root_ += "/" + component;
+    : base_(base), components_(FolderComponents(folder)), root_(base) {
+  for (const std::string& component : components_) root_ += "/" + component;
 }
 
 void FolderStore::MakeRoot() {
   // The base is not made: a share that is not mounted must not be taken for an empty one.
-  if (!fs::is_directory(base_))
-    throw DeliveryError(DeliveryError::Reach::kWholeServer,
-                        "The shared folder " + base_ + " is not there.");
   std::error_code error;
-  fs::create_directories(root_, error);
-  if (error) Fail(root_, error.value());
+  if (!fs::is_directory(base_, error))
+    throw DeliveryError(Reach::kWholeServer, "The shared folder " + base_ + " is not there.");
+  std::string made = base_;
+  for (const std::string& component : components_) {
+    const std::string parent = made;
+    made += "/" + component;
+    if (mkdir(made.c_str(), 0777) == 0) {
+      Sync(parent);
+    } else if (errno != EEXIST) {
+      Fail(made, errno);
+    }
+  }
 }
 
 void FolderStore::MakeFolder(const std::string& path) {
@@ -74,7 +99,7 @@ void FolderStore::MakeFolder(const std::string& path) {
 
 std::optional<Digest> FolderStore::DigestOf(const std::string& path) {
   const std::string native = root_ + "/" + path;
-  if (!fs::exists(native)) return std::nullopt;
+  if (!IsThere(native)) return std::nullopt;
   return DigestOfFile(native);
 }
 
@@ -97,7 +122,7 @@ void FolderStore::Put(const std::string& path, const std::string& native_file) {
 
 void FolderStore::Move(const std::string& from, const std::string& to) {
   const std::string target = root_ + "/" + to;
-  if (fs::exists(target)) Fail(target, EEXIST);
+  if (IsThere(target)) Fail(target, EEXIST);
   if (std::rename((root_ + "/" + from).c_str(), target.c_str()) != 0) Fail(target, errno);
   Sync(fs::path(target).parent_path().string());
 }

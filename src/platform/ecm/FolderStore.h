@@ -4,6 +4,9 @@
 // A content server that is a shared folder, at a "file:" address.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "platform/ecm/ContentStore.h"
 
 namespace logbook {
@@ -21,6 +24,7 @@ class FolderStore : public ContentStore {
 
  private:
   std::string base_;
+  std::vector<std::string> components_;
   std::string root_;
 };
 

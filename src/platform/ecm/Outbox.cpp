@@ -43,14 +43,29 @@ void MakeFolder(const std::string& path) {
   if (mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) posix::RaiseFolderError(errno);
 }
 
+bool IsThere(const std::string& path) {
+  struct stat status = {};
+  return lstat(path.c_str(), &status) == 0;
+}
+
+// Never a part of the names: what is not seen here would be deleted with the rest after delivery.
 std::vector<std::string> NamesIn(const std::string& folder) {
   std::vector<std::string> names;
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error))
     names.push_back(entry->path().filename().string());
+  if (error) posix::RaiseFolderError(error.value());
   std::sort(names.begin(), names.end());
   return names;
+}
+
+// Puts what has been taken back where it was staged. What refuses to go is left to Recover.
+void GiveBack(const std::string& unfinished, const std::string& staged) {
+  std::error_code ignored;
+  fs::rename(unfinished + "/upload.xml", staged + ".xml", ignored);
+  fs::rename(unfinished + "/files", staged, ignored);
+  fs::remove(unfinished, ignored);
 }
 
 std::string RandomEnding() {
@@ -68,7 +83,7 @@ std::string OneLine(std::string text) {
 
 }  // namespace
 
-Outbox::Outbox(const std::string& area) : area_(area), folder_(area + "/outbox") {
+Outbox::Outbox(const std::string& area) : area_(area) {
   while (area_.size() > 1 && area_.back() == '/') area_.pop_back();
   folder_ = area_ + "/outbox";
 }
@@ -104,29 +119,25 @@ void Outbox::TakeOver(const std::string& staging_name) {
   MakeFolder(unfinished);
   try {
     Rename(staged, unfinished + "/files");
-  } catch (const RunTimeError&) {
-    rmdir(unfinished.c_str());
-    throw;
-  }
-  try {
     Rename(staged + ".xml", unfinished + "/upload.xml");
+    FinishTakingOver(unfinished);
   } catch (const RunTimeError&) {
-    std::rename((unfinished + "/files").c_str(), staged.c_str());
-    rmdir(unfinished.c_str());
+    GiveBack(unfinished, staged);
     throw;
   }
-  FinishTakingOver(unfinished);
 }
 
+// Up to the last rename everything is on the disk and can still be given back; from it on the
+// agent may be at work. A power cut that takes the last rename back leaves it to Recover.
 void Outbox::FinishTakingOver(const std::string& unfinished) {
   Sync(unfinished);
-  Rename(unfinished, unfinished.substr(0, unfinished.size() - std::string(kUnfinished).size()));
   Sync(folder_);
   Sync(area_);
+  Rename(unfinished, unfinished.substr(0, unfinished.size() - std::string(kUnfinished).size()));
 }
 
 void Outbox::Recover() {
-  if (!fs::exists(folder_)) return;
+  if (!IsThere(folder_)) return;
   const FileLock lock(folder_ + "/.taking-over", FileLock::Patience::kWait);
   for (const std::string& name : NamesIn(folder_)) {
     try {
@@ -140,27 +151,41 @@ void Outbox::Recover() {
 
 void Outbox::RecoverUnfinished(const std::string& name) {
   const std::string path = PathOf(name);
-  if (!fs::exists(path + "/files")) {
+  if (!IsThere(path + "/files")) {
     rmdir(path.c_str());  // cut short before anything was taken
     return;
   }
   const std::string staging_name =
       name.substr(0, name.size() - std::string(kUnfinished).size() - kRandomDigits);
-  if (!fs::exists(path + "/upload.xml"))
+  if (!IsThere(path + "/upload.xml"))
     Rename(area_ + "/" + staging_name + ".xml", path + "/upload.xml");
   FinishTakingOver(path);
 }
 
+std::vector<std::string> Outbox::Names() const {
+  struct stat status = {};
+  if (lstat(folder_.c_str(), &status) != 0 && errno == ENOENT) return {};
+  return NamesIn(folder_);
+}
+
 std::vector<std::string> Outbox::Waiting() const {
-  std::vector<std::string> names = NamesIn(folder_);
+  std::vector<std::string> names = Names();
   std::erase_if(names, [](const std::string& name) {
     return name.starts_with('.') || name.ends_with(kDelivered) || name.ends_with(kUnfinished);
   });
   return names;
 }
 
+std::vector<std::string> Outbox::Unfinished() const {
+  std::vector<std::string> names = Names();
+  std::erase_if(names, [](const std::string& name) {
+    return name.starts_with('.') || !name.ends_with(kUnfinished);
+  });
+  return names;
+}
+
 bool Outbox::IsEmpty() const {
-  const std::vector<std::string> names = NamesIn(folder_);
+  const std::vector<std::string> names = Names();
   return std::all_of(names.begin(), names.end(),
                      [](const std::string& name) { return name.starts_with('.'); });
 }
@@ -192,13 +217,15 @@ void Outbox::SetNote(const std::string& submission, const DeliveryNote& note) {
 
 FileLock::FileLock(const std::string& path, Patience patience)
     : descriptor_(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
-  if (descriptor_ < 0) return;
+  if (descriptor_ < 0) posix::RaiseFileError(errno, path);
   const int operation = LOCK_EX | (patience == Patience::kTry ? LOCK_NB : 0);
   while (flock(descriptor_, operation) != 0) {
     if (errno == EINTR) continue;
+    const int error = errno;
     close(descriptor_);
     descriptor_ = -1;
-    return;
+    if (error == EWOULDBLOCK) return;
+    posix::RaiseFileError(error, path);
   }
 }
 

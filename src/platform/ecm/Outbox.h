@@ -31,20 +31,24 @@ class Outbox {
   void TakeOver(const std::string& staging_name);
 
   // Brings takings-over that a crash has cut short to their end and removes what is delivered.
-  // What fails stays as it is. Raises nothing.
+  // What fails stays as it is. Raises RunTimeError if the outbox cannot be read or locked.
   void Recover();
 
-  // Names of the submissions, oldest first. Empty if there is no outbox.
+  // Names of the submissions, oldest first. Empty if there is no outbox. Raises RunTimeError if it
+  // cannot be read.
   std::vector<std::string> Waiting() const;
-  // True if there is neither a submission nor anything for Recover to do.
+  // Names of what Recover has yet to bring to its end. Raises as above.
+  std::vector<std::string> Unfinished() const;
+  // True if there is neither a submission nor anything for Recover to do. Raises as above.
   bool IsEmpty() const;
 
   std::string DescriptorOf(const std::string& submission) const;
   std::string FileOf(const std::string& submission, const std::string& name) const;
-  // Names of the files of a submission, ascending.
+  // Names of the files of a submission, ascending: all of them. Raises RunTimeError if they cannot
+  // be listed.
   std::vector<std::string> FilesOf(const std::string& submission) const;
 
-  // Deletes a delivered submission.
+  // Deletes a delivered submission. Raises RunTimeError if it cannot be marked as delivered.
   void Remove(const std::string& submission);
 
   DeliveryNote NoteOf(const std::string& submission) const;
@@ -55,6 +59,7 @@ class Outbox {
   std::string AgentLock() const;
 
  private:
+  std::vector<std::string> Names() const;
   std::string PathOf(const std::string& submission) const;
   void FinishTakingOver(const std::string& unfinished);
   void RecoverUnfinished(const std::string& name);
@@ -67,10 +72,12 @@ class Outbox {
 class FileLock {
  public:
   enum class Patience { kWait, kTry };
+  // Raises RunTimeError if the file cannot be made or its disk knows no locks.
   FileLock(const std::string& path, Patience patience);
   ~FileLock();
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
+  // False if somebody else holds it, which only kTry meets.
   bool IsHeld() const { return descriptor_ >= 0; }
 
  private:

@@ -41,6 +41,15 @@ ServerSettings ReadServerSettings(const Machine& machine, const std::string& fil
   return settings;
 }
 
+std::string AddressOf(const ServerSettings& settings) {
+  const std::string& url = settings.url;
+  const std::size_t colon = url.find("://");
+  if (colon == std::string::npos) return url;
+  const std::size_t host = colon + 3;
+  const std::size_t at = url.substr(0, url.find('/', host)).rfind('@');
+  return at == std::string::npos || at < host ? url : url.substr(0, host) + url.substr(at + 1);
+}
+
 std::string ReadPassword(const Machine& machine, const ServerSettings& settings) {
   if (settings.password_file.empty()) return {};
   const auto fail = [&](const char* what) {

@@ -29,6 +29,9 @@ struct ServerSettings {
 // nothing.
 ServerSettings ReadServerSettings(const Machine& machine, const std::string& file);
 
+// The address for the eye: what it holds of a user name and a password is left out.
+std::string AddressOf(const ServerSettings& settings);
+
 // The password; empty if no file is set. Raises DeliveryError if the file cannot be read or can be
 // read by every user of the machine.
 std::string ReadPassword(const Machine& machine, const ServerSettings& settings);

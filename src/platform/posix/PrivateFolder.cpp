@@ -24,6 +24,22 @@ namespace {
 
 constexpr mode_t kOwnerOnly = 0700;
 
+// A folder's own name is on the disk when the folder above is. A failure is not told here: what is
+// put into the folder is brought to the disk later, and tells its own.
+void SyncParentOf(const std::string& native) {
+  const posix::Descriptor parent(
+      open(posix::ParentOf(native).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (parent.IsOpen()) fsync(parent.Number());
+}
+
+// A link that somebody else has put there may lead to any folder of ours.
+void RefuseForeignLink(const std::string& native) {
+  struct stat status = {};
+  if (lstat(native.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return;
+  if (status.st_uid != geteuid() && status.st_uid != 0)
+    throw RunTimeError(ErrorNumber::kPermissionDenied);
+}
+
 std::string WithoutSlash(std::string native) {
   while (native.size() > 1 && native.back() == '/') native.pop_back();
   return native;
@@ -41,7 +57,10 @@ bool Lists(const std::string& file, const std::string& name) {
 
 void MakePrivateFolder(const Machine& machine, std::string_view path) {
   const std::string native = NativePath(machine, path);
-  if (mkdir(native.c_str(), kOwnerOnly) != 0 && errno != EEXIST) posix::RaiseFolderError(errno);
+  const bool is_new = mkdir(native.c_str(), kOwnerOnly) == 0;
+  if (!is_new && errno != EEXIST) posix::RaiseFolderError(errno);
+  if (is_new) SyncParentOf(native);
+  RefuseForeignLink(native);
   const posix::Descriptor folder(open(native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat status = {};
   if (!folder.IsOpen() || fstat(folder.Number(), &status) != 0) {
