@@ -15,9 +15,12 @@
 #include <thread>
 
 #include "output/ECMSub.h"
+#include "output/ListPrinting.h"
 #include "store/LogCommands.h"
 #include "store/LogList.h"
 #include "store/Recording.h"
+#include "viewer/LogView.h"
+#include "viewer/ReportPrinting.h"
 
 namespace fs = std::filesystem;
 
@@ -83,10 +86,27 @@ void UploadStation::DeleteLog(int row) {
   RememberSubmissions();
 }
 
-void UploadStation::Print(const std::string& name, const std::string& bytes) {
+void UploadStation::ExpectImage(const std::string& name) {
   ++clock.now.Second;
-  disk.Put("C:\\QUOREX\\PDF\\" + name, bytes);
-  UploadPrintImage(state, real, "C:\\QUOREX\\PDF\\" + name);
+  print.driver = "Adobe PDF Converter";
+  print.image = "C:\\QUOREX\\PDF\\" + name;
+  print.on_print = [this, name] { disk.Put(print.image, "%PDF-1.4 " + name); };
+}
+
+void UploadStation::PrintLogList() {
+  ExpectImage("Logbook_List.pdf");
+  PrintList(state, real);
+  RememberSubmissions();
+}
+
+void UploadStation::PrintErrorLog(const std::string& log) {
+  constexpr std::int16_t kErrorLog = 5;
+  disk.Put(InLog(log, "errlog.txt"), "no error\r\n");
+  ExpectImage(log + "_errlog.txt.pdf");
+  LogView view;
+  view.LogFolderPath = InLog(log, "");
+  state.ViewMode = kErrorLog;
+  cmdPrint_Click(state, real, view);
   RememberSubmissions();
 }
 

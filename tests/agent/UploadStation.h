@@ -29,10 +29,11 @@ class UploadStation : public TestWorkstation {
   void Configure(const std::string& url, const std::string& user, const std::string& password,
                  const std::string& ca_file);
 
-  // The three events of the logbook.
+  // The four events of the logbook. The default printer is the PDF device.
   void Record();
   void DeleteLog(int row);
-  void Print(const std::string& name, const std::string& bytes);
+  void PrintLogList();
+  void PrintErrorLog(const std::string& log);
   // A submission of one file of any size, through the same client. Its name at the server.
   void Submit(const std::string& name, const std::string& bytes);
 
@@ -55,6 +56,8 @@ class UploadStation : public TestWorkstation {
   Services real;
 
  private:
+  // The image that the next print makes.
+  void ExpectImage(const std::string& name);
   void RememberSubmissions();
 };
 

@@ -65,19 +65,20 @@ class WebDavTest : public testing::Test {
   UploadStation station{UploadStation::Agent::kStartedByTest};
 };
 
-void RunTheThreeEvents(UploadStation& station) {
+void RunTheFourEvents(UploadStation& station) {
   station.Record();
-  station.Print("Logbook_List.pdf", "%PDF-1.4 list");
+  station.PrintLogList();
+  station.PrintErrorLog("26111500");
   station.Record();
   station.DeleteLog(1);
 }
 
-TEST_F(WebDavTest, RecordDeletionAndPrintImageArrive) {
+TEST_F(WebDavTest, RecordDeletionAndBothPrintImagesArrive) {
   DavServer server;
   server.Start();
   Connect(server);
-  RunTheThreeEvents(station);
-  EXPECT_THAT(station.expected, SizeIs(3 + 2 + 3 + 2));
+  RunTheFourEvents(station);
+  EXPECT_THAT(station.expected, SizeIs(3 + 2 + 2 + 3 + 2));
   EXPECT_EQ(station.RunAgent().status, 0) << station.Status();
   ExpectAllArrived(server);
 }
@@ -86,7 +87,7 @@ TEST_F(WebDavTest, TheyArriveOverHttpsWithAnAuthorityOfItsOwn) {
   DavServer server(DavServer::Scheme::kHttps);
   server.Start();
   Connect(server, DavServer::kPassword, server.CaFile());
-  RunTheThreeEvents(station);
+  RunTheFourEvents(station);
   EXPECT_EQ(station.RunAgent().status, 0) << station.Status();
   ExpectAllArrived(server);
 }
@@ -108,7 +109,7 @@ TEST_F(WebDavTest, TheDescriptorIsTheLastToArrive) {
 TEST_F(WebDavTest, WhatHappensWhileTheServerIsDownArrivesWhenItIsBack) {
   DavServer server;
   Connect(server);
-  RunTheThreeEvents(station);
+  RunTheFourEvents(station);
   EXPECT_THAT(station.messages.shown, SizeIs(1)) << "the question of the deletion and no failure";
   const pid_t agent = station.StartAgent();
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
@@ -138,7 +139,7 @@ TEST_F(WebDavTest, AnAgentKilledAtTwentyMomentsAndAServerThatComesAndGoesLoseNot
     station.Submit("image" + std::to_string(events++) + ".pdf", bytes);
   };
   for (int event = 0; event < 20; ++event) submit();
-  RunTheThreeEvents(station);
+  RunTheFourEvents(station);
   // A moment counts if the agent was at work; a quick machine gets more work.
   int killed_at_work = 0;
   for (int moment = 0; killed_at_work < 20 && moment < 200; ++moment) {
@@ -165,6 +166,24 @@ TEST_F(WebDavTest, AnAgentKilledAtTwentyMomentsAndAServerThatComesAndGoesLoseNot
   for (const auto& [line, count] : moves) EXPECT_EQ(count, 1) << line;
 }
 
+TEST_F(WebDavTest, ThePasswordStandsOnNoCommandLineNorInTheStatusNorInTheNotes) {
+  DavServer server;  // not started: the agent waits
+  Connect(server);
+  station.Record();
+  const pid_t agent = station.StartAgent();
+  while (station.TheOutbox().NoteOf(station.TheOutbox().Waiting().at(0)).tries == 0)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  const std::string process = "/proc/" + std::to_string(agent);
+  for (const std::string& told :
+       {RunProgram("cat " + process + "/cmdline " + process + "/environ").output, station.Status(),
+        RunProgram("cat " + Quoted(station.Area()) + "/outbox/*/note").output}) {
+    EXPECT_THAT(told, Not(IsEmpty()));
+    EXPECT_THAT(told, Not(HasSubstr(DavServer::kPassword)));
+  }
+  kill(agent, SIGKILL);
+  EXPECT_EQ(waitpid(agent, nullptr, 0), agent);
+}
+
 TEST_F(WebDavTest, AWrongPasswordIsToldAndLosesNothing) {
   DavServer server;
   server.Start();
@@ -184,13 +203,15 @@ TEST_F(WebDavTest, AFullDiskIsToldAndLosesNothing) {
   Connect(server);
   station.Submit("big.pdf", std::string(3 << 20, 'x'));
   ++station.clock.now.Second;
-  station.expected.clear();
   station.Submit("small.pdf", "small");
   const std::string big = station.TheOutbox().Waiting().at(0);
   EXPECT_EQ(station.RunAgent("--once").status, 1);
   EXPECT_THAT(station.Status(), HasSubstr("The disk of the content server is full: PUT " + big));
   EXPECT_THAT(station.Status(), HasSubstr("(507)"));
   EXPECT_THAT(station.TheOutbox().Waiting(), testing::ElementsAre(big)) << "the small one arrived";
+  ASSERT_TRUE(server.LimitDisk(16 << 20));
+  EXPECT_EQ(station.RunAgent().status, 0) << station.Status();
+  ExpectAllArrived(server);
 }
 
 TEST_F(WebDavTest, ACertificateOfAnUnknownAuthorityIsToldAndLosesNothing) {

@@ -172,7 +172,9 @@ void DavServer::Stop() {
 
 bool DavServer::LimitDisk(int bytes) {
   const std::string options = "size=" + std::to_string(bytes);
-  if (mount("tmpfs", Root().c_str(), "tmpfs", 0, options.c_str()) != 0) return false;
+  const unsigned long flags = has_disk_ ? MS_REMOUNT : 0;
+  if (mount("tmpfs", Root().c_str(), "tmpfs", flags, options.c_str()) != 0) return false;
+  if (has_disk_) return true;
   has_disk_ = true;
   GiveAway(Root());
   return true;

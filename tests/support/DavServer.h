@@ -30,7 +30,8 @@ class DavServer {
   void Start();
   void Stop();
 
-  // Makes the served folder a disk of this many bytes. False if this user may not do that.
+  // Makes the served folder a disk of this many bytes, or gives that disk another size. False if
+  // this user may not do that.
   bool LimitDisk(int bytes);
 
   std::string Url() const;
