@@ -73,8 +73,9 @@ struct SaveRequest {
   std::string Filter;            // pairs of description and pattern, separated by "|"
   std::string InitialFolder;     // path text; one that does not exist stands for the toolkit's own
   std::string FileName;
-  bool OverwritePrompt = true;  // asks before it returns the name of a file that exists
-  bool PathMustExist = true;    // takes no name in a folder that does not exist
+  bool OverwritePrompt = true;   // asks before it returns the name of a file that exists
+  bool PathMustExist = true;     // takes no name in a folder that does not exist
+  bool NoReadOnlyReturn = true;  // takes no read-only file, and no name in a folder to read only
 };
 
 class SaveDialog {

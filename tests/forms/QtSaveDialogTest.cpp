@@ -4,8 +4,10 @@
 #include "platform/qt/QtSaveDialog.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -125,6 +127,43 @@ TEST_F(QtSaveDialogTest, AFileThatExistsIsChosenAfterYes) {
   });
   EXPECT_EQ(chosen, "C:\\m26B051407.zip");
   EXPECT_EQ(disk.Get("C:\\m26B051407.zip"), "old");
+}
+
+TEST_F(QtSaveDialogTest, AReadOnlyFileIsRefusedAndTheDialogComesAgain) {
+  disk.Put("C:\\old.zip", "old");
+  const QString file = QString::fromStdString(disk.Native("C:\\old.zip"));
+  QFile::setPermissions(file, QFileDevice::ReadOwner);
+  const auto chosen = Show([&](QFileDialog& dialog) {
+    auto* timer = new QTimer(&dialog);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer] {
+      auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (question == nullptr) return;
+      timer->stop();
+      WhenModal(kSaveDialogName, [](QWidget* again) { qobject_cast<QDialog*>(again)->reject(); });
+      QTest::mouseClick(question->button(QMessageBox::Yes), Qt::LeftButton);
+    });
+    timer->start(0);
+    Type(dialog, file);
+  });
+  EXPECT_EQ(chosen, std::nullopt);
+  ASSERT_EQ(messages.shown.size(), 1u);
+  EXPECT_EQ(messages.shown[0].Text,
+            "C:\\old.zip\rThis file is read-only.\rPlease choose another file name.");
+}
+
+TEST_F(QtSaveDialogTest, AFolderToReadOnlyIsRefusedAndTheDialogComesAgain) {
+  if (geteuid() == 0) GTEST_SKIP() << "the administrator may write everywhere";
+  disk.MakeFolders("C:\\shut");
+  QFile::setPermissions(QString::fromStdString(disk.Native("C:\\shut")),
+                        QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+  const auto chosen = Show([&](QFileDialog& dialog) {
+    WhenModal(kSaveDialogName, [](QWidget* again) { qobject_cast<QDialog*>(again)->reject(); });
+    Type(dialog, QString::fromStdString(disk.Native("C:\\shut\\a.zip")));
+  });
+  EXPECT_EQ(chosen, std::nullopt);
+  ASSERT_EQ(messages.shown.size(), 1u);
+  EXPECT_EQ(messages.shown[0].Text,
+            "C:\\shut\rFiles cannot be saved in this folder.\rPlease choose another folder.");
 }
 
 TEST_F(QtSaveDialogTest, AnInitialFolderThatDoesNotExistGivesTheHomeFolder) {

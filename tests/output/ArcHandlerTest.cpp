@@ -74,6 +74,7 @@ TEST_F(ArcHandlerTest, TheDialogAsksInTheWordsOfTheStringTable) {
   EXPECT_EQ(request.FileName, "m26B051407.zip");
   EXPECT_TRUE(request.OverwritePrompt);
   EXPECT_TRUE(request.PathMustExist);
+  EXPECT_TRUE(request.NoReadOnlyReturn);
 }
 
 TEST_F(ArcHandlerTest, TheArchiveFolderIsMadeBeforeTheDialogOpens) {

@@ -33,6 +33,23 @@ QString InitialFolder(const Machine& machine, const std::string& folder) {
   return ToQt(NativePath(machine, folder));
 }
 
+// Why the choice is not taken, or nothing.
+std::string ReasonToRefuse(const Machine& machine, const SaveRequest& request,
+                           const QFileInfo& file) {
+  const QFileInfo folder(file.absolutePath());
+  const auto text = [&](const QFileInfo& place, const char* reason) {
+    return DrivePathText(machine, place.absoluteFilePath().toStdString()) + "\r" + reason;
+  };
+  if (request.PathMustExist && !folder.isDir()) return text(folder, "Path does not exist.");
+  if (!request.NoReadOnlyReturn) return {};
+  const bool is_open = file.isWritable() && file.permission(QFileDevice::WriteOwner);
+  if (file.exists() && !is_open)
+    return text(file, "This file is read-only.\rPlease choose another file name.");
+  if (folder.isDir() && !folder.isWritable())
+    return text(folder, "Files cannot be saved in this folder.\rPlease choose another folder.");
+  return {};
+}
+
 void Prepare(QFileDialog& dialog, const Machine& machine, const SaveRequest& request) {
   dialog.setObjectName(QLatin1String(kSaveDialogName));
   dialog.setOption(QFileDialog::DontUseNativeDialog);
@@ -56,11 +73,9 @@ std::optional<std::string> QtSaveDialog::Show(const SaveRequest& request) {
   for (;;) {
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
     const QFileInfo file(dialog.selectedFiles().constFirst());
-    if (!request.PathMustExist || file.dir().exists())
-      return DrivePathText(machine_, file.absoluteFilePath().toStdString());
-    messages_.Show({.Text = DrivePathText(machine_, file.absolutePath().toStdString()) +
-                            "\rPath does not exist.",
-                    .Title = request.Title});
+    const std::string reason = ReasonToRefuse(machine_, request, file);
+    if (reason.empty()) return DrivePathText(machine_, file.absoluteFilePath().toStdString());
+    messages_.Show({.Text = reason, .Title = request.Title});
   }
 }
 
