@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Errors.h"
 #include "support/RunProgram.h"
 #include "support/TestMachine.h"
 
@@ -166,6 +167,32 @@ TEST_F(ArchiveTest, NamesThatAreNoUtf8AreReadInTheCodePage) {
   EXPECT_THAT(List(), HasSubstr("log/grüße.txt 1 "));
 }
 
+TEST_F(ArchiveTest, HalfASurrogatePairIsNoUtf8EitherAndReadersDoNotStumble) {
+  disk.MakeFolders("C:\\log");
+  std::ofstream(disk.Native("C:\\log\\") + "\xED\xA0\x80.txt") << "a";
+  EXPECT_EQ(Zip("C:\\log"), 0);
+  EXPECT_THAT(List(), HasSubstr(".txt 1 "));
+}
+
+TEST_F(ArchiveTest, TwoNamesOfTheDiskThatAreOneInTheArchiveDropNeitherFile) {
+  disk.Put("C:\\log\\ü.txt", "first");
+  std::ofstream(disk.Native("C:\\log\\") + "\xFC.txt") << "second";
+  EXPECT_EQ(Zip("C:\\log"), 0);
+  EXPECT_THAT(List(), HasSubstr("log/ü.txt 5 "));
+  EXPECT_THAT(List(), HasSubstr("log/ü.txt~ 6 "));
+}
+
+TEST_F(ArchiveTest, ATimeBeyondThirtyTwoBitsIsKept) {
+  disk.Put("C:\\log\\a.txt", "a");
+  SetTime("C:\\log\\a.txt", 2540592000);  // 2050-07-05
+  EXPECT_EQ(Zip("C:\\log"), 0);
+  EXPECT_THAT(List(), HasSubstr("log/a.txt 1 2050-07-05 00:00:00"));
+  RunProgram("cd " + Quoted(disk.Native("C:\\")) + " && rm -r log && unzip out.zip");
+  struct stat status {};
+  ASSERT_EQ(stat(disk.Native("C:\\log\\a.txt").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mtime, 2540592000);
+}
+
 TEST_F(ArchiveTest, DatesAndTimesAreKept) {
   disk.Put("C:\\log\\sub\\a.txt", "a");
   SetTime("C:\\log\\sub\\a.txt", 1794719399);  // 2026-11-15 05:09:59
@@ -234,6 +261,81 @@ TEST_F(ArchiveTest, AReadOnlyFileIsNeitherAddedToNorReplaced) {
   EXPECT_EQ(Zip("C:\\one", "-a -r"), static_cast<int>(ZipResult::kCannotWrite));
   EXPECT_EQ(Zip("C:\\one", "-r"), static_cast<int>(ZipResult::kCannotWrite));
   EXPECT_EQ(disk.Get("C:\\out.zip"), before);
+}
+
+TEST_F(ArchiveTest, AFileThatThisUserMayNotWriteIsNeitherAddedToNorReplaced) {
+  disk.Put("C:\\one\\a.txt", "a");
+  EXPECT_EQ(Zip("C:\\one"), 0);
+  const std::string before = disk.Get("C:\\out.zip");
+  RunProgram("chmod 0755 " + Quoted(disk.home()) + " && chmod 0777 " + Quoted(disk.Native("C:\\")) +
+             " && chmod 0444 " + Quoted(disk.Native("C:\\out.zip")));
+  if (geteuid() == 0) chmod(disk.Native("C:\\out.zip").c_str(), 0644);  // another user's
+  {
+    const AsOrdinaryUser user;
+    EXPECT_EQ(Zip("C:\\one", "-a -r"), static_cast<int>(ZipResult::kCannotWrite));
+    EXPECT_EQ(Zip("C:\\one", "-r"), static_cast<int>(ZipResult::kCannotWrite));
+  }
+  EXPECT_EQ(disk.Get("C:\\out.zip"), before);
+  EXPECT_EQ(LeftOvers(), 0);
+}
+
+TEST_F(ArchiveTest, AFileOrFolderThatThisUserMayNotReadIsAFailure) {
+  disk.Put("C:\\file\\a.txt", "a");
+  disk.Put("C:\\folder\\sub\\a.txt", "a");
+  RunProgram("chmod 0755 " + Quoted(disk.home()) + " && cd " + Quoted(disk.Native("C:\\")) +
+             " && chmod 0777 . && chmod 0 file/a.txt folder/sub");
+  {
+    const AsOrdinaryUser user;
+    EXPECT_EQ(Zip("C:\\file"), static_cast<int>(ZipResult::kSourceUnreadable));
+    EXPECT_EQ(Zip("C:\\folder"), static_cast<int>(ZipResult::kSourceUnreadable));
+  }
+  RunProgram("chmod 0755 " + Quoted(disk.Native("C:\\folder\\sub")));
+  EXPECT_FALSE(disk.Has("C:\\out.zip"));
+  EXPECT_EQ(LeftOvers(), 0);
+}
+
+TEST_F(ArchiveTest, APrivateFileStaysPrivateWhileItIsAddedToAndAfterwards) {
+  disk.Put("C:\\one\\a.txt", "a");
+  EXPECT_EQ(Zip("C:\\one"), 0);
+  chmod(disk.Native("C:\\out.zip").c_str(), 0600);
+  disk.Put("C:\\one\\a.txt", "new");  // an entry to replace: the zip file is written as a whole
+  EXPECT_EQ(Zip("C:\\one"), 0);
+  struct stat status {};
+  ASSERT_EQ(stat(disk.Native("C:\\out.zip").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600u);
+}
+
+TEST_F(ArchiveTest, ALinkThatStandsWhereAWorkingFileGoesIsNotWrittenThrough) {
+  disk.Put("C:\\one\\a.txt", "a");
+  disk.Put("C:\\victim.txt", "dear");
+  EXPECT_EQ(Zip("C:\\one"), 0);
+  for (const char* name : {"C:\\.out.zip.1.part", "C:\\.out.zip.2.part2"})
+    fs::create_symlink("victim.txt", disk.Native(name));
+  EXPECT_EQ(Zip("C:\\one"), 0);
+  EXPECT_EQ(disk.Get("C:\\victim.txt"), "dear");
+  EXPECT_EQ(Names(), "one/\none/a.txt\n");
+}
+
+TEST_F(ArchiveTest, ANameOfAnyLengthHasAWorkingFile) {
+  disk.Put("C:\\one\\a.txt", "a");
+  const std::string zip = "C:\\" + std::string(251, 'n') + ".zip";
+  EXPECT_EQ(Zip("C:\\one", "-a -r", zip), 0);
+  EXPECT_EQ(Zip("C:\\one", "-a -r", zip), 0);
+  EXPECT_EQ(Names(zip), "one/\none/a.txt\n");
+}
+
+TEST_F(ArchiveTest, LogsAtTheEndOfALongPathAreTakenWhole) {
+  std::string path = "C:\\log";
+  std::string name = "log/";
+  std::string names = name;
+  for (int level = 0; level < 12; ++level) {
+    path += "\\" + std::string(60, static_cast<char>('a' + level));
+    name += std::string(60, static_cast<char>('a' + level)) + "/";
+    names += name + "\n";
+  }
+  disk.Put(path + "\\deep.txt", "deep");
+  EXPECT_EQ(Zip("C:\\log"), 0);
+  EXPECT_EQ(Names(), "log/\n" + names.substr(4) + name + "deep.txt\n");
 }
 
 TEST_F(ArchiveTest, AFileInAFolderThatDoesNotExistCannotBeWritten) {

@@ -39,6 +39,23 @@ void Fill(std::string& buffer, const std::string& text) {
   buffer.replace(0, count, text, 0, count);
 }
 
+// Beside the zip file, hidden; its name has room for the number behind a name of any length.
+std::string WorkingName(const std::string& zip_file, int number) {
+  constexpr std::size_t kMostOfName = 200;
+  const fs::path path(zip_file);
+  const std::string name = path.filename().string().substr(0, kMostOfName);
+  return (path.parent_path() / ("." + name + "." + std::to_string(number) + ".part")).string();
+}
+
+// A failure leaves the file as it is without a power cut, and is not told.
+void SyncParentOf(const std::string& native) {
+  const std::string parent = fs::path(native).parent_path().string();
+  const int folder = open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0) return;
+  fsync(folder);
+  close(folder);
+}
+
 struct Options {
   bool add = false;
   bool recurse = false;
@@ -98,6 +115,8 @@ void ZipWriter::State::CheckTarget(const std::string& native) {
   old_file = IdentityOf(status);
   if (!S_ISREG(status.st_mode)) FailWith(ZipResult::kCannotWrite, native + ": not a file");
   if ((status.st_mode & S_IWUSR) == 0) FailWith(ZipResult::kCannotWrite, native + ": read-only");
+  if (faccessat(AT_FDCWD, native.c_str(), W_OK, AT_EACCESS) != 0)
+    FailWithSystem(ZipResult::kCannotWrite, native, errno);
 }
 
 void ZipWriter::State::Begin(const std::string& native, bool add) {
@@ -105,12 +124,9 @@ void ZipWriter::State::Begin(const std::string& native, bool add) {
   const int old_descriptor = add ? open(native.c_str(), O_RDONLY | O_CLOEXEC) : -1;
   if (add && old_descriptor < 0 && errno != ENOENT)
     FailWithSystem(ZipResult::kCannotWrite, native, errno);
-  const fs::path path(native);
   int descriptor = -1;
   for (int number = 1; descriptor < 0; ++number) {
-    working = (path.parent_path() /
-               ("." + path.filename().string() + "." + std::to_string(number) + ".part"))
-                  .string();
+    working = WorkingName(native, number);
     descriptor = open(working.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0 && errno != EEXIST) {
       const int error = errno;
@@ -186,6 +202,7 @@ void ZipWriter::State::Rename() {
     Drop();
     FailWithSystem(ZipResult::kCannotWrite, name, error);
   }
+  SyncParentOf(target);
   store.reset();
   target.clear();
 }
@@ -207,7 +224,8 @@ std::int16_t ZipWriter::arZip(std::int32_t, std::string_view zip_file, std::stri
     const std::string target = NativePath(state.machine, UpToNul(zip_file));
     const std::string folder = NativePath(state.machine, UpToNul(source));
     if (!state.target.empty() && state.target != target) state.Rename();
-    if (!fs::is_directory(folder))
+    std::error_code unreachable;
+    if (!fs::is_directory(folder, unreachable))
       FailWith(ZipResult::kSourceMissing, std::string(UpToNul(source)) + ": no such folder");
     if (state.target.empty()) state.Begin(target, wanted.add);
     state.Add(folder, wanted.recurse);

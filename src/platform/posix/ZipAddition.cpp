@@ -7,8 +7,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <set>
+
+#include "platform/Utf8.h"
 
 namespace fs = std::filesystem;
 
@@ -20,20 +24,11 @@ namespace {
 constexpr zip_uint32_t kDeflateLevel = 6;
 constexpr zip_uint16_t kExtendedTimeStamp = 0x5455;
 
+// Half a surrogate pair is none: readers of the archive would refuse the name.
 bool IsUtf8(const std::string& text) {
-  std::size_t i = 0;
-  while (i < text.size()) {
-    const auto lead = static_cast<unsigned char>(text[i]);
-    const std::size_t length = lead < 0x80   ? 1
-                               : lead < 0xC2 ? 0
-                               : lead < 0xE0 ? 2
-                               : lead < 0xF0 ? 3
-                               : lead < 0xF5 ? 4
-                                             : 0;
-    if (length == 0 || i + length > text.size()) return false;
-    for (std::size_t k = 1; k < length; ++k)
-      if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return false;
-    i += length;
+  for (std::size_t i = 0; i < text.size();) {
+    const char32_t character = NextCharacter(text, i);
+    if (character == kNotUtf8 || (character >= 0xD800 && character <= 0xDFFF)) return false;
   }
   return true;
 }
@@ -105,23 +100,26 @@ void ZipAddition::AddFolder(const std::string& native, const std::string& name, 
   if (std::find(above_.begin(), above_.end(), identity) != above_.end()) return;
   above_.push_back(identity);
   AddFolderEntry(name + "/", status);
-  for (const std::string& child : Children(native)) AddChild(native, name, child, recurse);
+  std::set<std::string> taken;
+  for (const std::string& child : Children(native)) {
+    // Two names of the disk may be one in the archive; neither file is dropped for that.
+    std::string child_name = NameInZip(machine_, child);
+    while (!taken.insert(child_name).second) child_name += '~';
+    AddChild(native + "/" + child, name + "/" + child_name, recurse);
+  }
   above_.pop_back();
 }
 
-void ZipAddition::AddChild(const std::string& native, const std::string& name,
-                           const std::string& child, bool recurse) {
-  const std::string path = native + "/" + child;
+void ZipAddition::AddChild(const std::string& path, const std::string& name, bool recurse) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) {
     if (errno == ENOENT) return;  // a link that leads nowhere, or gone meanwhile
     FailWithSystem(ZipResult::kSourceUnreadable, path, errno);
   }
-  const std::string child_name = name + "/" + NameInZip(machine_, child);
   if (S_ISDIR(status.st_mode)) {
-    if (recurse) AddFolder(path, child_name, recurse);
+    if (recurse) AddFolder(path, name, recurse);
   } else if (S_ISREG(status.st_mode) && !IsZipFileItself(status)) {
-    AddFile(path, child_name, status);
+    AddFile(path, name, status);
   }
 }
 
@@ -157,17 +155,27 @@ void ZipAddition::AddFile(const std::string& path, const std::string& name,
   Describe(place, status);
 }
 
-// Date and time twice: in local time to two seconds, as every zip has it, and exactly, in the
-// extra field that most programs know. The permissions go with them.
-void ZipAddition::Describe(zip_uint64_t index, const struct stat& status) {
-  const auto seconds = static_cast<std::uint32_t>(static_cast<std::int32_t>(status.st_mtime));
+// The field holds 32 bits with a sign; a time beyond them stands in local time alone.
+bool ZipAddition::SetExactTime(zip_uint64_t index, std::time_t time) {
+  if (time != static_cast<std::int32_t>(time)) {
+    zip_file_extra_field_delete_by_id(archive_, index, kExtendedTimeStamp, ZIP_EXTRA_FIELD_ALL,
+                                      ZIP_FL_LOCAL | ZIP_FL_CENTRAL);
+    return true;
+  }
+  const auto seconds = static_cast<std::uint32_t>(time);
   zip_uint8_t stamp[5] = {1};
   for (std::size_t i = 0; i < 4; ++i)
     stamp[i + 1] = static_cast<zip_uint8_t>(seconds >> (8 * i) & 0xFF);
+  return zip_file_extra_field_set(archive_, index, kExtendedTimeStamp, 0, stamp, sizeof stamp,
+                                  ZIP_FL_LOCAL | ZIP_FL_CENTRAL) == 0;
+}
+
+// Date and time twice: in local time to two seconds, as every zip has it, and exactly, in the
+// extra field that most programs know. The permissions go with them.
+void ZipAddition::Describe(zip_uint64_t index, const struct stat& status) {
   const bool described =
       zip_file_set_mtime(archive_, index, status.st_mtime, 0) == 0 &&
-      zip_file_extra_field_set(archive_, index, kExtendedTimeStamp, 0, stamp, sizeof stamp,
-                               ZIP_FL_LOCAL | ZIP_FL_CENTRAL) == 0 &&
+      SetExactTime(index, status.st_mtime) &&
       zip_file_set_external_attributes(archive_, index, 0, ZIP_OPSYS_UNIX, Attributes(status)) == 0;
   if (!described) FailWithLibrary(zip_get_error(archive_));
 }

@@ -7,6 +7,7 @@
 #include <sys/types.h>
 #include <zip.h>
 
+#include <ctime>
 #include <string>
 #include <utility>
 #include <vector>
@@ -49,11 +50,11 @@ class ZipAddition {
   void AddFolder(const std::string& native, const std::string& name, bool recurse);
 
  private:
-  void AddChild(const std::string& native, const std::string& name, const std::string& child,
-                bool recurse);
+  void AddChild(const std::string& path, const std::string& name, bool recurse);
   bool IsZipFileItself(const struct stat& status) const;
   void AddFolderEntry(const std::string& name, const struct stat& status);
   void AddFile(const std::string& path, const std::string& name, const struct stat& status);
+  bool SetExactTime(zip_uint64_t index, std::time_t time);
   void Describe(zip_uint64_t index, const struct stat& status);
 
   const Machine& machine_;

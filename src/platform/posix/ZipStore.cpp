@@ -239,8 +239,18 @@ zip_int64_t ZipStore::BeginRewriting() {
   std::uint64_t size = 0;
   if (!FileSize(size)) return Fail(ZIP_ER_READ);
   if (size == 0) return BeginAppending(0);
-  target_ = open((path_ + "2").c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  // Nobody's but ours, as the first one, and no easier to read than that.
+  struct stat status {};
+  if (fstat(descriptor_, &status) != 0) return Fail(ZIP_ER_TMPOPEN);
+  unlink((path_ + "2").c_str());
+  target_ = open((path_ + "2").c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (target_ < 0) return Fail(ZIP_ER_TMPOPEN);
+  if (fchmod(target_, status.st_mode & 07777) != 0) {
+    const int error = errno;
+    Rollback();
+    errno = error;
+    return Fail(ZIP_ER_TMPOPEN);
+  }
   write_position_ = written_end_ = 0;
   return 0;
 }
