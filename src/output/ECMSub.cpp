@@ -138,13 +138,22 @@ void DeleteFileIgnoringErrors(const AppState& state, const std::string& file) {
   }
 }
 
+// A number that no variable could hold is the longest wait.
+double MillisecondsOf(const std::string& value) {
+  try {
+    return std::clamp(LeadingNumber(value), 0.0, kLongestWait);
+  } catch (const RunTimeError&) {
+    return kLongestWait;
+  }
+}
+
 int GenerateTimeout(const AppState& state) {
   constexpr const char* kDefault = "60000";
   std::string value =
       GetPrivateProfileString(state.machine, "Upload PDF", "Generate Timeout", kDefault,
                               kProfileBuffer, WithBackslash(state.AppPath) + "arecm.cfg");
   if (value.empty()) value = kDefault;
-  return static_cast<int>(std::clamp(LeadingNumber(value), 0.0, kLongestWait));
+  return static_cast<int>(MillisecondsOf(value));
 }
 
 }  // namespace

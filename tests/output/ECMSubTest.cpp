@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -303,6 +304,14 @@ TEST_F(ECMSubTest, TheTimeIsReadAsAWholeNumberAndAnEmptyOneIsTheDefault) {
   }
 }
 
+TEST_F(ECMSubTest, ATimeThatNoNumberCanHoldWaitsUntilTheFileComes) {
+  station.disk.Put("C:\\QUOREX\\qrxexe\\arecm.cfg", "[Upload PDF]\r\nGenerate Timeout=1E999\r\n");
+  station.clock.on_sleep = [this] {
+    if (station.clock.sleeps.size() == 1000) station.disk.Put("C:\\a.pdf", "");
+  };
+  EXPECT_TRUE(WaitForPrintImage(station.state, station.services, "C:\\a.pdf"));
+}
+
 TEST_F(ECMSubTest, AFileThatComesDuringTheWaitEndsIt) {
   station.clock.on_sleep = [this] {
     if (station.clock.sleeps.size() == 3) station.disk.Put("C:\\a.pdf", "");
@@ -335,6 +344,27 @@ TEST_F(ECMSubTest, AnAreaOfAnotherUserIsNoTemporaryArea) {
   std::string folder;
   EXPECT_EQ(MakeStagingFolder(station.state, station.services, folder, 4711, "LOGBK"), 1);
   EXPECT_EQ(folder, "");
+}
+
+TEST_F(ECMSubTest, AnAreaThatSomebodyElsesLinkStandsForIsNoTemporaryArea) {
+  station.disk.MakeFolders("C:\\private");
+  fs::create_symlink("private", station.disk.Native("C:\\Norvane.Quorex.ECM"));
+  if (lchown(station.disk.Native("C:\\Norvane.Quorex.ECM").c_str(), 65534, 65534) != 0)
+    GTEST_SKIP() << "only the administrator can give a link away";
+  chmod(station.disk.Native("C:\\private").c_str(), 0755);
+  std::string folder;
+  EXPECT_EQ(MakeStagingFolder(station.state, station.services, folder, 4711, "LOGBK"), 1);
+  struct stat status {};
+  ASSERT_EQ(stat(station.disk.Native("C:\\private").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0755u);
+}
+
+TEST_F(ECMSubTest, AnAreaBehindALinkOfOurOwnIsUsed) {
+  station.disk.MakeFolders("C:\\other disk");
+  fs::create_symlink("other disk", station.disk.Native("C:\\Norvane.Quorex.ECM"));
+  std::string folder;
+  EXPECT_EQ(MakeStagingFolder(station.state, station.services, folder, 4711, "LOGBK"), 0);
+  EXPECT_TRUE(station.disk.Has("C:\\other disk\\" + folder));
 }
 
 TEST_F(ECMSubTest, OtherUsersCannotLookIntoTheAreaNorTheFolderNorTheDescriptor) {
