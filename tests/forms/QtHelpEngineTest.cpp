@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDesktopServices>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QPushButton>
@@ -26,6 +27,34 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr std::uint32_t kContents = 1, kContext = 15, kCloseAll = 18;
+
+// Takes the place of the desktop's programs for files.
+class DesktopPrograms : public QObject {
+  Q_OBJECT
+ public:
+  DesktopPrograms() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "Open"); }
+  ~DesktopPrograms() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+
+  std::vector<std::string> opened;
+
+ public Q_SLOTS:
+  void Open(const QUrl& url) { opened.push_back(url.toLocalFile().toStdString()); }
+};
+
+// While it lives, programs are found in this folder first, or in no other.
+class ProgramFolder {
+ public:
+  enum class Others { kStay, kAreHidden };
+  ProgramFolder(const std::string& folder, Others others) : path_(qgetenv("PATH")) {
+    QByteArray path = QByteArray::fromStdString(folder);
+    if (others == Others::kStay) path += ":" + path_;
+    qputenv("PATH", path);
+  }
+  ~ProgramFolder() { qputenv("PATH", path_); }
+
+ private:
+  const QByteArray path_;
+};
 
 class QtHelpEngineTest : public testing::Test {
  protected:
@@ -194,8 +223,7 @@ TEST_F(QtHelpEngineTest, AChmFileGoesToTheMachinesViewerOnceWithItsTopic) {
                                   "; exit' TERM\necho \"$@\" >> " + log +
                                   "\nwhile :; do sleep 0.05; done\n");
   std::filesystem::permissions(viewer, std::filesystem::perms(0755));
-  const QByteArray path = qgetenv("PATH");
-  qputenv("PATH", QByteArray::fromStdString(w.disk.Native("C:\\bin") + ":") + path);
+  const ProgramFolder with_viewer(w.disk.Native("C:\\bin"), ProgramFolder::Others::kStay);
   w.disk.Put("C:\\other\\quorex.chm", "ITSF");
 
   ShowHelp(w.state, services, 0, "C:\\other\\quorex.chm", kHelpContext, 16700);
@@ -212,7 +240,31 @@ TEST_F(QtHelpEngineTest, AChmFileGoesToTheMachinesViewerOnceWithItsTopic) {
   EXPECT_EQ(HelpWindow(), nullptr);
   Html("1", kCloseAll);
   EXPECT_EQ(w.disk.Get("C:\\viewer.log"), started + "ended\n");
-  qputenv("PATH", path);
+}
+
+TEST_F(QtHelpEngineTest, WithoutThatViewerTheDesktopOpensAChmFileOnceForEachHelp) {
+  w.disk.Put("C:\\other\\quorex.chm", "ITSF");
+  const std::string file = w.disk.Native("C:\\other\\quorex.chm");
+  const ProgramFolder no_viewer(w.disk.Native("C:\\bin"), ProgramFolder::Others::kAreHidden);
+  DesktopPrograms desktop;
+  ShowHelp(w.state, services, 0, "C:\\other\\quorex.chm", kHelpContext, 16700);
+  EXPECT_THAT(desktop.opened, ElementsAre(file)) << "contents and topic are one help";
+  ShowHelp(w.state, services, 0, "", kHelpContext, 16703);
+  EXPECT_THAT(desktop.opened, ElementsAre(file, file));
+  QCoreApplication::processEvents();
+  ShowHelp(w.state, services, 0, "", kHelpContext, 16703);
+  EXPECT_THAT(desktop.opened, ElementsAre(file, file, file));
+  EXPECT_EQ(HelpWindow(), nullptr);
+}
+
+TEST_F(QtHelpEngineTest, AChmFileThatNothingOpensGivesWayToTheOwnManual) {
+  w.disk.Put("C:\\other\\quorex.chm", "ITSF");
+  const ProgramFolder no_viewer(w.disk.Native("C:\\bin"), ProgramFolder::Others::kAreHidden);
+  ShowHelp(w.state, services, 0, "C:\\other\\quorex.chm", kHelpContext, 16703);
+  ASSERT_NE(HelpWindow(), nullptr);
+  EXPECT_EQ(Page(), "Page editor");
+  EXPECT_THAT(Part<QLabel>("HelpNotice")->text().toStdString(),
+              HasSubstr("This machine has nothing to show C:\\other\\quorex.chm with."));
 }
 
 TEST_F(QtHelpEngineTest, EachHelpButtonAsksForItsTopic) {
@@ -277,3 +329,5 @@ TEST_F(QtHelpEngineTest, HelpStaysUsableWhileADialogIsOpen) {
 
 }  // namespace
 }  // namespace logbook
+
+#include "QtHelpEngineTest.moc"

@@ -123,10 +123,11 @@ void QtHelpEngine::ShowBook(const QString& index, std::optional<std::uint32_t> t
 
 bool QtHelpEngine::StartViewer(const QString& file) {
   const QString viewer = QStandardPaths::findExecutable(QString::fromLatin1(kViewer));
-  if (viewer.isEmpty()) return QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+  if (viewer.isEmpty() && !QDesktopServices::openUrl(QUrl::fromLocalFile(file))) return false;
   viewer_file_ = file;
   QTimer::singleShot(0, &starts_, [this, viewer] {
-    if (viewer_file_.isEmpty()) return;  // closed again before it began
+    if (viewer_file_.isEmpty()) return;                 // closed again before it began
+    if (viewer.isEmpty()) return viewer_file_.clear();  // the desktop's program has the file
     auto* process = new QProcess(&starts_);
     QStringList arguments;
     if (viewer_topic_)
