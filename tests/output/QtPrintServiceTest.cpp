@@ -148,6 +148,22 @@ TEST_F(QtPrintServiceTest, ArmingHoldsForOneJob) {
   EXPECT_EQ(disk.Get("C:\\PDF\\Doc.pdf"), "taken");
 }
 
+TEST_F(QtPrintServiceTest, AnArmedJobLandsInItsFileWhateverTheDefaultPrinterIsByThen) {
+  ASSERT_TRUE(Arm("Doc", "C:\\PDF\\"));
+  PutDefaultPrinter("No such printer");
+  service.PrintSheet(sheet);
+  EXPECT_TRUE(disk.Has("C:\\PDF\\Doc.pdf"));
+  EXPECT_THROW(service.PrintSheet(sheet), RunTimeError) << "the next one is not armed";
+}
+
+TEST_F(QtPrintServiceTest, AnArmingThatFailsTakesTheOneBeforeBack) {
+  ASSERT_TRUE(Arm("Doc", "C:\\PDF\\"));
+  ASSERT_FALSE(Arm("", "C:\\PDF\\"));
+  PutDefaultPrinter("No such printer");
+  EXPECT_THROW(service.PrintSheet(sheet), RunTimeError);
+  EXPECT_FALSE(disk.Has("C:\\PDF\\Doc.pdf"));
+}
+
 TEST_F(QtPrintServiceTest, AnUnannouncedJobGoesToTheDocumentsFolderAndReplacesNothing) {
   qputenv("HOME", QByteArray::fromStdString(disk.home()));
   const std::string documents = disk.home() + "/Documents";

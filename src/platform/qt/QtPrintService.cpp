@@ -133,6 +133,7 @@ void QtPrintService::exptGetMessageFromErrorCode(std::int32_t error_code, std::i
 
 void QtPrintService::PrintSheet(const F1Book& sheet) {
   const std::optional<std::string> armed = std::exchange(armed_, std::nullopt);
+  if (armed) return PrintToFile(sheet, *armed);  // whoever armed waits for that file
   std::int32_t error_code = kNoError;
   const std::optional<Device> device = DefaultDevice(error_code);
   if (!device) {
@@ -141,7 +142,7 @@ void QtPrintService::PrintSheet(const F1Book& sheet) {
     throw RunTimeError(ErrorNumber::kPrinterError, message.data());
   }
   if (device->is_pdf) {
-    PrintToFile(sheet, armed ? *armed : UnannouncedFile(sheet));
+    PrintToFile(sheet, UnannouncedFile(sheet));
   } else {
     PrintToQueue(sheet, device->name);
   }
