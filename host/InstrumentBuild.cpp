@@ -8,6 +8,8 @@
 #include <charconv>
 #include <stdexcept>
 
+#include "platform/UpperCase.h"
+
 namespace logbook::host {
 namespace {
 
@@ -41,17 +43,10 @@ constexpr auto kOptionNames = std::to_array<OptionName>({
     {"colopgs", "COLOPGS", &InstrumentBuild::colopgs},
 });
 
-std::string LowerCase(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
-}
-
 LensFamily ParseLens(std::string_view name) {
-  const auto found = std::find_if(kLensNames.begin(), kLensNames.end(),
-                                  [&](const LensName& row) { return row.name == name; });
+  const auto found = std::find_if(kLensNames.begin(), kLensNames.end(), [&](const LensName& row) {
+    return EqualIgnoringCase(row.name, name);
+  });
   if (found == kLensNames.end()) {
     throw std::invalid_argument("unknown lens family \"" + std::string(name) +
                                 "\": plain, lumarin, trz-cs or trz-ce");
@@ -61,8 +56,9 @@ LensFamily ParseLens(std::string_view name) {
 
 void ParseOption(std::string_view text, InstrumentBuild& build) {
   const std::string_view name = text.substr(0, text.find('='));
-  const auto found = std::find_if(kOptionNames.begin(), kOptionNames.end(),
-                                  [&](const OptionName& row) { return row.name == name; });
+  const auto found =
+      std::find_if(kOptionNames.begin(), kOptionNames.end(),
+                   [&](const OptionName& row) { return EqualIgnoringCase(row.name, name); });
   if (found == kOptionNames.end()) {
     throw std::invalid_argument("unknown option \"" + std::string(name) +
                                 "\" of an instrument build");
@@ -85,8 +81,7 @@ std::string Flag(bool set) {
 }  // namespace
 
 InstrumentBuild ParseBuild(std::string_view text) {
-  const std::string lower = LowerCase(text);
-  std::string_view rest = lower;
+  std::string_view rest = text;
   InstrumentBuild build;
   build.lens = ParseLens(rest.substr(0, rest.find('+')));
   while (rest.find('+') != std::string_view::npos) {

@@ -13,6 +13,7 @@
 #include "host/Tune.h"
 #include "host/Wear.h"
 #include "host/tables/TuneVariables.h"
+#include "platform/UpperCase.h"
 
 namespace logbook::host {
 namespace {
@@ -36,15 +37,6 @@ std::vector<std::string> HexFields(const std::array<std::uint16_t, kBitWords>& w
     fields.push_back(field);
   }
   return fields;
-}
-
-char LowerCase(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool IsSameName(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return LowerCase(x) == LowerCase(y); });
 }
 
 std::string FirstHalfOfLines(const std::string& bytes) {
@@ -99,7 +91,7 @@ DamageKind ParseKind(std::string_view word) {
 bool IsSnapshotFile(std::string_view name) {
   const std::vector<SnapshotFile> files = MakeSnapshot({});
   return std::any_of(files.begin(), files.end(),
-                     [&](const SnapshotFile& file) { return IsSameName(file.name, name); });
+                     [&](const SnapshotFile& file) { return EqualIgnoringCase(file.name, name); });
 }
 
 }  // namespace
@@ -145,7 +137,7 @@ void WriteSnapshot(const Machine& machine, std::string_view folder,
     std::string bytes = machine.code_page->FromUtf8(file.text);
     bool is_missing = false;
     for (const Damage& damage : damages) {
-      if (!damage.file.empty() && !IsSameName(damage.file, file.name)) continue;
+      if (!damage.file.empty() && !EqualIgnoringCase(damage.file, file.name)) continue;
       is_missing = is_missing || damage.kind == DamageKind::kMissing;
       bytes = Damaged(bytes, damage.kind);
     }

@@ -4,10 +4,10 @@
 #include "desktop/arvbsub.h"
 
 #include <optional>
-#include <string_view>
 
 #include "platform/Profile.h"
 #include "platform/Registry.h"
+#include "platform/UpperCase.h"
 
 namespace logbook {
 
@@ -25,16 +25,6 @@ constexpr std::uint32_t kQuit = 2;
 // Stands for a window or file that a command does not use.
 constexpr std::intptr_t kNoWindow = 1;
 constexpr char kNoFile[] = "1";
-
-bool EndsInIgnoringCase(std::string_view text, std::string_view end) {
-  if (text.size() < end.size()) return false;
-  text.remove_prefix(text.size() - end.size());
-  for (std::size_t i = 0; i < end.size(); ++i) {
-    const char c = text[i] >= 'A' && text[i] <= 'Z' ? static_cast<char>(text[i] + 32) : text[i];
-    if (c != end[i]) return false;
-  }
-  return true;
-}
 
 // A value of the settings up to its first NUL; "ERR" where it is missing.
 std::string Setting(const AppState& state, const std::string& settings, const char* key) {

@@ -3,11 +3,11 @@
 
 #include "output/PrintBridge.h"
 
-#include <algorithm>
 #include <array>
 
 #include "desktop/arvbsub.h"
 #include "platform/RunTimeError.h"
+#include "platform/UpperCase.h"
 
 namespace logbook {
 
@@ -22,14 +22,6 @@ std::string TextOf(const Buffer& buffer) {
 
 std::string WithNul(std::string text) {
   return text + '\0';
-}
-
-bool EqualIgnoringCase(std::string_view left, std::string_view right) {
-  const auto lower = [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  };
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [&](char a, char b) { return lower(a) == lower(b); });
 }
 
 std::string MessageOf(PrintService& print, std::int32_t error_code) {
@@ -54,10 +46,7 @@ std::string ProgramFile(const AppState& state) {
   std::string file = state.AppPath;
   if (!file.ends_with('\\')) file += '\\';
   file += state.AppName;
-  const std::string_view extension = ".EXE";
-  const bool named = file.size() >= extension.size() &&
-                     EqualIgnoringCase(file.substr(file.size() - extension.size()), extension);
-  return WithNul(named ? file : file + ".exe");
+  return WithNul(EndsInIgnoringCase(file, ".EXE") ? file : file + ".exe");
 }
 
 }  // namespace

@@ -37,6 +37,14 @@ constexpr char UpperCaseByte(char byte) {
   return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
 }
 
+bool EqualBytes(char a, char b) {
+  return UpperCaseByte(a) == UpperCaseByte(b);
+}
+
+bool IsAscii(std::string_view text) {
+  return EndOfAscii(text, 0) == text.size();
+}
+
 }  // namespace
 
 char32_t UpperCase(char32_t character) {
@@ -69,14 +77,20 @@ std::string UpperCaseText(std::string_view text) {
 }
 
 bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  if (EndOfAscii(a, 0) == a.size() && EndOfAscii(b, 0) == b.size()) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return UpperCaseByte(x) == UpperCaseByte(y); });
-  }
+  if (IsAscii(a) && IsAscii(b))
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), EqualBytes);
   return UpperCaseText(a) == UpperCaseText(b);
 }
 
+bool EndsInIgnoringCase(std::string_view text, std::string_view end) {
+  return UpperCaseText(text).ends_with(UpperCaseText(end));
+}
+
 bool ContainsIgnoringCase(std::string_view text, std::string_view word) {
+  if (IsAscii(text) && IsAscii(word)) {
+    return word.empty() || std::search(text.begin(), text.end(), word.begin(), word.end(),
+                                       EqualBytes) != text.end();
+  }
   return UpperCaseText(text).find(UpperCaseText(word)) != std::string::npos;
 }
 

@@ -21,6 +21,9 @@ std::string UpperCaseText(std::string_view text);
 // True if the two texts differ in case at most.
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
 
+// True if the text ends in this, but for case; an empty end always does.
+bool EndsInIgnoringCase(std::string_view text, std::string_view end);
+
 // True if the word stands anywhere in the text, but for case; an empty word always does.
 bool ContainsIgnoringCase(std::string_view text, std::string_view word);
 

@@ -3,37 +3,16 @@
 
 #include "snapshot/MacroFile.h"
 
-#include <algorithm>
-
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
+#include "platform/UpperCase.h"
 #include "shell/LeadingNumber.h"
 
 namespace logbook {
-namespace {
-
-char UpperCase(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-std::string UpperCase(std::string_view text) {
-  std::string upper(text);
-  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) { return UpperCase(c); });
-  return upper;
-}
-
-bool Holds(std::string_view line, std::string_view word) {
-  return std::search(line.begin(), line.end(), word.begin(), word.end(),
-                     [](char a, char b) { return UpperCase(a) == UpperCase(b); }) != line.end();
-}
-
-}  // namespace
-
 std::vector<std::string> MacroFileNames(std::string_view file) {
   std::vector<std::string> names = {std::string(file)};
-  const std::string upper = UpperCase(file);
-  if (upper == "SENSEVAR.MAC") names.push_back("SENSEVA2.MAC");
-  if (upper == "OTHERVAR.MAC") names.push_back("OTHERVA2.MAC");
+  if (EqualIgnoringCase(file, "SENSEVAR.MAC")) names.push_back("SENSEVA2.MAC");
+  if (EqualIgnoringCase(file, "OTHERVAR.MAC")) names.push_back("OTHERVA2.MAC");
   return names;
 }
 
@@ -48,11 +27,11 @@ std::optional<std::string> FindMacroFile(const Machine& machine, std::string_vie
 
 void TakeMacroLine(MacroLines& lines, std::string_view line, std::string_view var) {
   if (line.find('=') == std::string_view::npos) return;
-  if (Holds(line, var)) {
+  if (ContainsIgnoringCase(line, var)) {
     lines.Value = line;
-  } else if (Holds(line, "OPT_COLOPGS")) {
+  } else if (ContainsIgnoringCase(line, "OPT_COLOPGS")) {
     lines.ColOpgs = line;
-  } else if (Holds(line, "CLMD")) {
+  } else if (ContainsIgnoringCase(line, "CLMD")) {
     lines.Clmd = line;
   }
 }

@@ -38,6 +38,15 @@ TEST(UpperCaseTest, texts_of_other_lengths_or_letters_differ) {
   EXPECT_FALSE(EqualIgnoringCase("@", "`"));
 }
 
+TEST(UpperCaseTest, a_text_ends_in_its_last_letters_of_any_case) {
+  for (const char* text : {"quorex.chm", "QUOREX.CHM", ".Chm", "é.chm"})
+    EXPECT_TRUE(EndsInIgnoringCase(text, ".chm")) << text;
+  for (const char* text : {"", "chm", "quorex.chm ", "quorex.hlp", "quorex.ſhm"})
+    EXPECT_FALSE(EndsInIgnoringCase(text, ".chm")) << text;
+  EXPECT_TRUE(EndsInIgnoringCase("Menü", "NÜ"));
+  EXPECT_TRUE(EndsInIgnoringCase("", ""));
+}
+
 TEST(UpperCaseTest, a_word_is_found_anywhere_in_a_text) {
   for (const char* text : {"CE", "HOST ce", "ACE", "aCEb"})
     EXPECT_TRUE(ContainsIgnoringCase(text, "Ce")) << text;
@@ -45,6 +54,8 @@ TEST(UpperCaseTest, a_word_is_found_anywhere_in_a_text) {
     EXPECT_FALSE(ContainsIgnoringCase(text, "CE")) << text;
   EXPECT_TRUE(ContainsIgnoringCase("Prüfung", "RÜF"));
   EXPECT_TRUE(ContainsIgnoringCase("", ""));
+  EXPECT_TRUE(ContainsIgnoringCase("abc", ""));
+  EXPECT_TRUE(ContainsIgnoringCase("\xFFmce", "CE")) << "behind a byte that is no UTF-8";
 }
 
 }  // namespace
