@@ -21,7 +21,8 @@ namespace {
 
 constexpr std::int16_t kTuneReport = 1;
 constexpr int kCommentHeading = 123;
-constexpr std::size_t kLineLimit = 65536;  // bytes, line end counted
+constexpr std::size_t kLineLimit = 65536;  // bytes of the code page, line end counted
+constexpr std::size_t kLineEnd = 2;
 constexpr int kCommentCharacters = 70;
 constexpr SheetEdge kRule{4, 0};
 
@@ -66,9 +67,9 @@ class SheetLines {
     if (!Exists(machine_, path)) return;
     InputFile file(machine_, path);
     while (!stopped_ && !file.AtEnd()) {
-      const std::string line = file.ReadLine();
-      stopped_ = line.size() + 2 >= kLineLimit;
-      if (!stopped_) Add(cut(machine_.code_page->ToUtf8(line)));
+      const std::string line = machine_.code_page->ToUtf8(file.ReadLine());
+      stopped_ = machine_.code_page->Length(line) + kLineEnd >= kLineLimit;
+      if (!stopped_) Add(cut(line));
     }
   }
 

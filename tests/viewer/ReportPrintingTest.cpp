@@ -158,6 +158,17 @@ TEST_F(ReportPrinting, TheLineLimitCountsBytesOfTheCodePage) {
   EXPECT_EQ(japanese.print.sheets.at(0).Text(1, 1), "") << "65534 bytes and the line end";
 }
 
+TEST_F(ReportPrinting, APairThatIsNoCharacterCountsAsTheOneByteThatStandsForIt) {
+  test::Viewing japanese(932);
+  std::string bytes;
+  for (int i = 0; i < 40000; ++i) bytes += "\x82\x40";
+  japanese.Put("errlog.txt", bytes + "\r\nlast\r\n");
+  japanese.state.ViewMode = 5;
+  cmdPrint_Click(japanese.state, japanese.services, japanese.view);
+  EXPECT_NE(japanese.print.sheets.at(0).Text(1, 1), "") << "40000 bytes, not 80000";
+  EXPECT_EQ(japanese.print.sheets.at(0).Text(2, 1), "last");
+}
+
 TEST_F(ReportPrinting, TextGoesThroughTheCodePage) {
   log.Put("errlog.txt",
           "20 \xb0"
