@@ -85,6 +85,28 @@ TEST_F(arvbsub, AFolderNamedErrInLowerCaseIsAFolder) {
   EXPECT_EQ(FileNameAfterHelp(), "err\\quorex.chm");
 }
 
+TEST_F(arvbsub, ASettingHasAtMost255BytesAndIsCutThere) {
+  PutSettings("_HELPPATH$=" + std::string(300, 'p') + "\r\n_HELPFILE$=" + std::string(300, 'f') +
+              "\r\n");
+  EXPECT_EQ(FileNameAfterHelp(), std::string(255, 'p') + "\\" + std::string(255, 'f'));
+}
+
+TEST_F(arvbsub, ASettingEndsAtItsFirstNul) {
+  PutSettings(std::string("_HELPPATH$=C:\\H\0x\r\n_HELPFILE$=a.chm\0.hlp\r\n", 42));
+  EXPECT_EQ(FileNameAfterHelp(), "C:\\H\\a.chm");
+}
+
+TEST_F(arvbsub, SettingsAreInTheCodePageOfTheMachine) {
+  PutSettings("_HELPFILE$=Ger\xe4t.chm\r\n");
+  EXPECT_EQ(FileNameAfterHelp(), "Ger\xc3\xa4t.chm");
+}
+
+TEST_F(arvbsub, AnEmptySettingIsNoMissingOne) {
+  PutSettings("_HELPPATH$=C:\\H\r\n_HELPFILE$=\r\n");
+  EXPECT_EQ(FileNameAfterHelp(), "C:\\H\\");
+  EXPECT_THAT(calls, ElementsAre("WinHelp 4711 C:\\H\\ 15 16700"));
+}
+
 TEST_F(arvbsub, AWorkstationFolderWithoutBackslashFindsItsSettings) {
   PutSettings("_HELPFILE$=found.chm\r\n");
   PutHostPath("C:\\\\QUOREX");
@@ -204,6 +226,17 @@ TEST_F(arvbsub, GetHostPathTakesAtMost255Bytes) {
   EXPECT_EQ(GetHostPath(station.disk), std::string(255, 'x'));
   PutHostPath(std::string(256, 'x'));
   EXPECT_EQ(GetHostPath(station.disk), "");
+  std::string umlauts;
+  for (int i = 0; i < 255; ++i) umlauts += "\xc3\xa4";
+  PutHostPath(umlauts);
+  EXPECT_EQ(GetHostPath(station.disk), umlauts) << "255 bytes in the code page";
+}
+
+TEST_F(arvbsub, GetHostPathEndsAtTheFirstNul) {
+  station.disk.Put(
+      station.disk.home() + "/machine.reg",
+      std::string("REGEDIT4\r\n\r\n") + kKey + "\"Path\"=hex(1):43,3a,5c,51,00,52,00\r\n");
+  EXPECT_EQ(GetHostPath(station.disk), "C:\\Q");
 }
 
 }  // namespace

@@ -193,6 +193,19 @@ TEST_F(PrintBridge, GetPrinterNamesCutsEachNameAtItsFirstNul) {
   EXPECT_EQ(error_code, 0);
 }
 
+TEST_F(PrintBridge, GetPrinterNamesSetsTheErrorCodeTo0WhateverTheServiceLeavesThere) {
+  class Careless : public test::TestPrint {
+    std::int32_t exptGetDefaultPrinter(std::span<char>, std::span<char>,
+                                       std::int32_t* code) override {
+      *code = 1234;
+      return 1;
+    }
+  } careless;
+  std::string printer_name, driver_name;
+  EXPECT_TRUE(GetPrinterNames(careless, printer_name, driver_name, error_code));
+  EXPECT_EQ(error_code, 0);
+}
+
 TEST_F(PrintBridge, GetPrinterNamesEmptiesTheNamesOnFailure) {
   print.printer_error = 1801;
   std::string printer_name = "old", driver_name = "old";
