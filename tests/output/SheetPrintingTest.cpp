@@ -216,6 +216,23 @@ TEST_F(SheetPrinting, OtherControlCharactersPrintNothing) {
             QStringLiteral("abcd"));
 }
 
+TEST_F(SheetPrinting, DateAndTimeAreInTheMannerOfTheLocaleWithAllDigitsOfTheYear) {
+  struct Row {
+    const char* locale;
+    const char* date;
+    const char* time;
+  };
+  const Row rows[] = {{"C", "21 Nov 2026", "05:09:59"},
+                      {"en_US", "11/21/2026", "5:09"},
+                      {"de_DE", "21.11.2026", "05:09"},
+                      {"ja_JP", "2026/11/21", "5:09"}};
+  for (const Row& row : rows) {
+    const QLocale locale{QString::fromLatin1(row.locale)};
+    EXPECT_EQ(PrintDate(kNow, locale).toStdString(), row.date) << row.locale;
+    EXPECT_THAT(PrintTime(kNow, locale).toStdString(), StartsWith(row.time)) << row.locale;
+  }
+}
+
 TEST_F(SheetPrinting, TextBeyondTheLatinLettersPrints) {
   sheet.SetText(1, 1, "caf\xc3\xa9 \xc2\xb5g \xd0\x96 \xce\xa9");
   EXPECT_THAT(test::PagesOf(Print())[0], HasSubstr("caf\xc3\xa9 \xc2\xb5g \xd0\x96 \xce\xa9"));

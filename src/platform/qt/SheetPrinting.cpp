@@ -6,7 +6,6 @@
 #include <QBuffer>
 #include <QDate>
 #include <QFontDatabase>
-#include <QLocale>
 #include <QPagedPaintDevice>
 #include <QPdfWriter>
 #include <QTime>
@@ -72,16 +71,15 @@ QString PrintableText(const std::string& text) {
   return printable;
 }
 
-QString PrintDate(const LocalTime& now) {
-  const QLocale locale = QLocale::system();
+QString PrintDate(const LocalTime& now, const QLocale& locale) {
   QString format = locale.dateFormat(QLocale::ShortFormat);
   if (!format.contains(QLatin1String("yyyy")))
     format.replace(QLatin1String("yy"), QLatin1String("yyyy"));
   return locale.toString(QDate(now.Year, now.Month, now.Day), format);
 }
 
-QString PrintTime(const LocalTime& now) {
-  return QLocale::system().toString(QTime(now.Hour, now.Minute, now.Second), QLocale::ShortFormat);
+QString PrintTime(const LocalTime& now, const QLocale& locale) {
+  return locale.toString(QTime(now.Hour, now.Minute, now.Second), QLocale::ShortFormat);
 }
 
 void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now) {

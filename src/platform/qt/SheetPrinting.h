@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QFont>
+#include <QLocale>
 #include <QPageSize>
 #include <QString>
 
@@ -36,8 +37,8 @@ QFont PrintFont(const CellFont& font);
 // characters print nothing.
 QString PrintableText(const std::string& text);
 
-// The date as the machine's locale writes it in short, but with all digits of the year.
-QString PrintDate(const LocalTime& now);
-QString PrintTime(const LocalTime& now);
+// Date and time as a locale, the machine's, writes them in short, but with all digits of the year.
+QString PrintDate(const LocalTime& now, const QLocale& locale = QLocale::system());
+QString PrintTime(const LocalTime& now, const QLocale& locale = QLocale::system());
 
 }  // namespace logbook
