@@ -214,7 +214,8 @@ int Dispatch(const CLI::App& app, const CommandLine& line, int argc, char** argv
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Simulated control panel of the workstation");
+  CLI::App app("Simulated control panel of the workstation", "quorex-host");
+  app.set_version_flag("--version", "quorex-host " LOGBOOK_VERSION);
   app.require_subcommand(1);
   CommandLine line;
   AddInit(app, line);

@@ -55,10 +55,9 @@ std::string JoinedByBlanks(const std::vector<std::string>& words) {
   return line;
 }
 
-// Index of the manual that was installed with the program.
+// Index of the manual that lies beside the program.
 QString ManualOfTheProgram() {
-  return QApplication::applicationDirPath() +
-         QStringLiteral("/../share/quorex-logbook/manual/logbook.hhbook");
+  return QApplication::applicationDirPath() + QStringLiteral("/manual/logbook.hhbook");
 }
 
 // Runs the program until it ends itself; returns only if the toolkit's loop is made to.

@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The programs as they are installed, below a folder of the test's own.
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "Pages.h"
+#include "Workplace.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook::e2e {
+namespace {
+
+class InstallTest : public ReadableProgram {
+ protected:
+  void SetUp() override {
+    ReadableProgram::SetUp();
+    if (IsSkipped()) return;
+    const auto installed = RunCommand({CMAKE_PROGRAM, "--install", BUILD_FOLDER, "--prefix", Top()},
+                                      desktop().Variables(), desktop().NewFile("install"));
+    ASSERT_EQ(installed.status, 0) << installed.output;
+  }
+
+  std::string Top() { return desktop().Folder() + "/usr"; }
+  CommandResult Run(const std::string& program, const std::string& argument) {
+    return RunCommand({Top() + "/bin/" + program, argument}, work().Variables(),
+                      desktop().NewFile(program));
+  }
+  bool OutboxIsEmpty() { return Run("ecm-agent", "--status").status == 0; }
+};
+
+TEST_F(InstallTest, EveryFileIsAtItsPlaceAndEveryLinkLeadsToOne) {
+  for (const char* name :
+       {"bin/logbook", "bin/logbookctl", "bin/quorex-host", "bin/ecm-agent",
+        "etc/quorex-logbook/arecm.cfg", "lib/quorex-logbook/arecm.cfg",
+        "lib/quorex-logbook/manual/logbook.hhbook", "share/quorex-logbook/manual/logbook.hhbook",
+        "share/applications/com.norvane.Quorex.Logbook.desktop",
+        "share/metainfo/com.norvane.Quorex.Logbook.metainfo.xml",
+        "share/icons/hicolor/scalable/apps/com.norvane.Quorex.Logbook.svg",
+        "share/man/man1/logbook.1.gz", "share/man/man1/logbookctl.1.gz",
+        "share/man/man1/quorex-host.1.gz", "share/man/man1/ecm-agent.1.gz",
+        "share/doc/maintenance-logbook/content-server.md"}) {
+    EXPECT_TRUE(fs::is_regular_file(Top() + "/" + name)) << name;
+  }
+  for (const auto& entry : fs::recursive_directory_iterator(Top())) {
+    EXPECT_TRUE(fs::exists(entry.path())) << entry.path();
+    if (entry.is_symlink()) {
+      EXPECT_TRUE(fs::canonical(entry.path()).string().starts_with(Top())) << entry.path();
+    }
+  }
+}
+
+TEST_F(InstallTest, EveryProgramTellsItsVersion) {
+  for (const std::string program : {"logbook", "logbookctl", "quorex-host", "ecm-agent"}) {
+    const auto told = Run(program, "--version");
+    EXPECT_EQ(told.status, 0) << told.output;
+    EXPECT_EQ(told.output, program + " " LOGBOOK_VERSION "\n");
+  }
+}
+
+TEST_F(InstallTest, ARecordArrivesWhereTheConfigurationBelowEtcSaysAndHelpFindsTheManual) {
+  const std::string server = desktop().Folder() + "/server";
+  fs::create_directory(server);
+  EXPECT_EQ(Run("ecm-agent", "--status").output.find("Content server: none\n"), 0u);
+  std::ofstream(Top() + "/etc/quorex-logbook/arecm.cfg")
+      << "[Content Server]\nUrl=file://" << server << "\n";
+  ChildProcess host({Top() + "/bin/quorex-host", "run", "--id", kHostId, "--start-logbook",
+                     Top() + "/bin/logbook"},
+                    work().Variables(), desktop().NewFile("host"));
+  MainPage(desktop()).Press(MainPage::Button::kHelp);
+  const WindowId help = desktop().WaitForWindow("Maintenance LogBook Manual");
+  desktop().Key("alt+F4");
+  desktop().WaitUntilGone(help);
+
+  MainPage main(desktop());
+  const std::string log = PressRecord(work(), main);
+  EditorPage editor(desktop(), kLogRoot + log + "\\");
+  editor.PressOK();
+  desktop().WaitUntilGone(editor.window());
+  WaitForButton("Record Log");
+  WaitFor("the outbox to be empty", [&] { return OutboxIsEmpty(); });
+  const auto is_package = [&](const auto& entry) {
+    return entry.path().filename() == log + ".qkvzip";
+  };
+  EXPECT_EQ(std::count_if(fs::recursive_directory_iterator(server),
+                          fs::recursive_directory_iterator(), is_package),
+            1);
+  main.Press(MainPage::Button::kExit);
+  EXPECT_EQ(host.WaitForEnd(), 0) << host.Output();
+}
+
+}  // namespace
+}  // namespace logbook::e2e
