@@ -7,6 +7,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QAction>
+#include <QDialog>
 #include <QFontDatabase>
 #include <QMenu>
 #include <QMenuBar>
@@ -280,6 +281,22 @@ TEST_F(frmLogViewTest, HelpShowsTheTopicOfTheModeAndLeavesTheViewerOpen) {
     EXPECT_TRUE(w.help.calls.back().ends_with("C:\\QUOREX\\help\\quorex.chm" + topic))
         << w.help.calls.back();
   }
+}
+
+TEST_F(frmLogViewTest, AFailedPrintIsSaidAndBringsTheViewerBackToTheFront) {
+  w.print.print_error = RunTimeError(ErrorNumber::kPrinterError);
+  View([&](QWidget* form) {
+    Entry(form, "mnuErrLog")->trigger();
+    QDialog other;
+    other.setModal(true);
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    Button(form, "cmdPrint")->click();
+    EXPECT_TRUE(form->isVisible());
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form));
+  });
+  ASSERT_EQ(w.messages.shown.size(), 1u);
+  EXPECT_EQ(w.messages.shown[0].Text, "Printer error");
 }
 
 TEST_F(frmLogViewTest, AFullLogOfOneLineIsOnShowAtOnce) {
