@@ -29,8 +29,8 @@ void InitReport(const AppState& state, LogView& view);
 
 // The sheet for a report: a line of the file in each row, then a row "Comment:" with a rule above
 // it, two below the row behind the last line, and the first 70 characters of each line of
-// comment.txt. Reading ends for good at a line that has 65536 bytes or more with its line end.
-// Raises what InputFile raises.
+// comment.txt. Reading ends for good at a line that has 65536 bytes of the code page or more, its
+// line end counted. Raises what InputFile raises.
 void FillReportSheet(const AppState& state, LogView& view, const std::string& file_name);
 
 }  // namespace logbook

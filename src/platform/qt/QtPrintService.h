@@ -32,7 +32,8 @@ class QtPrintService : public PrintService {
   std::int32_t exptGetDefaultPrinter(std::span<char> printer_name, std::span<char> driver_name,
                                      std::int32_t* error_code) override;
   // The file is the document's name with ".pdf"; characters that a file name cannot hold become
-  // "_". The folder is made (one level) if it is missing. Holds for the next job alone.
+  // "_". The folder is made (one level) if it is missing. Holds for the next job alone, which goes
+  // to the file whatever the default printer is by then.
   std::int32_t exptSetAcrobatOutput(const std::string& program_file,
                                     const std::string& document_name,
                                     const std::string& output_folder, std::int32_t time_out,
