@@ -57,13 +57,13 @@ bool FileExists(const AppState& state, const std::string& path) {
   return Exists(state.machine, path) && !FolderExists(state.machine, path);
 }
 
-// A text value below the workstation's key, cut to so many bytes and at its first NUL.
+// A text value below the workstation's key, cut at its first NUL; nothing for one of more bytes,
+// which the buffer for it would not take.
 std::optional<std::string> WorkstationValue(const AppState& state, const char* name,
                                             std::size_t bytes) {
   const auto value = ReadMachineRegistry(state.machine.home, kWorkstationKey, name);
-  if (!value) return std::nullopt;
-  const CodePage& page = *state.machine.code_page;
-  return TrimAtNul(page.ToUtf8(page.FromUtf8(*value).substr(0, bytes)) + '\0');
+  if (!value || state.machine.code_page->Length(*value) > bytes) return std::nullopt;
+  return TrimAtNul(*value + '\0');
 }
 
 std::string WithBackslash(std::string path) {

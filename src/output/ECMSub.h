@@ -39,8 +39,9 @@ int StageUploadFile(AppState& state, Services& services, std::string& folder_nam
                     const std::string& prefix, std::intptr_t window, const std::string& file,
                     const std::string& reason);
 
-// The temporary area with trailing backslash: registry value "ECM_TEMP" (260 bytes at most), else
-// "\Norvane.Quorex.ECM\" on the drive of the application's folder; on drive C: where that has none.
+// The temporary area with trailing backslash: registry value "ECM_TEMP" (a longer one than 260
+// bytes does not count, nor does an empty one), else "\Norvane.Quorex.ECM\" on the drive of the
+// application's folder; on drive C: where that has none.
 std::string GetEcmTempArea(const AppState& state);
 
 // Makes the staging folder of an event, named by date, time, window handle and prefix, for this
@@ -56,8 +57,8 @@ void WriteUploadDescriptor(const AppState& state, const std::string& area,
                            const std::string& destination, const std::string& file_name,
                            const std::string& reason);
 
-// The workstation's root folder with trailing backslash: registry value "Path" (255 bytes at
-// most), else the folder above the application's.
+// The workstation's root folder with trailing backslash: registry value "Path" (a longer one than
+// 255 bytes does not count), else the folder above the application's.
 std::string GetInstallRoot(const AppState& state);
 
 // Waits until the file exists; false when the time is up, which is "Generate Timeout" of section

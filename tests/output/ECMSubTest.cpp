@@ -505,6 +505,24 @@ TEST_F(ECMSubTest, TheRegistrysAreaReplacesItWithAndWithoutTrailingBackslash) {
   }
 }
 
+TEST_F(ECMSubTest, ARegistryValueThatIsTooLongDoesNotCount) {
+  const std::string area = "C:\\" + std::string(256, 'x') + "\\";  // 260 bytes
+  Registry({{"ECM_TEMP", area}});
+  EXPECT_EQ(GetEcmTempArea(station.state), area);
+  Registry({{"ECM_TEMP", area + "y"}});
+  EXPECT_EQ(GetEcmTempArea(station.state), kArea);
+  const std::string path = "C:\\" + std::string(251, 'x') + "\\";  // 255 bytes
+  Registry({{"Path", path}});
+  EXPECT_EQ(GetInstallRoot(station.state), path);
+  Registry({{"Path", path + "y"}});
+  EXPECT_EQ(GetInstallRoot(station.state), "C:\\QUOREX\\");
+}
+
+TEST_F(ECMSubTest, AnEmptyRegistryValueLeavesTheTemporaryAreaWhereItIs) {
+  Registry({{"ECM_TEMP", ""}});
+  EXPECT_EQ(GetEcmTempArea(station.state), kArea);
+}
+
 TEST_F(ECMSubTest, TheInstallRootIsTheRegistrysPathElseTheFolderAboveTheApplications) {
   EXPECT_EQ(GetInstallRoot(station.state), "C:\\QUOREX\\");
   for (const auto& [path, root] : {std::pair{"C:\\a\\b\\", "C:\\a\\"},
