@@ -11,7 +11,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <thread>
 
 #include "output/ECMSub.h"
@@ -30,7 +30,9 @@ namespace {
 
 std::string BytesOf(const std::string& native) {
   std::ifstream in(native, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
+  std::ostringstream bytes;
+  bytes << in.rdbuf();
+  return bytes.str();
 }
 
 }  // namespace
@@ -66,6 +68,7 @@ void UploadStation::RememberSubmissions() {
   const Outbox outbox = TheOutbox();
   for (const std::string& submission : outbox.Waiting()) {
     const std::string path = "maintenance/station 7/" + submission;
+    if (expected.contains(path + ".xml")) continue;
     for (const std::string& name : outbox.FilesOf(submission))
       expected[path + "/" + name] = BytesOf(outbox.FileOf(submission, name));
     expected[path + ".xml"] = BytesOf(outbox.DescriptorOf(submission));

@@ -12,8 +12,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <random>
+#include <sstream>
 #include <thread>
 
 #include "UploadStation.h"
@@ -47,7 +47,9 @@ class WebDavTest : public testing::Test {
     for (const auto& [path, bytes] : station.expected) {
       names.push_back(path);
       std::ifstream in(server.Root() + "/" + path, std::ios::binary);
-      const std::string arrived{std::istreambuf_iterator<char>(in), {}};
+      std::ostringstream copy;
+      copy << in.rdbuf();
+      const std::string arrived = copy.str();
       EXPECT_TRUE(arrived == bytes)
           << path << " holds " << arrived.size() << " bytes of " << bytes.size();
     }
