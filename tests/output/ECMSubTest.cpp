@@ -3,12 +3,15 @@
 
 #include "output/ECMSub.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <filesystem>
+#include <utility>
 
 #include "output/ArCmmn.h"
 #include "platform/Files.h"
@@ -21,6 +24,16 @@
 #include "support/TestServices.h"
 
 namespace fs = std::filesystem;
+
+namespace {
+// Set by a test: the file of the next rename disappears, as if somebody had taken it away at once.
+bool next_file_disappears = false;
+}  // namespace
+
+extern "C" int rename(const char* from, const char* to) noexcept {
+  if (std::exchange(next_file_disappears, false)) return unlink(from);
+  return renameat(AT_FDCWD, from, AT_FDCWD, to);
+}
 
 namespace logbook::test {
 namespace {
@@ -127,6 +140,15 @@ TEST_F(ECMSubTest, APackageThatCannotBeMadeIsMessage1401) {
   Record();
   ExpectMessage("Could not upload a maintenance log file to the storage server.", "Logbook Editor");
   EXPECT_FALSE(station.disk.Has(kArea));
+}
+
+TEST_F(ECMSubTest, APackageThatDisappearsIsMessage1403) {
+  station.forms.on_editor = [](const std::optional<std::string>&) { next_file_disappears = true; };
+  Record();
+  EXPECT_FALSE(next_file_disappears);
+  ExpectMessage("Could not fine archived file.", "Logbook Editor");
+  EXPECT_FALSE(station.disk.Has(kArea));
+  EXPECT_TRUE(station.state.frmMain.cmdRecord.Enabled);
 }
 
 TEST_F(ECMSubTest, AMissingListIsMessage1402AndThePackageStays) {
@@ -465,11 +487,20 @@ TEST_F(ECMSubTest, TheOwnerIsTheWorkstationsUserName) {
   EXPECT_EQ(Descriptor().at(0).Owner, "Müller & Söhne");
 }
 
+TEST_F(ECMSubTest, AnOwnerIsCutTo259Bytes) {
+  station.disk.Put("C:\\data\\a.txt", "a");
+  WritePrivateProfileString(station.disk, "pcs,1", "username", std::string(300, 'o'),
+                            "C:\\QUOREX\\qrxexe\\qrxgen.ist");
+  std::string folder;
+  ASSERT_EQ(Stage(folder, "C:\\data\\a.txt"), 0);
+  EXPECT_EQ(Descriptor().at(0).Owner, std::string(259, 'o'));
+}
+
 TEST_F(ECMSubTest, AnUnsetOwnerIsAnEmptyElement) {
   station.disk.Put("C:\\data\\a.txt", "a");
   std::string folder;
   ASSERT_EQ(Stage(folder, "C:\\data\\a.txt"), 0);
-  EXPECT_THAT(station.disk.Get(DescriptorPath()), testing::HasSubstr("<Owner"));
+  EXPECT_THAT(station.disk.Get(DescriptorPath()), testing::HasSubstr("<Owner/>"));
   EXPECT_EQ(Descriptor().at(0).Owner, "");
 }
 
@@ -544,6 +575,17 @@ TEST_F(ECMSubTest, APackageLiesBesideTheLogWithOrWithoutTrailingBackslash) {
     EXPECT_EQ(package, Root("26111507.qkvzip"));
     EXPECT_TRUE(station.disk.Has(package));
   }
+}
+
+TEST_F(ECMSubTest, AnOldPackageIsReplacedAndNotAddedTo) {
+  station.MakeLog("26111507", "date");
+  station.disk.Put(Root("26111507\\old.txt"), "gone before the second package");
+  std::string package;
+  EXPECT_EQ(ZipLogFolder(station.state, Root("26111507"), package), 0);
+  fs::remove(station.disk.Native(Root("26111507\\old.txt")));
+  EXPECT_EQ(ZipLogFolder(station.state, Root("26111507"), package), 0);
+  EXPECT_EQ(RunProgram("unzip -Z1 " + Quoted(station.disk.Native(package))).output,
+            "26111507/\n26111507/logfile.ini\n");
 }
 
 TEST_F(ECMSubTest, TextHelpers) {

@@ -355,6 +355,13 @@ TEST_F(ArchiveTest, TheZipFileDoesNotPackItself) {
   EXPECT_EQ(Names("C:\\log\\out.zip"), "log/\nlog/a.txt\n");
 }
 
+TEST_F(ArchiveTest, WhatAKilledWriterHasLeftInALogIsNotPacked) {
+  disk.Put("C:\\log\\a.txt", "a");
+  disk.Put("C:\\log\\.logbook-new~", "half a file");
+  EXPECT_EQ(Zip("C:\\log"), 0);
+  EXPECT_EQ(Names(), "log/\nlog/a.txt\n");
+}
+
 TEST_F(ArchiveTest, ALinkThatLeadsUpwardsEndsThere) {
   disk.Put("C:\\log\\sub\\a.txt", "a");
   fs::create_directory_symlink("..", disk.Native("C:\\log\\sub\\up"));

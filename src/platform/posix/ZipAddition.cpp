@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <set>
 
+#include "platform/NativeFile.h"
 #include "platform/Utf8.h"
 
 namespace fs = std::filesystem;
@@ -37,8 +38,11 @@ std::vector<std::string> Children(const std::string& native) {
   std::vector<std::string> names;
   std::error_code error;
   for (fs::directory_iterator entry(native, error), end; !error && entry != end;
-       entry.increment(error))
-    names.push_back(entry->path().filename().string());
+       entry.increment(error)) {
+    std::string name = entry->path().filename().string();
+    // What a writer that was killed has left is no file of the log.
+    if (!name.starts_with(kTemporaryName)) names.push_back(std::move(name));
+  }
   if (error) FailWithSystem(ZipResult::kSourceUnreadable, native, error.value());
   std::sort(names.begin(), names.end());
   return names;
