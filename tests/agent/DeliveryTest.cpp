@@ -162,6 +162,31 @@ TEST_F(DeliveryTest, AnAgentThatDiesAtAnyMomentLosesNothingAndLeavesEachFileOnce
   EXPECT_GT(call, 15);
 }
 
+TEST_F(DeliveryTest, AShareHasEverythingOnItsDiskBeforeTheLocalCopyGoes) {
+  fs::remove(outbox.FileOf("one", "b.txt"));
+  const std::string share = disk.Native("C:\\share");
+  fs::create_directory(share);
+  std::vector<std::string> calls;
+  {
+    const FailingDisk disk_calls(FailingDisk::Manner::kFail, 0);
+    DeliverToFolder(outbox, share);
+    calls = FailingDisk::Calls();
+  }
+  const std::string root = share + "/a/b";
+  const std::string one = disk.Native("C:\\area\\outbox\\one");
+  calls.resize(14);  // the deletion follows
+  EXPECT_THAT(calls,
+              ElementsAre("mkdir " + share + "/a", "fsync " + share, "mkdir " + root,
+                          "fsync " + share + "/a", "mkdir " + root + "/one", "fsync " + root,  //
+                          "fsync " + root + "/one/a.txt.part",
+                          "rename " + root + "/one/a.txt.part " + root + "/one/a.txt",
+                          "fsync " + root + "/one",  //
+                          "fsync " + root + "/one.xml.part",
+                          "rename " + root + "/one.xml.part " + root + "/one.xml", "fsync " + root,
+                          "rename " + one + " " + one + ".done",
+                          "fsync " + disk.Native("C:\\area\\outbox")));
+}
+
 TEST_F(DeliveryTest, AShareThatFailsAtAnyMomentLosesNothingAndLeavesEachFileOnceAndWhole) {
   int call = 0;
   for (bool failed = true; failed;) {

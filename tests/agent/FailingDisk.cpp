@@ -20,18 +20,27 @@ constexpr int kDied = 42;
 
 struct Plan {
   FailingDisk::Manner manner = FailingDisk::Manner::kFail;
-  int calls_left = 0;  // 0: no plan
+  int calls_left = 0;  // 0: none of them
   bool failed = false;
+  bool records = false;
+  std::vector<std::string> calls;
 };
 Plan plan;
 
 // True if this call is the one.
-bool Strikes() {
+bool Strikes(const std::string& call) {
+  if (plan.records) plan.calls.push_back(call);
   if (plan.calls_left == 0 || --plan.calls_left > 0) return false;
   if (plan.manner == FailingDisk::Manner::kDie) _exit(kDied);
   plan.failed = true;
   errno = EIO;
   return true;
+}
+
+std::string PathOf(int descriptor) {
+  char path[4096] = {};
+  const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+  return readlink(link.c_str(), path, sizeof path - 1) > 0 ? path : "";
 }
 
 // The system's own function of a name.
@@ -43,15 +52,20 @@ Function* Real(const char* name) {
 }  // namespace
 
 FailingDisk::FailingDisk(Manner manner, int call) {
-  plan = {.manner = manner, .calls_left = call, .failed = false};
+  plan = {.manner = manner, .calls_left = call, .failed = false, .records = true, .calls = {}};
 }
 
 FailingDisk::~FailingDisk() {
   plan.calls_left = 0;
+  plan.records = false;
 }
 
 bool FailingDisk::HasFailed() {
   return plan.failed;
+}
+
+std::vector<std::string> FailingDisk::Calls() {
+  return plan.calls;
 }
 
 bool DiesAtCall(int call, const std::function<void()>& action) {
@@ -70,29 +84,33 @@ bool DiesAtCall(int call, const std::function<void()>& action) {
 
 }  // namespace logbook::test
 
+using logbook::test::PathOf;
 using logbook::test::Real;
 using logbook::test::Strikes;
 
 extern "C" {
 
 int rename(const char* from, const char* to) noexcept {
-  return Strikes() ? -1 : Real<int(const char*, const char*)>("rename")(from, to);
+  const bool strikes = Strikes(std::string("rename ") + from + " " + to);
+  return strikes ? -1 : Real<int(const char*, const char*)>("rename")(from, to);
 }
 
 int fsync(int descriptor) {
-  return Strikes() ? -1 : Real<int(int)>("fsync")(descriptor);
+  return Strikes("fsync " + PathOf(descriptor)) ? -1 : Real<int(int)>("fsync")(descriptor);
 }
 
 int mkdir(const char* path, mode_t mode) noexcept {
-  return Strikes() ? -1 : Real<int(const char*, mode_t)>("mkdir")(path, mode);
+  return Strikes(std::string("mkdir ") + path)
+             ? -1
+             : Real<int(const char*, mode_t)>("mkdir")(path, mode);
 }
 
 int rmdir(const char* path) noexcept {
-  return Strikes() ? -1 : Real<int(const char*)>("rmdir")(path);
+  return Strikes(std::string("rmdir ") + path) ? -1 : Real<int(const char*)>("rmdir")(path);
 }
 
 int unlink(const char* path) noexcept {
-  return Strikes() ? -1 : Real<int(const char*)>("unlink")(path);
+  return Strikes(std::string("unlink ") + path) ? -1 : Real<int(const char*)>("unlink")(path);
 }
 
 }  // extern "C"

@@ -6,6 +6,8 @@
 #pragma once
 
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace logbook::test {
 
@@ -13,7 +15,7 @@ class FailingDisk {
  public:
   enum class Manner { kFail, kDie };
   // The call of this number, from 1, fails with an input or output error, or ends the process
-  // before it is made.
+  // before it is made. 0 is no call: they are recorded only.
   FailingDisk(Manner manner, int call);
   ~FailingDisk();
   FailingDisk(const FailingDisk&) = delete;
@@ -21,6 +23,8 @@ class FailingDisk {
 
   // True if the number was reached.
   static bool HasFailed();
+  // The calls so far, such as "fsync /a/b" and "rename /a /b", with native paths.
+  static std::vector<std::string> Calls();
 };
 
 // Runs the action in a process of its own that dies at the disk call of this number. True if it

@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "FailingDisk.h"
+#include "platform/PrivateFolder.h"
 #include "platform/RunTimeError.h"
 #include "support/TestMachine.h"
 
@@ -159,6 +160,35 @@ TEST_F(OutboxTest, ADiskThatFailsAtAnyMomentOfATakingOverLeavesFolderAndDescript
     failed = FailingDisk::HasFailed();
   }
   EXPECT_GT(call, 10);
+}
+
+TEST_F(OutboxTest, ANewAreaIsBroughtToTheDiskWithItsName) {
+  const FailingDisk disk_calls(FailingDisk::Manner::kFail, 0);
+  MakePrivateFolder(disk, "C:\\new");
+  MakePrivateFolder(disk, "C:\\new");
+  const std::string drive = disk.Native("C:");
+  EXPECT_THAT(FailingDisk::Calls(),
+              ElementsAre("mkdir " + drive + "/new", "fsync " + drive, "mkdir " + drive + "/new"));
+}
+
+TEST_F(OutboxTest, BytesAndNamesAreBroughtToTheDiskBeforeWhatRestsOnThem) {
+  Stage("one");
+  std::vector<std::string> calls;
+  {
+    const FailingDisk disk_calls(FailingDisk::Manner::kFail, 0);
+    outbox.TakeOver("one");
+    calls = FailingDisk::Calls();
+  }
+  const std::string area = disk.Native("C:\\area");
+  const std::string taken = area + "/outbox/" + outbox.Waiting().at(0);
+  const std::string unfinished = taken + ".new";
+  EXPECT_THAT(calls, ElementsAre("mkdir " + area + "/outbox", "fsync " + area + "/one/a.txt",
+                                 "fsync " + area + "/one/b.txt", "fsync " + area + "/one",
+                                 "fsync " + area + "/one.xml", "mkdir " + unfinished,
+                                 "rename " + area + "/one " + unfinished + "/files",
+                                 "rename " + area + "/one.xml " + unfinished + "/upload.xml",
+                                 "fsync " + unfinished, "fsync " + area + "/outbox",
+                                 "fsync " + area, "rename " + unfinished + " " + taken));
 }
 
 TEST_F(OutboxTest, WhatIsTakenOverIsOnTheDiskBeforeItWaits) {
