@@ -51,6 +51,7 @@ void frmChangeItem::ConnectOptions() {
 
 void frmChangeItem::ConnectCommands() {
   for (QPushButton* button : {cmdOK_, cmdCancel_, cmdHelp_}) button->setAutoDefault(false);
+  GiveHelpKey(cmdHelp_);
   connect(cmdOK_, &QPushButton::clicked, this,
           [this] { Run([this] { ColumnChooserOK(state_, services_, chooser_); }); });
   connect(cmdCancel_, &QPushButton::clicked, this,

@@ -58,6 +58,7 @@ void frmLogEditor::MakeCommands() {
             [this, i](bool ticked) { editor_.Ticked[i] = ticked; });
   }
   for (QPushButton* button : {cmdOK_, cmdCancel_, cmdHelp_}) button->setAutoDefault(false);
+  GiveHelpKey(cmdHelp_);
   connect(cmdOK_, &QPushButton::clicked, this,
           [this] { Run([this] { LogEditorOK(state_, editor_, comment_); }); });
   connect(cmdCancel_, &QPushButton::clicked, this,

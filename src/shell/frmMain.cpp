@@ -78,6 +78,7 @@ void frmMain::MakeKeys() {
       Run([this, column] { ListView1_ColumnClick(state_, services_, column); });
     });
   }
+  GiveHelpKey(cmdHelp_);
 }
 
 void frmMain::MakeCommands() {

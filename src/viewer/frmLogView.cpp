@@ -50,6 +50,7 @@ frmLogView::frmLogView(QWidget* owner, AppState& state, Services& services, LogV
     connect(pane->pouring, &QTimer::timeout, this, [pane] { Pour(*pane); });
   }
   for (QPushButton* button : {cmdPrint_, cmdExit_, cmdHelp_}) button->setAutoDefault(false);
+  GiveHelpKey(cmdHelp_);
   connect(cmdExit_, &QPushButton::clicked, this,
           [this] { Run([this] { LogViewExit(state_, view_); }); });
   connect(cmdPrint_, &QPushButton::clicked, this,

@@ -109,6 +109,19 @@ TEST_F(HelpTest, InCEModeViewerAndChooserHaveTopicsOfTheirOwn) {
   WaitForTopic("Reading a log in CE mode");
 }
 
+TEST_F(HelpTest, F1OpensTheTopicOfTheWindowWithTheKeyboard) {
+  InstallManual();
+  work().StartHostWithLogbook();
+  MainPage main(desktop());
+  desktop().Key("F1");
+  WaitForTopic("The main window");
+  WaitForHelp();
+  desktop().DoubleClickScreen(Row(kLog).place.Middle());
+  const ViewerPage viewer(desktop(), DateOf(work(), kLog));
+  desktop().Key("F1");
+  WaitForTopic("Reading a log");
+}
+
 TEST_F(HelpTest, HelpClosesWithTheLogbook) {
   InstallManual();
   ChildProcess& host = work().StartHostWithLogbook();

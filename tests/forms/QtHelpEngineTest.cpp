@@ -13,6 +13,7 @@
 #include <QTextBrowser>
 #include <QTreeWidget>
 #include <filesystem>
+#include <functional>
 
 #include "FormsWorkstation.h"
 #include "desktop/arvbsub.h"
@@ -267,7 +268,8 @@ TEST_F(QtHelpEngineTest, AChmFileThatNothingOpensGivesWayToTheOwnManual) {
               HasSubstr("This machine has nothing to show C:\\other\\quorex.chm with."));
 }
 
-TEST_F(QtHelpEngineTest, EachHelpButtonAsksForItsTopic) {
+// Asks for help in each window, with and without CE mode, and expects its topic.
+void AskEachWindowForHelp(FormsWorkstation& w, const std::function<void(QWidget*)>& ask) {
   w.disk.Put(w.disk.home() + "/machine.reg",
              "REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvane Instruments\\Quorex Tessaline"
              "\\CurrentVersion]\r\n\"Path\"=\"C:\\\\QUOREX\\\\\"\r\n");
@@ -277,11 +279,8 @@ TEST_F(QtHelpEngineTest, EachHelpButtonAsksForItsTopic) {
   w.state.CurrentLog = 1;
   w.state.FileList[1].Name = "26111500";
   w.state.ChangeColumn = 3;
-  const auto press_help = [](QWidget* form) {
-    FormsWorkstation::FindIn<QPushButton>(form, "cmdHelp")->click();
-  };
-  const auto press_help_and_close = [&](QWidget* form) {
-    press_help(form);
+  const auto ask_and_close = [&](QWidget* form) {
+    ask(form);
     FormsWorkstation::FindIn<QPushButton>(
         form, form->objectName() == QLatin1String("frmLogView") ? "cmdExit" : "cmdCancel")
         ->click();
@@ -289,10 +288,10 @@ TEST_F(QtHelpEngineTest, EachHelpButtonAsksForItsTopic) {
   for (const bool ce_mode : {false, true}) {
     w.state.CEMode = ce_mode;
     w.help.calls.clear();
-    press_help(&w.window);
-    WhenModal("frmLogView", press_help_and_close);
+    ask(&w.window);
+    WhenModal("frmLogView", ask_and_close);
     w.qt_forms.ShowLogView("Logbook Viewer");
-    WhenModal("frmChangeItem", press_help_and_close);
+    WhenModal("frmChangeItem", ask_and_close);
     w.qt_forms.ShowChangeItem();
     const std::string window = std::to_string(w.qt_forms.MainWindowHandle());
     EXPECT_THAT(w.help.calls,
@@ -301,10 +300,24 @@ TEST_F(QtHelpEngineTest, EachHelpButtonAsksForItsTopic) {
                             "WinHelp " + window + " a.hlp 15 " + (ce_mode ? "16705" : "16704")));
   }
   w.help.calls.clear();
-  WhenModal("frmLogEditor", press_help_and_close);
+  WhenModal("frmLogEditor", ask_and_close);
   w.qt_forms.ShowLogEditor(std::nullopt);
   EXPECT_EQ(w.help.calls.size(), 1u);
   EXPECT_THAT(w.help.calls.back(), HasSubstr("a.hlp 15 16703"));
+}
+
+TEST_F(QtHelpEngineTest, EachHelpButtonAsksForItsTopic) {
+  AskEachWindowForHelp(
+      w, [](QWidget* form) { FormsWorkstation::FindIn<QPushButton>(form, "cmdHelp")->click(); });
+}
+
+TEST_F(QtHelpEngineTest, F1AsksForTheTopicOfTheWindow) {
+  w.window.show();
+  AskEachWindowForHelp(w, [](QWidget* form) {
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == form; }));
+    QTest::keyClick(form, Qt::Key_F1);
+  });
 }
 
 TEST_F(QtHelpEngineTest, HelpStaysUsableWhileADialogIsOpen) {

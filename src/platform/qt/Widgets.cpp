@@ -11,6 +11,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStringList>
 #include <QWidget>
 #include <algorithm>
@@ -125,6 +126,11 @@ bool EnterPressesButton(QWidget* window, const QKeyEvent* event) {
   if (button == nullptr || !button->isEnabled()) return false;
   button->click();
   return true;
+}
+
+void GiveHelpKey(QPushButton* help) {
+  const auto* key = new QShortcut(QKeySequence::HelpContents, help->window());
+  QObject::connect(key, &QShortcut::activated, help, &QPushButton::click);
 }
 
 }  // namespace logbook

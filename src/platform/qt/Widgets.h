@@ -13,6 +13,7 @@
 #include "shell/Control.h"
 
 class QKeyEvent;
+class QPushButton;
 class QWidget;
 
 namespace logbook {
@@ -42,5 +43,8 @@ void ApplyControl(QWidget* widget, const Control& control);
 // Presses the push button that has the focus if the key is Enter; true if it did. A window calls
 // it for the keys that its controls leave.
 bool EnterPressesButton(QWidget* window, const QKeyEvent* event);
+
+// Has the desktop's key for help (F1) press this button of a window.
+void GiveHelpKey(QPushButton* help);
 
 }  // namespace logbook
