@@ -107,7 +107,7 @@ TEST_F(RunScriptTest, UnknownOptionAndHelp) {
   EXPECT_FALSE(fs::exists(Demo()));
 }
 
-TEST_F(RunScriptTest, WithADisplayARecordArrivesAtTheContentServerAndExitEndsTheScript) {
+TEST_F(RunScriptTest, WithADisplayRecordAndPrintArriveAtTheContentServerAndExitEndsTheScript) {
   ChildProcess script({RUN_SCRIPT}, Variables(), desktop().NewFile("run"));
   MainPage main(desktop());
   EXPECT_TRUE(Holds(script.Output(), Demo() + "/content-server\n")) << script.Output();
@@ -121,6 +121,9 @@ TEST_F(RunScriptTest, WithADisplayARecordArrivesAtTheContentServerAndExitEndsThe
   desktop().WaitUntilGone(editor.window());
   WaitFor("the package to arrive", [&] { return Arrived(".xml") == 1; });
   EXPECT_EQ(Arrived(".qkvzip"), 1);
+  main.Press(MainPage::Button::kPrint);
+  WaitFor("the print image to arrive", [&] { return Arrived(".xml") == 2; });
+  EXPECT_EQ(Arrived(".pdf"), 1);
   desktop().TakePicture(main.window(), PictureFolder() + "/run.png");
   main.Press(MainPage::Button::kExit);
   EXPECT_EQ(script.WaitForEnd(), 0) << script.Output();
