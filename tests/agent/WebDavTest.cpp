@@ -17,6 +17,7 @@
 #include <thread>
 
 #include "UploadStation.h"
+#include "platform/ecm/WebDavStore.h"
 #include "support/DavServer.h"
 
 namespace logbook::test {
@@ -249,6 +250,24 @@ TEST_F(WebDavTest, AFolderThatTheServerDoesNotLetUsWriteIsTold) {
   station.Configure(server.Url() + "missing/", DavServer::kUser, DavServer::kPassword, {});
   station.Record();
   ExpectReason("The content server failed to do MKCOL maintenance (409).");
+}
+
+TEST_F(WebDavTest, AFileThatStandsAtTheServerIsNotOverwrittenByAMove) {
+  DavServer server;
+  server.Start();
+  Connect(server);
+  WebDavStore store({.url = server.Url(), .user = DavServer::kUser}, DavServer::kPassword, {});
+  station.disk.Put("C:\\new", "new");
+  station.disk.Put("C:\\old", "old");
+  store.Put("a.part", station.disk.Native("C:\\new"));
+  store.Put("a", station.disk.Native("C:\\old"));
+  try {
+    store.Move("a.part", "a");
+    FAIL();
+  } catch (const DeliveryError& error) {
+    EXPECT_THAT(error.what(), HasSubstr("holds another file of the name: MOVE a (412)."));
+  }
+  EXPECT_EQ(store.DigestOf("a"), DigestOfFile(station.disk.Native("C:\\old")));
 }
 
 TEST_F(WebDavTest, NamesBeyondAsciiAndSignsOfAddressesArrive) {

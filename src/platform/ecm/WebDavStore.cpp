@@ -75,6 +75,9 @@ std::size_t SumAnswer(char* bytes, std::size_t size, std::size_t count, void* do
     case 403:
       throw DeliveryError(Reach::kWholeServer,
                           "The content server does not allow " + what + number);
+    case 412:  // to a move that may not overwrite
+      throw DeliveryError(Reach::kThisSubmission,
+                          "The content server holds another file of the name: " + what + number);
     case 413:
       throw DeliveryError(Reach::kThisSubmission,
                           "The content server does not take files of this size: " + what + number);
