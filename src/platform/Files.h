@@ -10,9 +10,9 @@
 //
 // All routines raise RunTimeError with the numbers named below and nothing else.
 // kPathNotFound (76): a parent folder is missing. kFileNotFound (53): the file is missing.
-// kPathFileAccess (75): a folder where a file is wanted or the other way round, a read-only file
-// that is to be changed. kPermissionDenied (70): the system refuses. kDiskFull (61).
-// kDeviceInputOutput (57): any other failure.
+// kPathFileAccess (75): a folder (or pipe, socket, device) where a file is wanted or the other way
+// round, a read-only file that is to be changed. kPermissionDenied (70): the system refuses.
+// kDiskFull (61). kDeviceInputOutput (57): any other failure.
 #pragma once
 
 #include <cstddef>
@@ -37,7 +37,8 @@ std::string PathText(const std::string& native_path);
 // them. Raises nothing.
 std::string DrivePathText(const Machine& machine, const std::string& native_path);
 
-// True if a file or folder of that name exists, whatever it is. False on any failure.
+// True if a file or folder of that name exists. False on any failure, and for a pipe, socket or
+// device, which is no file here: nothing is read from it or waited for.
 bool Exists(const Machine& machine, std::string_view path);
 
 // True if the path is a folder. False on any failure.
@@ -53,8 +54,8 @@ struct FolderEntry {
 // Raises 76 if the folder cannot be found.
 std::vector<FolderEntry> ScanFolder(const Machine& machine, std::string_view folder);
 
-// Size, time stamps and identity of a file: equal stamps mean an unchanged file. A missing file
-// has the default stamp. Raises nothing.
+// Size, time stamps and identity of a file: equal stamps mean an unchanged file. What does not
+// exist in the sense of Exists has the default stamp. Raises nothing.
 struct FileStamp {
   std::uint64_t device = 0, inode = 0, size = 0;
   std::int64_t modified_ns = 0, changed_ns = 0;

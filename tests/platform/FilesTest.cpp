@@ -184,6 +184,20 @@ TEST(FilesTest, reading_raises_53_for_a_file_76_for_its_folder_75_for_a_folder_o
   EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, ""); }), 75);
 }
 
+TEST(FilesTest, a_pipe_or_device_is_no_file_and_nobody_waits_for_it) {
+  const TestMachine machine;
+  ASSERT_EQ(mkfifo((machine.home() + "/drives/c/errlog.txt").c_str(), 0600), 0);
+  fs::create_symlink("/dev/zero", machine.home() + "/drives/c/acqlog.txt");
+  for (const char* path : {"C:\\errlog.txt", "C:\\ERRLOG.TXT", "C:\\acqlog.txt"}) {
+    EXPECT_FALSE(Exists(machine, path)) << path;
+    EXPECT_EQ(StampOf(machine, path), FileStamp()) << path;
+    EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, path); }), 75) << path;
+    EXPECT_EQ(NumberRaisedBy([&] { InputFile(machine, path); }), 75) << path;
+    EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, path, "x"); }), 75) << path;
+    EXPECT_EQ(NumberRaisedBy([&] { CopyFile(machine, path, "C:\\copy"); }), 75) << path;
+  }
+}
+
 TEST(FilesTest, what_the_system_refuses_is_error_70) {
   const TestMachine machine;
   machine.Put("C:\\f\\a.txt", "secret");

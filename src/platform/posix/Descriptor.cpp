@@ -3,7 +3,6 @@
 
 #include "platform/posix/Descriptor.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -15,15 +14,15 @@ namespace logbook::posix {
 
 Descriptor OpenForReading(const std::string& native_path) {
   if (native_path.empty()) throw RunTimeError(ErrorNumber::kPathFileAccess);
-  Descriptor file(open(native_path.c_str(), O_RDONLY | O_CLOEXEC));
+  Descriptor file(open(native_path.c_str(), kOpenForReading));
   if (!file.IsOpen()) RaiseFileError(errno, native_path);
-  return RefuseFolder(std::move(file));
+  return RefuseAllButFile(std::move(file));
 }
 
-Descriptor RefuseFolder(Descriptor file) {
+Descriptor RefuseAllButFile(Descriptor file) {
   struct stat status = {};
   if (fstat(file.Number(), &status) != 0) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
-  if (S_ISDIR(status.st_mode)) throw RunTimeError(ErrorNumber::kPathFileAccess);
+  if (!S_ISREG(status.st_mode)) throw RunTimeError(ErrorNumber::kPathFileAccess);
   return file;
 }
 

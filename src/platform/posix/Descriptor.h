@@ -4,6 +4,7 @@
 // A file descriptor that is closed with its object.
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <string>
@@ -36,14 +37,18 @@ class Descriptor {
   int number_ = -1;
 };
 
-// The file opened for reading. Raises 53, 75 (a folder, an empty name), 76, 70, 57.
+// Without waiting for the other end of a pipe.
+inline constexpr int kOpenForReading = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+
+// The file opened for reading. Raises 53, 75 (a folder, a pipe or device, an empty name), 76, 70,
+// 57.
 Descriptor OpenForReading(const std::string& native_path);
 
 // The same by a path text.
 Descriptor OpenForReading(const Machine& machine, std::string_view path);
 
-// The file, if it is no folder; raises 75 for one.
-Descriptor RefuseFolder(Descriptor file);
+// The file, if it is one; raises 75 for a folder, pipe, socket or device.
+Descriptor RefuseAllButFile(Descriptor file);
 
 // Reads at most `size` bytes; 0 at the end. Raises 57.
 std::size_t ReadSome(const Descriptor& file, char* buffer, std::size_t size);

@@ -123,9 +123,11 @@ std::string FindComponents(const std::string& start, const std::vector<std::stri
   return native_path;
 }
 
+// False for pipes, sockets and devices too: nobody here can wait for what they give.
 bool Status(const Machine& machine, std::string_view path, struct stat& status) {
-  return stat(ExactPath(machine, path).c_str(), &status) == 0 ||
-         stat(NativePath(machine, path).c_str(), &status) == 0;
+  const bool found = stat(ExactPath(machine, path).c_str(), &status) == 0 ||
+                     stat(NativePath(machine, path).c_str(), &status) == 0;
+  return found && (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode));
 }
 
 }  // namespace
@@ -152,8 +154,8 @@ std::string PathText(const std::string& native_path) {
 posix::Descriptor posix::OpenForReading(const Machine& machine, std::string_view path) {
   // The common case, at the cost of one call.
   if (!path.empty()) {
-    Descriptor file(open(ExactPath(machine, path).c_str(), O_RDONLY | O_CLOEXEC));
-    if (file.IsOpen()) return RefuseFolder(std::move(file));
+    Descriptor file(open(ExactPath(machine, path).c_str(), kOpenForReading));
+    if (file.IsOpen()) return RefuseAllButFile(std::move(file));
   }
   return OpenForReading(NativePath(machine, path));
 }
