@@ -35,8 +35,8 @@ bool IsFolder(const std::string& native_path) {
   return stat(native_path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// A missing folder is error 76 here, and so is a file in its place.
-std::vector<std::string> NamesIn(const std::string& native_folder) {
+// All names but "." and "..". A missing folder is error 76 here, and so is a file in its place.
+std::vector<std::string> AllNamesIn(const std::string& native_folder) {
   const std::unique_ptr<DIR, int (*)(DIR*)> scan(opendir(native_folder.c_str()), closedir);
   if (scan == nullptr && errno == ENOTDIR) throw RunTimeError(ErrorNumber::kPathNotFound);
   if (scan == nullptr) RaiseFolderError(errno);
@@ -47,8 +47,15 @@ std::vector<std::string> NamesIn(const std::string& native_folder) {
     if (entry == nullptr && errno != 0) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
     if (entry == nullptr) return names;
     const std::string_view name = entry->d_name;
-    if (name != "." && name != ".." && !IsTemporary(name)) names.emplace_back(name);
+    if (name != "." && name != "..") names.emplace_back(name);
   }
+}
+
+// The names that count: what a killed writer has left is no entry of its folder.
+std::vector<std::string> NamesIn(const std::string& native_folder) {
+  std::vector<std::string> names = AllNamesIn(native_folder);
+  std::erase_if(names, IsTemporary);
+  return names;
 }
 
 FolderEntry::Kind KindOf(const std::string& native_path) {
@@ -72,7 +79,9 @@ void RemoveTemporaries(const std::string& native_folder) {
   const posix::Descriptor folder(open(native_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!folder.IsOpen()) return;
   flock(folder.Number(), LOCK_EX);
-  unlinkat(folder.Number(), std::string(kTemporaryName).c_str(), 0);
+  for (const std::string& name : AllNamesIn(native_folder)) {
+    if (IsTemporary(name)) unlinkat(folder.Number(), name.c_str(), 0);
+  }
 }
 
 }  // namespace
