@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/RunTimeError.h"
+#include "shell/TextParts.h"
 
 namespace logbook {
 
@@ -15,9 +16,7 @@ namespace {
 // The bytes of the UTF-8 character that begins at `position`.
 std::string_view CharacterAt(std::string_view text, std::size_t position) {
   std::size_t length = 1;
-  while (position + length < text.size() &&
-         (static_cast<unsigned char>(text[position + length]) & 0xC0) == 0x80)
-    ++length;
+  while (position + length < text.size() && !BeginsCharacter(text[position + length])) ++length;
   return text.substr(position, length);
 }
 

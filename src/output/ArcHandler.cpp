@@ -12,6 +12,7 @@
 #include "platform/RunTimeError.h"
 #include "resources/Resources.h"
 #include "shell/CSVMan.h"
+#include "shell/TextParts.h"
 
 namespace logbook {
 
@@ -31,23 +32,8 @@ std::string Resource(int number) {
   return std::string(LoadResString(number));
 }
 
-std::string TwoDigits(int number) {
-  const std::string digits = "0" + std::to_string(number);
-  return digits.substr(digits.size() - 2);
-}
-
 std::string SettingsFile(const AppState& state) {
   return state.ExePath + "qrxgen.ist";
-}
-
-// The first three characters of a text in UTF-8.
-std::string FirstThreeCharacters(const std::string& text) {
-  std::size_t end = 0;
-  for (int count = 0; end < text.size(); ++end) {
-    const bool continues = (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80;
-    if (!continues && ++count > 3) break;
-  }
-  return text.substr(0, end);
 }
 
 // The folder of the last archive; at the very first use the default, which is then stored.
@@ -56,7 +42,7 @@ std::string ArchiveFolder(const AppState& state) {
                                                     kFolderBuffer, SettingsFile(state));
   const std::string folder = state.machine.code_page->ToUtf8(bytes.substr(0, bytes.find('\0')));
   if (!folder.empty()) return folder;
-  const std::string first_folder = FirstThreeCharacters(state.ExePath) + "ZALM_ARC\\";
+  const std::string first_folder = FirstCharacters(state.ExePath, 3) + "ZALM_ARC\\";
   WritePrivateProfileString(state.machine, kSection, kKey, first_folder, SettingsFile(state));
   return first_folder;
 }
@@ -113,8 +99,8 @@ std::optional<std::string> AskForFile(Services& services, const std::string& fol
 std::string GetArchiveName(Services& services) {
   const LocalTime now = services.clock.Now();
   const char month = "0123456789ABC"[now.Month];
-  return "m" + TwoDigits(now.Year % 100) + month + TwoDigits(now.Day) + TwoDigits(now.Hour) +
-         TwoDigits(now.Minute) + ".zip";
+  return "m" + LastDigits(now.Year, 2) + month + LastDigits(now.Day, 2) + LastDigits(now.Hour, 2) +
+         LastDigits(now.Minute, 2) + ".zip";
 }
 
 void ArchiveLogs(AppState& state, Services& services) {

@@ -16,6 +16,7 @@
 #include "resources/Resources.h"
 #include "shell/CSVMan.h"
 #include "shell/LeadingNumber.h"
+#include "shell/TextParts.h"
 
 namespace logbook {
 
@@ -77,11 +78,6 @@ std::string Owner(const AppState& state) {
                               GetInstallRoot(state) + "qrxexe\\qrxgen.ist");
   if (bytes.starts_with("NO_PARAM")) return {};
   return state.machine.code_page->ToUtf8(TrimAtNul(bytes + '\0'));
-}
-
-std::string TwoDigits(int number) {
-  const std::string digits = "0" + std::to_string(number);
-  return digits.substr(digits.size() - 2);
 }
 
 // The folder that a file lies in. A drive's root comes out as the drive and a backslash.
@@ -230,9 +226,10 @@ int MakeStagingFolder(AppState& state, Services& services, std::string& folder_n
   }
   HideFolder(state.machine, area);
   const LocalTime now = services.clock.Now();
-  const std::string name = TwoDigits(now.Year % 100) + TwoDigits(now.Month) + TwoDigits(now.Day) +
-                           TwoDigits(now.Hour) + TwoDigits(now.Minute) + TwoDigits(now.Second) +
-                           std::to_string(window) + "_" + prefix;
+  std::string name;
+  for (const int number : {now.Year, now.Month, now.Day, now.Hour, now.Minute, now.Second})
+    name += LastDigits(number, 2);
+  name += std::to_string(window) + "_" + prefix;
   try {
     MakePrivateFolder(state.machine, area + name);
   } catch (const RunTimeError&) {

@@ -11,6 +11,7 @@
 #include "output/SheetSettings.h"
 #include "platform/RunTimeError.h"
 #include "resources/Resources.h"
+#include "shell/TextParts.h"
 
 namespace logbook {
 

@@ -3,8 +3,6 @@
 
 #include "output/SheetSettings.h"
 
-#include <cstddef>
-
 #include "resources/Resources.h"
 #include "shell/Fonts.h"
 
@@ -16,10 +14,6 @@ constexpr int kWholeSheet = -1;
 
 void SelectWholeSheet(F1Book& sheet) {
   sheet.SetSelection(kWholeSheet, kWholeSheet, kWholeSheet, kWholeSheet);
-}
-
-bool BeginsCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
 }
 
 }  // namespace
@@ -44,14 +38,6 @@ void FinishSheet(F1Book& sheet, bool landscape) {
 
 std::string FontCode() {
   return "&\"" + std::string(LoadResString(105)) + "\"&" + std::string(LoadResString(106));
-}
-
-std::string FirstCharacters(std::string_view text, int count) {
-  std::size_t end = 0;
-  for (; end < text.size(); ++end) {
-    if (BeginsCharacter(text[end]) && count-- == 0) break;
-  }
-  return std::string(text.substr(0, end));
 }
 
 }  // namespace logbook

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "output/F1Report.h"
 
@@ -20,8 +19,5 @@ void FinishSheet(F1Book& sheet, bool landscape);
 
 // The code that selects the sheet's font: &"Courier"&9.
 std::string FontCode();
-
-// The first characters of a UTF-8 text, not bytes; the whole text if it has no more.
-std::string FirstCharacters(std::string_view text, int count);
 
 }  // namespace logbook

@@ -7,15 +7,12 @@
 #include <string>
 
 #include "shell/LeadingNumber.h"
+#include "shell/TextParts.h"
 
 namespace logbook {
 namespace {
 
 constexpr int kDigits = 4;
-
-bool BeginsCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-}
 
 std::string_view LastCharacters(std::string_view text, int count) {
   std::size_t begin = text.size();

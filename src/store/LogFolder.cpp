@@ -7,6 +7,7 @@
 #include "platform/Profile.h"
 #include "platform/RunTimeError.h"
 #include "resources/Resources.h"
+#include "shell/TextParts.h"
 
 namespace logbook {
 
@@ -14,12 +15,6 @@ namespace {
 
 constexpr int kLogsPerDay = 256;
 constexpr int kDayFullMessage = 224;
-
-// The last `width` decimal digits of a number, padded with zeros.
-std::string Digits(int number, std::size_t width) {
-  const std::string digits = std::string(width, '0') + std::to_string(number);
-  return digits.substr(digits.size() - width);
-}
 
 std::string RunningNumber(int number) {
   constexpr const char* kHexadecimal = "0123456789ABCDEF";
@@ -29,13 +24,15 @@ std::string RunningNumber(int number) {
 }  // namespace
 
 std::string DateText(const LocalTime& time) {
-  return Digits(time.Month, 2) + "/" + Digits(time.Day, 2) + "/" + Digits(time.Year, 4) + " " +
-         Digits(time.Hour, 2) + ":" + Digits(time.Minute, 2) + ":" + Digits(time.Second, 2);
+  return LastDigits(time.Month, 2) + "/" + LastDigits(time.Day, 2) + "/" +
+         LastDigits(time.Year, 4) + " " + LastDigits(time.Hour, 2) + ":" +
+         LastDigits(time.Minute, 2) + ":" + LastDigits(time.Second, 2);
 }
 
 std::string GetNewFileName(AppState& state, Services& services) {
   const LocalTime now = services.clock.Now();
-  const std::string base = Digits(now.Year, 2) + Digits(now.Month, 2) + Digits(now.Day, 2);
+  const std::string base =
+      LastDigits(now.Year, 2) + LastDigits(now.Month, 2) + LastDigits(now.Day, 2);
   for (int number = 0; number < kLogsPerDay; ++number) {
     const std::string folder = state.LogRoot + base + RunningNumber(number);
     if (Exists(state.machine, folder)) continue;

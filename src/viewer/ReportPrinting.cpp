@@ -14,6 +14,7 @@
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "resources/Resources.h"
+#include "shell/TextParts.h"
 
 namespace logbook {
 

@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "output/SheetSettings.h"
 #include "support/TestServices.h"
 
 namespace logbook {
@@ -197,15 +196,6 @@ TEST_F(PrintListTest, AnErrorEndsItInSilence) {
 TEST_F(PrintListTest, SuccessShowsNoMessage) {
   Print();
   EXPECT_THAT(station.messages.shown, IsEmpty());
-}
-
-TEST(FirstCharacters, CutsAtACharacterAndNeverInsideOne) {
-  EXPECT_EQ(FirstCharacters("abc", 2), "ab");
-  EXPECT_EQ(FirstCharacters("abc", 3), "abc");
-  EXPECT_EQ(FirstCharacters("abc", 4), "abc");
-  EXPECT_EQ(FirstCharacters("", 4), "");
-  EXPECT_EQ(FirstCharacters("abc", 0), "");
-  EXPECT_EQ(FirstCharacters("\xe2\x82\xac\xe2\x82\xac", 1), "\xe2\x82\xac");
 }
 
 }  // namespace
