@@ -218,21 +218,4 @@ bool IsOmittedSysParam(std::int16_t row) {
   return Holds(kUnprintedSysRows, row);
 }
 
-bool IsDisabledMeterParam(const Machine& machine, std::int16_t row, std::string_view logfile_ini) {
-  return IsDisabledMeterParam(row, ReadLogOptions(machine, logfile_ini));
-}
-
-bool IsDisabledAnalogParam(const Machine& machine, const Catalogues& catalogues, std::int16_t row,
-                           std::string_view logfile_ini) {
-  return IsDisabledAnalogParam(catalogues, row, ReadLogOptions(machine, logfile_ini));
-}
-
-bool IsDisabledSysParam(const Machine& machine, std::int16_t row, std::string_view logfile_ini) {
-  return IsDisabledSysParam(row, ReadLogOptions(machine, logfile_ini));
-}
-
-bool IsOmittedAnalogParam(const Machine& machine, std::int16_t row, std::string_view logfile_ini) {
-  return IsOmittedAnalogParam(row, ReadLogOptions(machine, logfile_ini));
-}
-
 }  // namespace logbook

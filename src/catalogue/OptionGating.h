@@ -66,11 +66,4 @@ bool OptionsBearOnAnalogParam(const Catalogues& catalogues, std::int16_t row);
 bool IsOmittedAnalogParam(std::int16_t row, const LogOptions& options);
 bool IsOmittedSysParam(std::int16_t row);
 
-// The same by the path of the log's logfile.ini, which is read on each call.
-bool IsDisabledMeterParam(const Machine& machine, std::int16_t row, std::string_view logfile_ini);
-bool IsDisabledAnalogParam(const Machine& machine, const Catalogues& catalogues, std::int16_t row,
-                           std::string_view logfile_ini);
-bool IsDisabledSysParam(const Machine& machine, std::int16_t row, std::string_view logfile_ini);
-bool IsOmittedAnalogParam(const Machine& machine, std::int16_t row, std::string_view logfile_ini);
-
 }  // namespace logbook

@@ -9,7 +9,6 @@
 #include <cmath>
 #include <functional>
 #include <map>
-#include <random>
 #include <set>
 #include <sstream>
 #include <string>
@@ -300,24 +299,6 @@ TEST_F(OptionGating, SysRowsFollowTheirRulesForEveryCombination) {
     ++logs;
   });
   EXPECT_EQ(logs, 216);
-}
-
-TEST_F(OptionGating, ThePredicatesByPathReadTheFileOnEachCall) {
-  std::mt19937 random(20261115);
-  for (int round = 0; round < 40; ++round) {
-    Texts texts;
-    for (const char* key : kKeys) texts[key] = kTexts[random() % kTexts.size()];
-    const LogOptions options = Read(texts);
-    for (int i = 0; i < 10; ++i) {
-      const auto meter = static_cast<std::int16_t>(random() % 29);
-      const auto analog = static_cast<std::int16_t>(random() % 215);
-      const auto sys = static_cast<std::int16_t>(random() % 245);
-      EXPECT_EQ(IsDisabledMeterParam(machine, meter, kIni), IsDisabledMeterParam(meter, options));
-      EXPECT_EQ(IsDisabledAnalogParam(machine, catalogues, analog, kIni), Analog(analog, options));
-      EXPECT_EQ(IsDisabledSysParam(machine, sys, kIni), IsDisabledSysParam(sys, options));
-      EXPECT_EQ(IsOmittedAnalogParam(machine, 157, kIni), IsOmittedAnalogParam(157, options));
-    }
-  }
 }
 
 TEST_F(OptionGating, OptionsBearOnTheRowsThatARuleNamesAndOnNoOther) {
