@@ -34,7 +34,7 @@ double PeakMegabytes() {
   return static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
-void BM_PrintReport(benchmark::State& state) {
+void PrintReport(benchmark::State& state) {
   const int lines = static_cast<int>(state.range(0));
   const LocalTime now{2026, 11, 21, 5, 9, 59};
   qsizetype bytes = 0;
@@ -45,7 +45,7 @@ void BM_PrintReport(benchmark::State& state) {
   state.counters["pdf_bytes"] = static_cast<double>(bytes);
   state.counters["peak_MB"] = PeakMegabytes();
 }
-BENCHMARK(BM_PrintReport)->Arg(100)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+BENCHMARK(PrintReport)->Arg(100)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace logbook

@@ -3,12 +3,16 @@
 
 #include "snapshot/MacroFile.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "platform/UpperCase.h"
 #include "shell/LeadingNumber.h"
 
 namespace logbook {
+
 std::vector<std::string> MacroFileNames(std::string_view file) {
   std::vector<std::string> names = {std::string(file)};
   if (EqualIgnoringCase(file, "SENSEVAR.MAC")) names.push_back("SENSEVA2.MAC");

@@ -3,7 +3,10 @@
 
 #include "store/LogList.h"
 
+#include <cstddef>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "catalogue/ColumnValues.h"
 #include "platform/Files.h"
