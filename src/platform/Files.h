@@ -50,7 +50,8 @@ struct FolderEntry {
 };
 
 // All entries of a folder but "." and "..", in ascending order without regard to case (by upper
-// case, then by exact bytes). An entry whose attributes cannot be read has Kind::kUnreadable.
+// case, then by exact bytes). An entry whose attributes cannot be read has Kind::kUnreadable,
+// and so has one whose name holds a backslash, which no path text can name.
 // Raises 76 if the folder cannot be found.
 std::vector<FolderEntry> ScanFolder(const Machine& machine, std::string_view folder);
 

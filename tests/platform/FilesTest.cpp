@@ -143,6 +143,16 @@ TEST(FilesTest, a_scan_tells_files_folders_and_what_cannot_be_read) {
   EXPECT_EQ(entries[3].kind, Kind::kFolder);
 }
 
+TEST(FilesTest, an_entry_that_no_path_text_can_name_is_unreadable) {
+  const TestMachine machine;
+  machine.MakeFolders("C:\\logs");
+  fs::create_directory(machine.home() + "/drives/c/logs/..\\programs");
+  const auto entries = ScanFolder(machine, "C:\\logs");
+  ASSERT_EQ(entries.size(), 1U);
+  EXPECT_EQ(entries[0].name, "..\\programs");
+  EXPECT_EQ(entries[0].kind, Kind::kUnreadable);
+}
+
 TEST(FilesTest, scanning_what_is_no_folder_is_error_76) {
   const TestMachine machine;
   machine.Put("C:\\file", "");

@@ -58,9 +58,13 @@ std::vector<std::string> NamesIn(const std::string& native_folder) {
   return names;
 }
 
-FolderEntry::Kind KindOf(const std::string& native_path) {
+// A backslash in a name parts folders in a path text, which would lead elsewhere.
+FolderEntry::Kind KindOf(const std::string& native_folder, const std::string& name) {
   struct stat status = {};
-  if (stat(native_path.c_str(), &status) != 0) return FolderEntry::Kind::kUnreadable;
+  if (name.find('\\') != std::string::npos ||
+      stat((native_folder + "/" + name).c_str(), &status) != 0) {
+    return FolderEntry::Kind::kUnreadable;
+  }
   return S_ISDIR(status.st_mode) ? FolderEntry::Kind::kFolder : FolderEntry::Kind::kFile;
 }
 
@@ -94,7 +98,7 @@ std::vector<FolderEntry> ScanFolder(const Machine& machine, std::string_view fol
   };
   std::vector<Sorted> sorted;
   for (std::string& name : NamesIn(native)) {
-    const FolderEntry::Kind kind = KindOf(native + "/" + name);
+    const FolderEntry::Kind kind = KindOf(native, name);
     sorted.push_back({UpperCaseText(name), {std::move(name), kind}});
   }
   std::sort(sorted.begin(), sorted.end(), [](const Sorted& a, const Sorted& b) {
