@@ -37,6 +37,8 @@ class HandshakeCell {
   // The text; empty at start.
   virtual std::string Text() const = 0;
   virtual void SetText(const std::string& text) = 0;
+  // True while another process can read and write the text.
+  virtual bool IsReachable() const = 0;
 };
 
 // Delivery of pending window and bus events from inside a wait.

@@ -95,12 +95,15 @@ void GetPath(AppState& state, Services& services) {
 void GlobalEnd(AppState& state, Services& services) {
   state.frmMain.Available = false;
   services.forms.UpdateMain();
+  const auto poll = [&services] {
+    if (!services.cell.IsReachable()) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+    return services.events.Deliver();
+  };
   try {
-    while (CellValue(services.cell) != 0) services.events.Deliver();
+    while (CellValue(services.cell) != 0) poll();
     services.cell.SetText("9");
     int polls = 0;
-    while (CellValue(services.cell) == 9 && polls < kEndingPolls)
-      polls += services.events.Deliver();
+    while (CellValue(services.cell) == 9 && polls < kEndingPolls) polls += poll();
   } catch (const std::exception&) {
     // The host is out of reach: the end needs no one's consent.
   }

@@ -31,7 +31,8 @@ void GetPath(AppState& state, Services& services);
 
 // Makes the main window unavailable, waits without limit until the handshake cell reads 0, writes
 // 9, waits for at most 200000 polls until the host has changed it, closes the help bridge
-// and ends the process with status 0.
+// and ends the process with status 0. A failure, such as a cell that no host can reach any more,
+// ends the waits.
 [[noreturn]] void GlobalEnd(AppState& state, Services& services);
 
 // Takes HostId, CEMode and AutoRec from the command line. HostId is what lies before the first

@@ -196,6 +196,14 @@ TEST_F(Cell, TheLogbookReadsWhatAPeerWrote) {
   EXPECT_EQ(cell.Text(), "0");
 }
 
+TEST_F(Cell, IsOutOfReachOnceTheBusHasGone) {
+  cell.SetText("1");
+  EXPECT_TRUE(cell.IsReachable());
+  bus.Stop();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !cell.IsReachable(); }, 20000));
+  EXPECT_EQ(cell.Text(), "1");
+}
+
 TEST_F(Cell, IsIntrospectable) {
   const std::string text = OutputOf(QStringLiteral("gdbus"), Common(QStringLiteral("introspect")));
   EXPECT_NE(text.find("interface com.norvane.Quorex.Cell"), std::string::npos) << text;

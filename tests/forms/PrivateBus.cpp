@@ -27,6 +27,10 @@ PrivateBus::PrivateBus() {
 
 PrivateBus::~PrivateBus() {
   for (const QString& name : names_) QDBusConnection::disconnectFromBus(name);
+  Stop();
+}
+
+void PrivateBus::Stop() {
   if (daemon_.state() == QProcess::NotRunning) return;
   qunsetenv(kAddressVariable);
   daemon_.terminate();

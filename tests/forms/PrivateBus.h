@@ -21,6 +21,8 @@ class PrivateBus {
   const QString& Address() const { return address_; }
   // A new connection. It is closed with this object.
   QDBusConnection Connect();
+  // Ends the daemon that this object has started.
+  void Stop();
 
  private:
   QProcess daemon_;

@@ -251,6 +251,15 @@ TEST(GlobalEnd, FailingCellEndsTheProgramWithoutFurtherWaiting) {
   EXPECT_EQ(station.events.delivered, 0);
 }
 
+TEST(GlobalEnd, CellThatNoHostCanReachAnyMoreIsNotWaitedFor) {
+  TestWorkstation station;
+  station.cell.text = "1";
+  station.events.on_deliver = [&](int delivery) { station.cell.reachable = delivery < 3; };
+  EXPECT_THROW(GlobalEnd(station.state, station.services), ProcessEnded);
+  EXPECT_EQ(station.events.delivered, 3);
+  EXPECT_TRUE(station.cell.written.empty());
+}
+
 TEST(GlobalEnd, NumberInTheCellThatIsTooLargeEndsTheProgramWithoutFurtherWaiting) {
   TestWorkstation station;
   station.cell.text = "1e999";

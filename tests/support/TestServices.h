@@ -49,11 +49,13 @@ class TestCell : public HandshakeCell {
     written.push_back(new_text);
     if (on_written) on_written(new_text);
   }
+  bool IsReachable() const override { return reachable; }
 
   std::string text;
   std::vector<std::string> written;  // by the program
   std::function<void(const std::string&)> on_written;
   bool fails_on_read = false;
+  bool reachable = true;
 };
 
 // Each delivery runs `on_deliver`. A wait that would never end fails the test.

@@ -26,6 +26,8 @@ class DBusCell : public QObject, public HandshakeCell {
   std::string Text() const override;
   // Announces the new text with PropertiesChanged, unless the text is the old one.
   void SetText(const std::string& text) override;
+  // True while there is a bus.
+  bool IsReachable() const override { return bus_.isConnected(); }
 
   QString PropertyText() const { return text_; }
   void SetPropertyText(const QString& text);
