@@ -34,7 +34,7 @@ std::string NativePath(const Machine& machine, std::string_view path);
 std::string PathText(const std::string& native_path);
 
 // As above, but with its drive if it lies below one of the machine's drives, as the disk spells
-// them. Raises nothing.
+// them; a path below the target of a drive that is a link does too. Raises nothing.
 std::string DrivePathText(const Machine& machine, const std::string& native_path);
 
 // True if a file or folder of that name exists. False on any failure, and for a pipe, socket or

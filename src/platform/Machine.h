@@ -13,7 +13,7 @@
 namespace logbook {
 
 struct Machine {
-  // Native path of the logbook's home, without trailing slash. A drive X: is the folder or link
+  // Native path of the logbook's home, absolute and without trailing slash. A drive X: is the folder or link
   // "drives/x" below it; "machine.reg" in it is the local-machine hive.
   std::string home;
   // Never null.
@@ -24,7 +24,8 @@ struct Machine {
 // $HOME/.local/share/quorex-logbook. The folder need not exist.
 std::string DefaultHome();
 
-// The machine at this home. The code page is the hive's value "ACP" under
+// The machine at this home; a relative one is taken from the working folder and no longer depends
+// on it afterwards. The code page is the hive's value "ACP" under
 // SYSTEM\CurrentControlSet\Control\Nls\CodePage; 1252 where hive or value is missing or names
 // an unknown page. Raises nothing.
 Machine OpenMachine(const std::string& home);

@@ -332,6 +332,18 @@ TEST(FilesTest, a_native_path_below_a_drive_has_a_path_text_with_that_drive) {
   EXPECT_EQ(DrivePathText(machine, "/usr/bin"), "\\usr\\bin");
 }
 
+TEST(FilesTest, a_native_path_below_the_target_of_a_drive_that_is_a_link_has_that_drive) {
+  const TestMachine machine;
+  fs::create_directories(machine.home() + "/disk/of the workstation");
+  fs::create_directory_symlink("../disk", machine.home() + "/drives/d");
+  fs::create_directory_symlink("../missing", machine.home() + "/drives/e");
+  const std::string disk = fs::canonical(machine.home() + "/disk").string();
+  EXPECT_EQ(DrivePathText(machine, disk + "/of the workstation"), "D:\\of the workstation");
+  EXPECT_EQ(DrivePathText(machine, disk), "D:\\");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/d/x"), "D:\\x");
+  EXPECT_EQ(DrivePathText(machine, disk + "ette/x"), PathText(disk + "ette/x"));
+}
+
 TEST(FilesTest, a_copy_has_the_same_bytes_and_replaces_what_was_there) {
   const TestMachine machine;
   machine.Put("C:\\a.txt", "text\r\n");

@@ -6,10 +6,13 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 
 #include "support/TestMachine.h"
+
+namespace fs = std::filesystem;
 
 namespace logbook::test {
 namespace {
@@ -79,6 +82,16 @@ TEST(MachineTest, the_code_page_is_what_the_hive_says_and_1252_else) {
     EXPECT_EQ(opened.code_page->Number(), number) << value;
     EXPECT_EQ(opened.home, machine.home());
   }
+}
+
+TEST(MachineTest, a_home_is_absolute_and_has_no_slash_at_its_end_however_it_is_given) {
+  const TestMachine machine;
+  const std::string relative = fs::relative(machine.home()).string();
+  for (const std::string& home : {machine.home() + "/", machine.home() + "//", relative,
+                                  relative + "/", machine.home() + "/drives/.."}) {
+    EXPECT_EQ(OpenMachine(home).home, machine.home()) << home;
+  }
+  EXPECT_EQ(OpenMachine("/").home, "/");
 }
 
 TEST(MachineTest, a_machine_without_a_hive_or_a_home_has_code_page_1252) {

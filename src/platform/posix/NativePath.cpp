@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <utility>
@@ -123,6 +124,16 @@ std::string FindComponents(const std::string& start, const std::vector<std::stri
   return native_path;
 }
 
+std::string WithBackslashes(std::string native_path) {
+  std::replace(native_path.begin(), native_path.end(), '/', '\\');
+  return native_path;
+}
+
+// True for the folder itself too.
+bool LiesIn(const std::string& folder, const std::string& native_path) {
+  return native_path == folder || native_path.starts_with(folder + "/");
+}
+
 // False for pipes, sockets and devices too: nobody here can wait for what they give.
 bool Status(const Machine& machine, std::string_view path, struct stat& status) {
   const bool found = stat(ExactPath(machine, path).c_str(), &status) == 0 ||
@@ -144,11 +155,7 @@ std::string NativePath(const Machine& machine, std::string_view path) {
 std::string PathText(const std::string& native_path) {
   std::error_code ignored;
   const std::filesystem::path full = std::filesystem::absolute(native_path, ignored);
-  std::string text = (ignored ? native_path : full.lexically_normal().string());
-  for (char& byte : text) {
-    if (byte == '/') byte = '\\';
-  }
-  return text;
+  return WithBackslashes(ignored ? native_path : full.lexically_normal().string());
 }
 
 posix::Descriptor posix::OpenForReading(const Machine& machine, std::string_view path) {
@@ -164,12 +171,13 @@ std::string DrivePathText(const Machine& machine, const std::string& native_path
   for (char letter = 'A'; letter <= 'Z'; ++letter) {
     const std::string drive = {letter, ':'};
     const std::string root = NativePath(machine, drive + "\\");
-    if (!native_path.starts_with(root + "/") && native_path != root) continue;
-    std::string text = drive + native_path.substr(root.size());
-    for (char& byte : text) {
-      if (byte == '/') byte = '\\';
+    std::error_code missing;
+    const std::string target = std::filesystem::canonical(root, missing).string();
+    for (const std::string& folder : {root, target}) {
+      if (folder.empty() || !LiesIn(folder, native_path)) continue;
+      const std::string text = drive + WithBackslashes(native_path.substr(folder.size()));
+      return text.size() == 2 ? text + "\\" : text;
     }
-    return text.size() == 2 ? text + "\\" : text;
   }
   return PathText(native_path);
 }
