@@ -17,11 +17,11 @@ struct FreeDestination {
   void operator()(cups_dest_t* destination) const { cupsFreeDests(1, destination); }
 };
 
-[[noreturn]] void RaiseLastError() {
+// The error with the print system's words about the last call, if it has any.
+RunTimeError LastError() {
   const char* words = cupsLastErrorString();
-  if (words == nullptr || *words == '\0') throw RunTimeError(ErrorNumber::kPrinterError);
-  throw RunTimeError(ErrorNumber::kPrinterError,
-                     DescriptionOf(ErrorNumber::kPrinterError) + ": " + words);
+  if (words == nullptr || *words == '\0') return RunTimeError(ErrorNumber::kPrinterError);
+  return {ErrorNumber::kPrinterError, DescriptionOf(ErrorNumber::kPrinterError) + ": " + words};
 }
 
 }  // namespace
@@ -29,10 +29,10 @@ struct FreeDestination {
 void SubmitPrintJob(const std::string& queue, const std::string& title, std::string_view pdf) {
   const std::unique_ptr<cups_dest_t, FreeDestination> destination(
       cupsGetNamedDest(CUPS_HTTP_DEFAULT, queue.c_str(), nullptr));
-  if (destination == nullptr) RaiseLastError();
+  if (destination == nullptr) throw LastError();
   const int job = cupsCreateJob(CUPS_HTTP_DEFAULT, queue.c_str(), title.c_str(),
                                 destination->num_options, destination->options);
-  if (job == 0) RaiseLastError();
+  if (job == 0) throw LastError();
   constexpr int kLastDocument = 1;
   const bool taken =
       cupsStartDocument(CUPS_HTTP_DEFAULT, queue.c_str(), job, title.c_str(), CUPS_FORMAT_PDF,
@@ -40,10 +40,9 @@ void SubmitPrintJob(const std::string& queue, const std::string& title, std::str
       cupsWriteRequestData(CUPS_HTTP_DEFAULT, pdf.data(), pdf.size()) == HTTP_STATUS_CONTINUE;
   if (taken && cupsFinishDocument(CUPS_HTTP_DEFAULT, queue.c_str()) <= IPP_STATUS_OK_CONFLICTING)
     return;
-  const std::string words = cupsLastErrorString();
+  const RunTimeError error = LastError();  // before the next call has words of its own
   cupsCancelJob2(CUPS_HTTP_DEFAULT, queue.c_str(), job, 0);
-  throw RunTimeError(ErrorNumber::kPrinterError,
-                     DescriptionOf(ErrorNumber::kPrinterError) + ": " + words);
+  throw RunTimeError(error);
 }
 
 }  // namespace logbook
