@@ -13,9 +13,9 @@
 
 namespace logbook {
 
-// The name that a file has while its new contents are written. A writer that was killed may leave
-// one behind; it is no entry of its folder for any routine of Files.h, and the next writer in that
-// folder removes it.
+// The name that a file has while its new contents are written; on a disk without locks the
+// writer's number follows. A writer that was killed may leave one behind; it is no entry of its
+// folder for any routine of Files.h, and goes with the next writing or with the folder.
 inline constexpr std::string_view kTemporaryName = ".logbook-new~";
 
 // The whole file as bytes. Raises 53, 75 (a folder, an empty name), 76, 70, 57.
