@@ -45,12 +45,15 @@ std::string WithoutSlash(std::string native) {
   return native;
 }
 
-bool Lists(const std::string& file, const std::string& name) {
-  std::ifstream in(file);
+// The line that the list lacks for this name, on a line of its own; empty if it has one.
+std::string MissingLine(const std::string& list, const std::string& name) {
+  std::ifstream in(list);
+  bool is_cut_short = false;  // a hand-made last line may have no line end
   for (std::string line; std::getline(in, line);) {
-    if (line == name) return true;
+    if (line == name) return {};
+    is_cut_short = in.eof();
   }
-  return false;
+  return (is_cut_short ? "\n" : "") + name + "\n";
 }
 
 }  // namespace
@@ -78,10 +81,11 @@ void HideFolder(const Machine& machine, std::string_view path) {
   const std::string list = parent + "/.hidden";
   struct stat status = {};
   if (stat(parent.c_str(), &status) != 0 || status.st_uid != geteuid()) return;
-  if (Lists(list, native.filename().string())) return;
+  const std::string line = MissingLine(list, native.filename().string());
+  if (line.empty()) return;
   const posix::Descriptor file(
       open(list.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_CLOEXEC, 0666));
-  if (file.IsOpen()) WriteAll(file, native.filename().string() + "\n");
+  if (file.IsOpen()) WriteAll(file, line);
 }
 
 }  // namespace logbook
