@@ -10,8 +10,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -61,6 +62,14 @@ class ArchiveTest : public testing::Test {
   void SetTime(const std::string& path, std::time_t seconds) {
     const timespec times[2] = {{seconds, 0}, {seconds, 0}};
     ASSERT_EQ(utimensat(AT_FDCWD, disk.Native(path).c_str(), times, 0), 0);
+  }
+  // A folder with what does not deflate, so that it needs its room.
+  void PutNoise(const std::string& folder, int bytes) {
+    const std::string native = Quoted(disk.Native(folder));
+    ASSERT_EQ(RunProgram("mkdir " + native + " && head -c " + std::to_string(bytes) +
+                         " /dev/urandom > " + native + "/b.bin")
+                  .status,
+              0);
   }
   // Names of C:\ that begin with a point: working files that were left.
   int LeftOvers() {
@@ -451,24 +460,31 @@ TEST_F(ArchiveTest, AFailedCallTakesNothingFromTheEarlierOnesOfTheRun) {
 
 TEST_F(ArchiveTest, ADiskThatFillsUpInTheSecondCallLeavesTheFirstLog) {
   disk.Put("C:\\one\\a.txt", "a");
-  // What does not deflate, so that it needs its room.
-  ASSERT_EQ(RunProgram("mkdir " + Quoted(disk.Native("C:\\two")) + " && head -c 3000000 " +
-                       "/dev/urandom > " + Quoted(disk.Native("C:\\two\\b.bin")))
-                .status,
-            0);
+  PutNoise("C:\\two", 3000000);
   result.assign(kZipResultBuffer, '\0');
   ZipWriter writer(disk);
   EXPECT_EQ(writer.arZip(0, "C:\\out.zip", "C:\\one", "-a -r", result), 0);
-  rlimit old_limit{};
-  getrlimit(RLIMIT_FSIZE, &old_limit);
-  signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{1000000, old_limit.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  EXPECT_NE(writer.arZip(0, "C:\\out.zip", "C:\\two", "-a -r", result), 0);
-  setrlimit(RLIMIT_FSIZE, &old_limit);
+  {
+    const SmallFilesOnly limit(1000000);
+    EXPECT_NE(writer.arZip(0, "C:\\out.zip", "C:\\two", "-a -r", result), 0);
+  }
   EXPECT_EQ(writer.Finish(result), 0);
   EXPECT_EQ(Names(), "one/\none/a.txt\n");
   EXPECT_EQ(RunProgram("unzip -t " + Quoted(disk.Native("C:\\out.zip"))).status, 0);
+}
+
+TEST_F(ArchiveTest, AnOlderFileThatHasNoRoomForItsCopyStaysAndTheReasonIsTold) {
+  PutNoise("C:\\one", 400000);
+  disk.Put("C:\\two\\a.txt", "a");
+  EXPECT_EQ(Zip("C:\\one"), 0);
+  const std::string before = disk.Get("C:\\out.zip");
+  {
+    const SmallFilesOnly limit(300000);  // within the second piece that is copied
+    EXPECT_EQ(Zip("C:\\two"), static_cast<int>(ZipResult::kCannotWrite));
+  }
+  EXPECT_THAT(result, HasSubstr(std::strerror(EFBIG)));
+  EXPECT_EQ(disk.Get("C:\\out.zip"), before);
+  EXPECT_EQ(LeftOvers(), 0);
 }
 
 TEST_F(ArchiveTest, AFileOfOneGigabyteGoesThroughSixtyFourMegabytesOfMemory) {

@@ -1,9 +1,12 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// What the tests of files share: the number of a raised error, and leaving the rights of root.
+// What the tests of files share: the number of a raised error, leaving the rights of root, and a
+// disk that fills up.
 #pragma once
 
+#include <signal.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <exception>
@@ -41,6 +44,26 @@ class AsOrdinaryUser {
 
  private:
   bool was_root_;
+};
+
+// Files may grow to so many bytes only while this object lives, as on a disk that fills up.
+class SmallFilesOnly {
+ public:
+  explicit SmallFilesOnly(rlim_t bytes) : old_handler_(signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &old_limit_);
+    const rlimit limit{bytes, old_limit_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~SmallFilesOnly() {
+    setrlimit(RLIMIT_FSIZE, &old_limit_);
+    signal(SIGXFSZ, old_handler_);
+  }
+  SmallFilesOnly(const SmallFilesOnly&) = delete;
+  SmallFilesOnly& operator=(const SmallFilesOnly&) = delete;
+
+ private:
+  rlimit old_limit_ = {};
+  void (*old_handler_)(int);
 };
 
 }  // namespace logbook::test

@@ -3,8 +3,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -39,26 +37,6 @@ mode_t ModeOf(const TestMachine& machine, const char* path) {
   stat(machine.Native(path).c_str(), &status);
   return status.st_mode & 07777;
 }
-
-// Files may grow to a few bytes only while this object lives.
-class SmallFilesOnly {
- public:
-  SmallFilesOnly() {
-    getrlimit(RLIMIT_FSIZE, &old_limit_);
-    old_handler_ = signal(SIGXFSZ, SIG_IGN);
-    rlimit limit = old_limit_;
-    limit.rlim_cur = 16;
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~SmallFilesOnly() {
-    setrlimit(RLIMIT_FSIZE, &old_limit_);
-    signal(SIGXFSZ, old_handler_);
-  }
-
- private:
-  rlimit old_limit_ = {};
-  void (*old_handler_)(int) = nullptr;
-};
 
 TEST(FileWritingTest, a_write_makes_the_file_or_replaces_all_its_bytes) {
   const TestMachine machine;
@@ -179,7 +157,7 @@ TEST(FileWritingTest, a_disk_without_room_is_error_61_and_the_old_file_stays) {
   machine.Put("C:\\a.ini", "[s]\r\nk=v\r\n");
   const std::string before = Picture(machine);
   {
-    const SmallFilesOnly limit;
+    const SmallFilesOnly limit(16);
     EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, "C:\\a.ini", std::string(100, 'x')); }), 61);
     EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, "C:\\b.ini", std::string(100, 'x')); }), 61);
     EXPECT_FALSE(WritePrivateProfileString(machine, "s", "k", std::string(100, 'x'), "C:\\a.ini"));

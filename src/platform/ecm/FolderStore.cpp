@@ -20,8 +20,6 @@ namespace logbook {
 
 namespace {
 
-constexpr std::size_t kBuffer = 256 * 1024;
-
 using Reach = DeliveryError::Reach;
 
 // Failures that lie in a name or in what bears it; the other submissions have other names.
@@ -46,11 +44,6 @@ bool IsThere(const std::string& native) {
   if (stat(native.c_str(), &status) == 0) return true;
   if (errno != ENOENT) Fail(native, errno);
   return false;
-}
-
-void Sync(const std::string& folder) {
-  const posix::Descriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (descriptor.IsOpen()) fsync(descriptor.Number());
 }
 
 }  // namespace
@@ -84,7 +77,7 @@ void FolderStore::MakeRoot() {
     const std::string parent = made;
     made += "/" + component;
     if (mkdir(made.c_str(), 0777) == 0) {
-      Sync(parent);
+      posix::SyncFolder(parent);
     } else if (errno != EEXIST) {
       Fail(made, errno);
     }
@@ -94,7 +87,7 @@ void FolderStore::MakeRoot() {
 void FolderStore::MakeFolder(const std::string& path) {
   const std::string native = root_ + "/" + path;
   if (mkdir(native.c_str(), 0777) != 0 && errno != EEXIST) Fail(native, errno);
-  Sync(root_);
+  posix::SyncFolder(root_);
 }
 
 std::optional<Digest> FolderStore::DigestOf(const std::string& path) {
@@ -109,13 +102,10 @@ void FolderStore::Put(const std::string& path, const std::string& native_file) {
   if (!in.IsOpen()) Fail(native_file, errno);
   const posix::Descriptor out(open(native.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
   if (!out.IsOpen()) Fail(native, errno);
-  std::string buffer(kBuffer, '\0');
-  while (const std::size_t count = ReadSome(in, buffer.data(), buffer.size())) {
-    if (!WriteAll(out, std::string_view(buffer.data(), count))) {
-      const int error = errno;
-      unlink(native.c_str());
-      Fail(native, error);
-    }
+  if (!CopyToEnd(in, out)) {
+    const int error = errno;
+    unlink(native.c_str());
+    Fail(native, error);
   }
   if (fsync(out.Number()) != 0) Fail(native, errno);
 }
@@ -124,7 +114,7 @@ void FolderStore::Move(const std::string& from, const std::string& to) {
   const std::string target = root_ + "/" + to;
   if (IsThere(target)) Fail(target, EEXIST);
   if (std::rename((root_ + "/" + from).c_str(), target.c_str()) != 0) Fail(target, errno);
-  Sync(fs::path(target).parent_path().string());
+  posix::SyncFolder(fs::path(target).parent_path().string());
 }
 
 }  // namespace logbook

@@ -16,15 +16,19 @@
 #include <set>
 #include <sstream>
 #include <utility>
-#include <vector>
 
 #include "platform/Files.h"
+#include "platform/RunTimeError.h"
+#include "platform/posix/Descriptor.h"
+#include "platform/posix/SystemError.h"
 #include "platform/posix/ZipAddition.h"
 #include "platform/posix/ZipStore.h"
 
 namespace fs = std::filesystem;
 
 namespace logbook {
+
+using posix::Descriptor;
 
 namespace {
 
@@ -47,13 +51,16 @@ std::string WorkingName(const std::string& zip_file, int number) {
   return (path.parent_path() / ("." + name + "." + std::to_string(number) + ".part")).string();
 }
 
-// A failure leaves the file as it is without a power cut, and is not told.
-void SyncParentOf(const std::string& native) {
-  const std::string parent = fs::path(native).parent_path().string();
-  const int folder = open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (folder < 0) return;
-  fsync(folder);
-  close(folder);
+// Bytes and rights of a file; false with errno set on failure.
+bool CopyWithRights(const Descriptor& from, const Descriptor& to) {
+  struct stat status {};
+  if (fstat(from.Number(), &status) == 0) fchmod(to.Number(), status.st_mode & 07777);
+  try {
+    return CopyToEnd(from, to);
+  } catch (const RunTimeError&) {
+    errno = EIO;
+    return false;
+  }
 }
 
 struct Options {
@@ -100,7 +107,6 @@ struct ZipWriter::State {
 
   void Begin(const std::string& native, bool add);
   void CheckTarget(const std::string& native);
-  void CopyOldFile(int old_file, int new_file);
   OpenArchive Open();
   void Add(const std::string& source, bool recurse);
   void Rename();
@@ -121,45 +127,25 @@ void ZipWriter::State::CheckTarget(const std::string& native) {
 
 void ZipWriter::State::Begin(const std::string& native, bool add) {
   CheckTarget(native);
-  const int old_descriptor = add ? open(native.c_str(), O_RDONLY | O_CLOEXEC) : -1;
-  if (add && old_descriptor < 0 && errno != ENOENT)
+  const Descriptor old(add ? open(native.c_str(), O_RDONLY | O_CLOEXEC) : -1);
+  if (add && !old.IsOpen() && errno != ENOENT)
     FailWithSystem(ZipResult::kCannotWrite, native, errno);
-  int descriptor = -1;
-  for (int number = 1; descriptor < 0; ++number) {
+  Descriptor file;
+  for (int number = 1; !file.IsOpen(); ++number) {
     working = WorkingName(native, number);
-    descriptor = open(working.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor < 0 && errno != EEXIST) {
-      const int error = errno;
-      if (old_descriptor >= 0) close(old_descriptor);
-      FailWithSystem(ZipResult::kCannotWrite, native, error);
-    }
+    file = Descriptor(open(working.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!file.IsOpen() && errno != EEXIST) FailWithSystem(ZipResult::kCannotWrite, native, errno);
   }
-  store = std::make_unique<ZipStore>(descriptor, working);
+  if (old.IsOpen() && !CopyWithRights(old, file)) {
+    const int error = errno;
+    unlink(working.c_str());
+    FailWithSystem(ZipResult::kCannotWrite, native, error);
+  }
+  store = std::make_unique<ZipStore>(std::move(file), working);
   target = native;
-  has_content = false;
-  in_parts = old_descriptor < 0;
+  has_content = old.IsOpen();
+  in_parts = !old.IsOpen();
   names.clear();
-  if (old_descriptor < 0) return;
-  has_content = true;
-  CopyOldFile(old_descriptor, descriptor);
-  close(old_descriptor);
-}
-
-void ZipWriter::State::CopyOldFile(int old_file_descriptor, int new_file) {
-  struct stat status {};
-  if (fstat(old_file_descriptor, &status) == 0) fchmod(new_file, status.st_mode & 07777);
-  std::vector<char> buffer(256 * 1024);
-  for (;;) {
-    const ssize_t count = read(old_file_descriptor, buffer.data(), buffer.size());
-    if (count == 0) return;
-    if (count < 0 || write(new_file, buffer.data(), static_cast<std::size_t>(count)) != count) {
-      const int error = errno;
-      const std::string name = target;
-      close(old_file_descriptor);
-      Drop();
-      FailWithSystem(ZipResult::kCannotWrite, name, error);
-    }
-  }
 }
 
 OpenArchive ZipWriter::State::Open() {
@@ -202,7 +188,7 @@ void ZipWriter::State::Rename() {
     Drop();
     FailWithSystem(ZipResult::kCannotWrite, name, error);
   }
-  SyncParentOf(target);
+  posix::SyncFolder(posix::ParentOf(target));
   store.reset();
   target.clear();
 }

@@ -47,6 +47,20 @@ std::string ReadToEnd(const Descriptor& file) {
   return bytes;
 }
 
+bool CopyToEnd(const Descriptor& from, const Descriptor& to) {
+  constexpr std::size_t kBuffer = 256 * 1024;
+  std::string buffer(kBuffer, '\0');
+  while (const std::size_t count = ReadSome(from, buffer.data(), buffer.size())) {
+    if (!WriteAll(to, std::string_view(buffer.data(), count))) return false;
+  }
+  return true;
+}
+
+void SyncFolder(const std::string& native_folder) {
+  const Descriptor folder(open(native_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (folder.IsOpen()) fsync(folder.Number());
+}
+
 bool WriteAll(const Descriptor& file, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = write(file.Number(), bytes.data(), bytes.size());

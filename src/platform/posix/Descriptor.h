@@ -56,6 +56,13 @@ std::size_t ReadSome(const Descriptor& file, char* buffer, std::size_t size);
 // Reads up to the end. Raises 57.
 std::string ReadToEnd(const Descriptor& file);
 
+// Copies up to the end, in bounded memory; false with errno set if the system refused to write.
+// Raises 57 if it refuses to read.
+bool CopyToEnd(const Descriptor& from, const Descriptor& to);
+
+// Brings a folder's names to the disk. A failure is not told; it matters to a power cut alone.
+void SyncFolder(const std::string& native_folder);
+
 // Writes all bytes; false with errno set if the system refused.
 bool WriteAll(const Descriptor& file, std::string_view bytes);
 

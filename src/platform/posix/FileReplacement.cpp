@@ -84,8 +84,10 @@ struct FileReplacement::State {
   bool WriteTemporary(const ContentWriter& write, bool exists, const struct stat& old,
                       mode_t mode) const {
     unlinkat(folder.Number(), temporary.c_str(), 0);
+    // Until it has the old file's mode, nobody else may look into it.
+    const mode_t first_mode = exists ? S_IRUSR | S_IWUSR : 0666;
     const Descriptor file(openat(folder.Number(), temporary.c_str(),
-                                 O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+                                 O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, first_mode));
     if (!file.IsOpen() || !write(file)) return false;
     if (exists) {
       // Only a privileged process may give a file away; without that the new owner is ours.
@@ -138,15 +140,8 @@ void FileReplacement::Replace(std::string_view bytes) {
 }
 
 void FileReplacement::ReplaceByCopyOf(const std::string& native_source) {
-  constexpr std::size_t kBuffer = 256 * 1024;
   const Descriptor source = posix::OpenForReading(native_source);
-  state_->Replace([&source](const Descriptor& file) {
-    std::string buffer(kBuffer, '\0');
-    while (const std::size_t count = ReadSome(source, buffer.data(), buffer.size())) {
-      if (!WriteAll(file, std::string_view(buffer.data(), count))) return false;
-    }
-    return true;
-  });
+  state_->Replace([&source](const Descriptor& file) { return CopyToEnd(source, file); });
 }
 
 }  // namespace logbook

@@ -24,14 +24,6 @@ namespace {
 
 constexpr mode_t kOwnerOnly = 0700;
 
-// A folder's own name is on the disk when the folder above is. A failure is not told here: what is
-// put into the folder is brought to the disk later, and tells its own.
-void SyncParentOf(const std::string& native) {
-  const posix::Descriptor parent(
-      open(posix::ParentOf(native).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (parent.IsOpen()) fsync(parent.Number());
-}
-
 // A link that somebody else has put there may lead to any folder of ours.
 void RefuseForeignLink(const std::string& native) {
   struct stat status = {};
@@ -62,7 +54,8 @@ void MakePrivateFolder(const Machine& machine, std::string_view path) {
   const std::string native = NativePath(machine, path);
   const bool is_new = mkdir(native.c_str(), kOwnerOnly) == 0;
   if (!is_new && errno != EEXIST) posix::RaiseFolderError(errno);
-  if (is_new) SyncParentOf(native);
+  // A folder's own name is on the disk when the folder above is.
+  if (is_new) posix::SyncFolder(posix::ParentOf(native));
   RefuseForeignLink(native);
   const posix::Descriptor folder(open(native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat status = {};

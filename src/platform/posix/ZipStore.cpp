@@ -50,12 +50,8 @@ ssize_t ReadAll(int descriptor, char* data, std::size_t length, std::uint64_t po
 
 }  // namespace
 
-ZipStore::ZipStore(int descriptor, std::string path)
-    : descriptor_(descriptor), path_(std::move(path)) {}
-
-ZipStore::~ZipStore() {
-  close(descriptor_);
-}
+ZipStore::ZipStore(posix::Descriptor file, std::string path)
+    : file_(std::move(file)), path_(std::move(path)) {}
 
 zip_source_t* ZipStore::MakeSource() {
   zip_error_init(&error_);
@@ -75,14 +71,14 @@ bool ZipStore::EndPart() {
   if (!FileSize(size)) return false;
   std::string end(std::min<std::uint64_t>(size, kZipEndBytes), '\0');
   errno = EIO;  // unless a call says otherwise
-  if (ReadAll(descriptor_, end.data(), end.size(), base_ + size - end.size()) ==
+  if (ReadAll(file_.Number(), end.data(), end.size(), base_ + size - end.size()) ==
       static_cast<ssize_t>(end.size())) {
     const auto place = FindZipDirectory(end);
     std::string directory(place ? place->size : 0, '\0');
-    if (place && ReadAll(descriptor_, directory.data(), directory.size(), base_ + place->offset) ==
-                     static_cast<ssize_t>(directory.size())) {
+    if (place && ReadAll(file_.Number(), directory.data(), directory.size(),
+                         base_ + place->offset) == static_cast<ssize_t>(directory.size())) {
       const auto moved = MoveZipDirectory(directory, base_);
-      if (moved && ftruncate(descriptor_, static_cast<off_t>(base_ + place->offset)) == 0) {
+      if (moved && ftruncate(file_.Number(), static_cast<off_t>(base_ + place->offset)) == 0) {
         directory_ += *moved;
         entries_ += place->count;
         return true;
@@ -90,7 +86,7 @@ bool ZipStore::EndPart() {
     }
   }
   const int error = errno;
-  if (ftruncate(descriptor_, static_cast<off_t>(base_)) != 0) errno = error;
+  if (ftruncate(file_.Number(), static_cast<off_t>(base_)) != 0) errno = error;
   return false;
 }
 
@@ -100,8 +96,8 @@ bool ZipStore::JoinParts() {
   std::uint64_t size = 0;
   if (!FileSize(size)) return false;
   const std::string end = ZipEnd({.offset = size, .size = directory_.size(), .count = entries_});
-  if (!WriteAll(descriptor_, directory_.data(), directory_.size(), size) ||
-      !WriteAll(descriptor_, end.data(), end.size(), size + directory_.size()))
+  if (!WriteAll(file_.Number(), directory_.data(), directory_.size(), size) ||
+      !WriteAll(file_.Number(), end.data(), end.size(), size + directory_.size()))
     return false;
   directory_.clear();
   entries_ = 0;
@@ -146,7 +142,7 @@ zip_int64_t ZipStore::Run(void* data, zip_uint64_t length, zip_source_cmd_t comm
     case ZIP_SOURCE_ROLLBACK_WRITE:
       return Rollback();
     case ZIP_SOURCE_REMOVE:
-      return ftruncate(descriptor_, static_cast<off_t>(base_)) == 0 ? 0 : Fail(ZIP_ER_REMOVE);
+      return ftruncate(file_.Number(), static_cast<off_t>(base_)) == 0 ? 0 : Fail(ZIP_ER_REMOVE);
     case ZIP_SOURCE_SUPPORTS:
       return zip_source_make_command_bitmap(
           ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR,
@@ -167,7 +163,7 @@ zip_int64_t ZipStore::Fail(int code) {
 
 bool ZipStore::FileSize(std::uint64_t& size) {
   struct stat status {};
-  if (fstat(descriptor_, &status) != 0) return false;
+  if (fstat(file_.Number(), &status) != 0) return false;
   size = static_cast<std::uint64_t>(status.st_size) - base_;
   return true;
 }
@@ -188,7 +184,7 @@ zip_int64_t ZipStore::Read(void* data, zip_uint64_t length) {
   if (read_position_ < read_begin_ || read_position_ >= read_end) {
     read_buffer_.resize(kBuffer);
     const ssize_t count =
-        ReadAll(descriptor_, read_buffer_.data(), kBuffer, base_ + read_position_);
+        ReadAll(file_.Number(), read_buffer_.data(), kBuffer, base_ + read_position_);
     if (count < 0) return Fail(ZIP_ER_READ);
     read_buffer_.resize(static_cast<std::size_t>(count));
     read_begin_ = read_position_;
@@ -228,9 +224,9 @@ zip_int64_t ZipStore::BeginAppending(std::uint64_t offset) {
     return -1;
   }
   old_tail_.resize(size - offset);
-  const ssize_t count = ReadAll(descriptor_, old_tail_.data(), old_tail_.size(), base_ + offset);
+  const ssize_t count = ReadAll(file_.Number(), old_tail_.data(), old_tail_.size(), base_ + offset);
   if (count != static_cast<ssize_t>(old_tail_.size())) return Fail(ZIP_ER_READ);
-  target_ = descriptor_;
+  target_ = file_.Number();
   kept_ = write_position_ = written_end_ = offset;
   return 0;
 }
@@ -241,10 +237,12 @@ zip_int64_t ZipStore::BeginRewriting() {
   if (size == 0) return BeginAppending(0);
   // Nobody's but ours, as the first one, and no easier to read than that.
   struct stat status {};
-  if (fstat(descriptor_, &status) != 0) return Fail(ZIP_ER_TMPOPEN);
+  if (fstat(file_.Number(), &status) != 0) return Fail(ZIP_ER_TMPOPEN);
   unlink((path_ + "2").c_str());
-  target_ = open((path_ + "2").c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-  if (target_ < 0) return Fail(ZIP_ER_TMPOPEN);
+  second_ =
+      posix::Descriptor(open((path_ + "2").c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!second_.IsOpen()) return Fail(ZIP_ER_TMPOPEN);
+  target_ = second_.Number();
   if (fchmod(target_, status.st_mode & 07777) != 0) {
     const int error = errno;
     Rollback();
@@ -274,9 +272,10 @@ bool ZipStore::Flush() {
 zip_int64_t ZipStore::Commit() {
   if (!Flush() || ftruncate(target_, static_cast<off_t>(base_ + written_end_)) != 0)
     return Fail(ZIP_ER_WRITE);
-  if (target_ != descriptor_) {
+  if (second_.IsOpen()) {
     if (std::rename((path_ + "2").c_str(), path_.c_str()) != 0) return Fail(ZIP_ER_RENAME);
-    close(std::exchange(descriptor_, target_));
+    file_ = std::move(second_);
+    second_.Close();  // the old file, which the move has left there
   }
   target_ = -1;
   old_tail_.clear();
@@ -285,15 +284,15 @@ zip_int64_t ZipStore::Commit() {
 
 zip_int64_t ZipStore::Rollback() {
   write_buffer_.clear();
-  if (target_ != descriptor_) {
-    close(std::exchange(target_, -1));
+  target_ = -1;
+  if (second_.IsOpen()) {
+    second_.Close();
     unlink((path_ + "2").c_str());
     return 0;
   }
-  target_ = -1;
   // Shorten first: the old end needs the room that a failed addition may have used up.
-  const bool restored = ftruncate(descriptor_, static_cast<off_t>(base_ + kept_)) == 0 &&
-                        WriteAll(descriptor_, old_tail_.data(), old_tail_.size(), base_ + kept_);
+  const bool restored = ftruncate(file_.Number(), static_cast<off_t>(base_ + kept_)) == 0 &&
+                        WriteAll(file_.Number(), old_tail_.data(), old_tail_.size(), base_ + kept_);
   old_tail_.clear();
   return restored ? 0 : Fail(ZIP_ER_WRITE);
 }

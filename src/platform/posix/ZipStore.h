@@ -14,13 +14,15 @@
 #include <string>
 #include <vector>
 
+#include "platform/posix/Descriptor.h"
+
 namespace logbook {
 
 class ZipStore {
  public:
-  // Over an open file, which it takes; `path` is its native path.
-  ZipStore(int descriptor, std::string path);
-  ~ZipStore();
+  // Over an open file; `path` is its native path.
+  ZipStore(posix::Descriptor file, std::string path);
+  ~ZipStore() = default;
   ZipStore(const ZipStore&) = delete;
   ZipStore& operator=(const ZipStore&) = delete;
 
@@ -39,7 +41,7 @@ class ZipStore {
   // library sees the whole archive. These three return false with errno set on failure.
   bool JoinParts();
 
-  int Descriptor() const { return descriptor_; }
+  int Descriptor() const { return file_.Number(); }
 
  private:
   static zip_int64_t Command(void* store, void* data, zip_uint64_t length,
@@ -60,7 +62,7 @@ class ZipStore {
   bool FileSize(std::uint64_t& size);
   zip_int64_t Fail(int code);
 
-  int descriptor_;
+  posix::Descriptor file_;
   const std::string path_;
   bool replacing_ = false;
 
@@ -72,7 +74,8 @@ class ZipStore {
   std::uint64_t read_begin_ = 0;  // place in the file of the first byte of read_buffer_
   std::vector<char> read_buffer_;
 
-  int target_ = -1;                   // where writing goes: descriptor_ or the second file
+  posix::Descriptor second_;          // open while the archive is written as a whole
+  int target_ = -1;                   // where writing goes: the file or the second one
   std::uint64_t write_position_ = 0;  // of the first byte of write_buffer_
   std::uint64_t written_end_ = 0;
   std::vector<char> write_buffer_;
