@@ -50,6 +50,14 @@ TEST(UploadDescriptor, CharactersThatXmlCannotHoldAreLeftOut) {
   EXPECT_EQ(RunProgram("xmllint --noout " + Quoted(disk.Native(kPath))).status, 0);
 }
 
+TEST(UploadDescriptor, BytesThatAreNoUtf8AreLeftOut) {
+  TestMachine disk;
+  AddToUploadDescriptor(disk, kPath, {"gr\xFC\xDF.txt", "C:\\\xED\xA0\x80x", "a", "\xC3", "Ümit"});
+  const UploadFile written = ReadUploadDescriptor(disk, kPath).at(0);
+  EXPECT_EQ(written, (UploadFile{"gr.txt", "C:\\x", "a", "", "Ümit"}));
+  EXPECT_EQ(RunProgram("xmllint --noout " + Quoted(disk.Native(kPath))).status, 0);
+}
+
 TEST(UploadDescriptor, BlanksInATextAreKept) {
   TestMachine disk;
   AddToUploadDescriptor(disk, kPath, {"a.txt", "C:\\a", " ", "  why  ", ""});

@@ -3,7 +3,7 @@
 
 #include "platform/UploadDescriptor.h"
 
-#include <sys/stat.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,6 +18,7 @@
 #include "platform/NativeFile.h"
 #include "platform/RunTimeError.h"
 #include "platform/UpperCase.h"
+#include "platform/Utf8.h"
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/SystemError.h"
 
@@ -25,18 +26,18 @@ namespace logbook {
 
 namespace {
 
-// Control characters have no place in XML 1.0, and neither have U+FFFE and U+FFFF.
-std::string XmlText(const std::string& text) {
+bool IsXmlCharacter(char32_t character) {
+  if (character < 0x20) return character == '\t' || character == '\n' || character == '\r';
+  const bool is_half_a_pair = character >= 0xD800 && character <= 0xDFFF;
+  return !is_half_a_pair && character != 0xFFFE && character != 0xFFFF && character != kNotUtf8;
+}
+
+// The text without what has no place in XML 1.0.
+std::string XmlText(std::string_view text) {
   std::string result;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    if (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') continue;
-    const std::string_view three = std::string_view(text).substr(i, 3);
-    if (three == "\xEF\xBF\xBE" || three == "\xEF\xBF\xBF") {
-      i += 2;
-      continue;
-    }
-    result += text[i];
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t start = i;
+    if (IsXmlCharacter(NextCharacter(text, i))) result += text.substr(start, i - start);
   }
   return result;
 }
@@ -69,7 +70,7 @@ std::vector<pugi::xml_node> FilesOf(pugi::xml_node upload) {
 // A new file beside the old one, for the owner's eyes only, then the old one's name.
 void Replace(const std::string& native, const std::string& bytes) {
   std::string temporary = native + ".XXXXXX";
-  posix::Descriptor file(mkstemp(temporary.data()));  // mode 0600
+  posix::Descriptor file(mkostemp(temporary.data(), O_CLOEXEC));  // mode 0600
   if (!file.IsOpen()) posix::RaiseFileError(errno, native);
   if (WriteAll(file, bytes) && fsync(file.Number()) == 0 &&
       std::rename(temporary.c_str(), native.c_str()) == 0)
@@ -97,9 +98,7 @@ void AddToUploadDescriptor(const Machine& machine, std::string_view descriptor,
     upload = document.append_child("Upload");
   }
   const std::vector<pugi::xml_node> files = FilesOf(upload);
-  if (files.size() == 1 &&
-      UpperCaseText(files[0].attribute("name").value()) == UpperCaseText(file.Name))
-    return;
+  if (files.size() == 1 && EqualIgnoringCase(files[0].attribute("name").value(), file.Name)) return;
 
   pugi::xml_node entry = upload.append_child("file");
   entry.append_attribute("name") = XmlText(file.Name).c_str();
