@@ -79,6 +79,10 @@ TEST(ServerSettings, AFolderIsTakenApartAndCannotLeadUpwards) {
 TEST(ServerSettings, AFileAddressIsAFolderOfTheMachine) {
   const TestMachine disk;
   EXPECT_EQ(FolderOfFileUrl(disk, "file:///srv/share%20one"), "/srv/share one");
+  EXPECT_EQ(FolderOfFileUrl(disk, "file:///srv/100%25%C3%bc"), "/srv/100%ü");
+  for (const char* name : {"%", "a%2", "%zz", "%-1", "%0x", "%ü"})
+    EXPECT_EQ(FolderOfFileUrl(disk, std::string("file:///srv/") + name),
+              std::string("/srv/") + name);
   EXPECT_EQ(FolderOfFileUrl(disk, "file:///C:/share"), disk.Native("C:\\share"));
   EXPECT_EQ(FolderOfFileUrl(disk, "file:C:\\share"), disk.Native("C:\\share"));
 }

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <filesystem>
 
@@ -53,9 +54,11 @@ std::string FolderOfFileUrl(const Machine& machine, const std::string& url) {
   std::string rest = url.substr(std::string("file:").size());
   if (rest.starts_with("//")) rest = rest.substr(2);
   for (std::size_t i = 0; i < rest.size(); ++i) {
-    const bool escaped = rest[i] == '%' && i + 2 < rest.size() && isxdigit(rest[i + 1]) != 0 &&
-                         isxdigit(rest[i + 2]) != 0;
-    path += escaped ? static_cast<char>(std::stoi(rest.substr(i + 1, 2), nullptr, 16)) : rest[i];
+    unsigned char byte = 0;
+    const char* const digits = rest.data() + i + 1;
+    const bool escaped = rest[i] == '%' && i + 2 < rest.size() &&
+                         std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2;
+    path += escaped ? static_cast<char>(byte) : rest[i];
     if (escaped) i += 2;
   }
   if (path.size() > 2 && path[0] == '/' && path[2] == ':') path.erase(0, 1);  // "/C:/share"
