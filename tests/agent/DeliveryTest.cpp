@@ -262,6 +262,18 @@ TEST_F(SharedFolderTest, AnEmptyOutboxIsAnEmptyStatus) {
   EXPECT_EQ(status.output, "Content server: file:///C:/share\nAgent: not running\nWaiting: 0\n");
 }
 
+TEST_F(SharedFolderTest, ADamagedNoteDoesNotHideTheStatus) {
+  station.Submit("a.pdf", "bytes");
+  const std::string note =
+      station.Area() + "/outbox/" + station.TheOutbox().Waiting().at(0) + "/note";
+  for (const char* bytes : {"", "x", "7", "7 9223372036854775807\nreason\n", "7 1\n"}) {
+    std::ofstream(note) << bytes;
+    const ProgramResult status = station.RunAgent("--status");
+    EXPECT_EQ(status.status, 1) << bytes;
+    EXPECT_THAT(status.output, HasSubstr("a.pdf\n  Tries: ")) << bytes;
+  }
+}
+
 TEST_F(SharedFolderTest, OneAgentAtATime) {
   station.Submit("a.pdf", "bytes");  // the share is missing, so the first agent goes on trying
   const pid_t first = station.StartAgent();

@@ -128,8 +128,10 @@ std::unique_ptr<FileLock> LockOut(const Outbox& outbox) {
 
 std::string TimeText(std::int64_t seconds) {
   const auto time = static_cast<std::time_t>(seconds);
-  char text[32];
-  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", std::localtime(&time));
+  const std::tm* local = std::localtime(&time);
+  if (local == nullptr) return "an unknown day";  // the note is damaged
+  char text[32] = {};
+  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", local);
   return text;
 }
 

@@ -50,7 +50,7 @@ Digest DigestOfFile(const std::string& native_file) {
   }
   if (!in.eof())
     throw DeliveryError(DeliveryError::Reach::kThisSubmission,
-                        "The file " + native_file + " in the outbox cannot be read.");
+                        "The file " + native_file + " cannot be read.");
   return sum.Finish();
 }
 
