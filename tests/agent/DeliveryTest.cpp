@@ -11,7 +11,6 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #include "FailingDisk.h"
 #include "UploadStation.h"
@@ -277,8 +276,7 @@ TEST_F(SharedFolderTest, ADamagedNoteDoesNotHideTheStatus) {
 TEST_F(SharedFolderTest, OneAgentAtATime) {
   station.Submit("a.pdf", "bytes");  // the share is missing, so the first agent goes on trying
   const pid_t first = station.StartAgent();
-  while (station.TheOutbox().NoteOf(station.TheOutbox().Waiting().at(0)).tries == 0)
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  ASSERT_TRUE(station.WaitForATry());
   EXPECT_THAT(station.Status(), HasSubstr("Agent: at work"));
   EXPECT_EQ(station.RunAgent().status, 0) << "the second one leaves the work to the first";
   station.disk.MakeFolders("C:\\share");
@@ -289,15 +287,12 @@ TEST_F(SharedFolderTest, OneAgentAtATime) {
 }
 
 TEST_F(SharedFolderTest, WhatComesDuringAPauseIsTriedAtOnce) {
-  station.Configure({{"Url", "file:///C:/share"}, {"RetryPause", "3600000"}});
-  const std::string config = station.disk.Get("C:\\QUOREX\\qrxexe\\arecm.cfg");
   station.disk.Put("C:\\QUOREX\\qrxexe\\arecm.cfg",
                    "[Content Server]\r\nUrl=file:///C:/share\r\nRetryPause=3600000\r\n"
                    "LongestPause=3600000\r\n");
   station.Submit("a.pdf", "bytes");
   const pid_t agent = station.StartAgent();
-  while (station.TheOutbox().NoteOf(station.TheOutbox().Waiting().at(0)).tries == 0)
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  ASSERT_TRUE(station.WaitForATry());
   station.disk.MakeFolders("C:\\share");
   ++station.clock.now.Second;
   station.Submit("b.pdf", "bytes");

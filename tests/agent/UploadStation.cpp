@@ -11,6 +11,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <thread>
 
@@ -33,6 +34,16 @@ std::string BytesOf(const std::string& native) {
   std::ostringstream bytes;
   bytes << in.rdbuf();
   return bytes.str();
+}
+
+// Waits up to a minute.
+bool ComesTrue(const std::function<bool()>& condition) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  return true;
 }
 
 }  // namespace
@@ -138,12 +149,13 @@ pid_t UploadStation::StartAgent() const {
   return child;
 }
 
+bool UploadStation::WaitForATry() const {
+  const std::string submission = TheOutbox().Waiting().at(0);
+  return ComesTrue([&] { return TheOutbox().NoteOf(submission).tries > 0; });
+}
+
 bool UploadStation::WaitUntilEmpty() const {
-  for (int look = 0; look < 600; ++look) {
-    if (TheOutbox().IsEmpty()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-  }
-  return false;
+  return ComesTrue([&] { return TheOutbox().IsEmpty(); });
 }
 
 }  // namespace logbook::test

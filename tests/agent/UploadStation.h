@@ -43,6 +43,8 @@ class UploadStation : public TestWorkstation {
   pid_t StartAgent() const;
   std::string Status() const { return RunAgent("--status").output; }
 
+  // Waits up to a minute; false if the first submission has not been tried then.
+  bool WaitForATry() const;
   // Waits up to a minute; false if the outbox still holds something then.
   bool WaitUntilEmpty() const;
 

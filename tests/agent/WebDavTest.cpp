@@ -115,7 +115,7 @@ TEST_F(WebDavTest, WhatHappensWhileTheServerIsDownArrivesWhenItIsBack) {
   RunTheFourEvents(station);
   EXPECT_THAT(station.messages.shown, SizeIs(1)) << "the question of the deletion and no failure";
   const pid_t agent = station.StartAgent();
-  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  ASSERT_TRUE(station.WaitForATry());
   EXPECT_THAT(station.Status(), HasSubstr("The content server cannot be reached: "));
   server.Start();
   EXPECT_TRUE(station.WaitUntilEmpty()) << station.Status();
@@ -174,8 +174,7 @@ TEST_F(WebDavTest, ThePasswordStandsOnNoCommandLineNorInTheStatusNorInTheNotes) 
   Connect(server);
   station.Record();
   const pid_t agent = station.StartAgent();
-  while (station.TheOutbox().NoteOf(station.TheOutbox().Waiting().at(0)).tries == 0)
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  ASSERT_TRUE(station.WaitForATry());
   const std::string process = "/proc/" + std::to_string(agent);
   for (const std::string& told :
        {RunProgram("cat " + process + "/cmdline " + process + "/environ").output, station.Status(),

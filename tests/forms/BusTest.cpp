@@ -273,8 +273,10 @@ TEST_F(Cell, APeersChangeEndsTheSleepOfAWaitAtOnce) {
   set << QStringLiteral("com.norvane.Quorex.Cell") << QStringLiteral("Text")
       << QVariant::fromValue(QDBusVariant(QStringLiteral("0")));
   QtEventDelivery events;
+  // The sleep itself would last some 30 ms longer; a loaded machine gets more tries.
+  constexpr qint64 kAtOnce = 10;
   qint64 fastest = 1000;
-  for (int i = 0; i < 5; ++i) {
+  for (int i = 0; i < 50 && fastest >= kAtOnce; ++i) {
     cell.SetText("1");
     while (events.Deliver() < QtEventDelivery::kLongestSleep / QtEventDelivery::kPoll) {
       // Until nothing is pending and the wait sleeps.
@@ -291,7 +293,7 @@ TEST_F(Cell, APeersChangeEndsTheSleepOfAWaitAtOnce) {
     host->wait();
     delete host;
   }
-  EXPECT_LT(fastest, 10);  // the sleep itself would have lasted some 30 ms longer
+  EXPECT_LT(fastest, kAtOnce);
 }
 
 TEST(CellWithoutABus, StillHoldsItsText) {
