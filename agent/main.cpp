@@ -22,6 +22,7 @@ using logbook::DrainResult;
 using logbook::Rounds;
 
 constexpr int kSomethingWaits = 1;  // or nobody can tell
+constexpr int kWrongUse = 2;
 
 std::string OwnFolder() {
   std::error_code ignored;
@@ -56,7 +57,11 @@ int main(int argc, char** argv) {
   app.add_flag("--status", status, "List what waits and why, and end");
   app.add_flag("--once", once, "Try everything once and end");
   app.set_version_flag("--version", "ecm-agent " LOGBOOK_VERSION);
-  CLI11_PARSE(app, argc, argv);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kWrongUse;
+  }
 
   const logbook::Machine machine = logbook::OpenMachine(home);
   logbook::AppState state(machine);

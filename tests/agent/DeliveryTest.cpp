@@ -261,6 +261,12 @@ TEST_F(SharedFolderTest, AnEmptyOutboxIsAnEmptyStatus) {
   EXPECT_EQ(status.output, "Content server: file:///C:/share\nAgent: not running\nWaiting: 0\n");
 }
 
+TEST_F(SharedFolderTest, WrongUseOfTheAgentHasStatusTwo) {
+  for (const char* options : {"--dance", "status", "--home"})
+    EXPECT_EQ(station.RunAgent(options).status, 2) << options;
+  EXPECT_EQ(station.RunAgent("--help").status, 0);
+}
+
 TEST_F(SharedFolderTest, ADamagedNoteDoesNotHideTheStatus) {
   station.Submit("a.pdf", "bytes");
   const std::string note =
