@@ -49,13 +49,6 @@ class TerminalMessages : public logbook::MessageBoxes {
   }
 };
 
-// A path in either form as a path text: one with a drive or a backslash is one already.
-std::string PathTextOf(const std::string& path) {
-  const bool has_drive = path.size() >= 2 && path[1] == ':';
-  if (has_drive || path.find('\\') != std::string::npos) return path;
-  return logbook::PathText(path);
-}
-
 std::string Catalogue(const Request& request) {
   logbook::Catalogues catalogues;
   FillCatalogues(catalogues);
@@ -79,8 +72,8 @@ std::string Strings() {
 std::string List(const Request& request, const Machine& machine) {
   AppState state(machine);
   state.CEMode = request.ce_mode;
-  state.IniFile = PathTextOf(request.ini_file);
-  state.LogRoot = PathTextOf(request.log_root);
+  state.IniFile = logbook::TypedPathText(request.ini_file);
+  state.LogRoot = logbook::TypedPathText(request.log_root);
   if (!state.LogRoot.ends_with('\\')) state.LogRoot += '\\';
   if (!FolderExists(machine, state.LogRoot)) throw RunTimeError(ErrorNumber::kPathNotFound);
   FillCatalogues(state.catalogues);
@@ -91,7 +84,7 @@ std::string List(const Request& request, const Machine& machine) {
 
 std::string Report(const Request& request, const Machine& machine) {
   logbook::ReportRequest report = request.report;
-  report.folder = PathTextOf(report.folder);
+  report.folder = logbook::TypedPathText(report.folder);
   TerminalMessages messages;
   return ReportBytes(machine, messages, report);
 }

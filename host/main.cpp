@@ -94,12 +94,6 @@ int Fill(const CommandLine& line) {
   return 0;
 }
 
-// A path text if it names a drive, else a path of this system.
-std::string FolderText(const std::string& folder) {
-  const bool has_drive = folder.size() >= 2 && folder[1] == ':';
-  return has_drive ? folder : PathText(folder);
-}
-
 int Snapshot(const CommandLine& line) {
   const Workstation workstation = OpenWorkstation(line.home);
   Machine machine = workstation.machine;
@@ -109,7 +103,7 @@ int Snapshot(const CommandLine& line) {
       throw std::invalid_argument("unknown code page " + std::to_string(*line.code_page));
     }
   }
-  const std::string folder = FolderText(line.folder);
+  const std::string folder = TypedPathText(line.folder);
   const auto damages = ChosenDamages(line);
   const LogMoment moment{ChosenInstrument(line, InstrumentOf(workstation)),
                          line.log_number ? *line.log_number : LogNumberOf(machine, folder),

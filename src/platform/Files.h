@@ -37,6 +37,10 @@ std::string PathText(const std::string& native_path);
 // them; a path below the target of a drive that is a link does too. Raises nothing.
 std::string DrivePathText(const Machine& machine, const std::string& native_path);
 
+// A path that a person has typed, as a path text: with a drive or a backslash it is one already,
+// any other is a native one. Raises nothing.
+std::string TypedPathText(const std::string& path);
+
 // True if a file or folder of that name exists. False on any failure, and for a pipe, socket or
 // device, which is no file here: nothing is read from it or waited for.
 bool Exists(const Machine& machine, std::string_view path);

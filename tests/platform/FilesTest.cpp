@@ -107,6 +107,13 @@ TEST(FilesTest, a_native_path_becomes_a_path_text_without_a_drive) {
   EXPECT_EQ(NativePath(machine, text), (fs::current_path() / "a.txt").string());
 }
 
+TEST(FilesTest, a_typed_path_with_a_drive_or_a_backslash_is_a_path_text_and_any_other_native) {
+  for (const char* text : {"C:\\a", "c:", "C:a/b", "\\srv\\a", "a\\b"})
+    EXPECT_EQ(TypedPathText(text), text);
+  for (const char* native : {"/srv/a", "a", "./a/../b", "1:", "1:/x"})
+    EXPECT_EQ(TypedPathText(native), PathText(native));
+}
+
 TEST(FilesTest, existence_is_told_for_files_and_folders) {
   const TestMachine machine;
   machine.Put("C:\\f\\a.txt", "");

@@ -182,6 +182,10 @@ std::string DrivePathText(const Machine& machine, const std::string& native_path
   return PathText(native_path);
 }
 
+std::string TypedPathText(const std::string& path) {
+  return HasDrive(path) || path.find('\\') != std::string::npos ? path : PathText(path);
+}
+
 bool Exists(const Machine& machine, std::string_view path) {
   struct stat status = {};
   return !path.empty() && Status(machine, path, status);
