@@ -13,8 +13,8 @@
 namespace logbook {
 
 struct Machine {
-  // Native path of the logbook's home, absolute and without trailing slash. A drive X: is the folder or link
-  // "drives/x" below it; "machine.reg" in it is the local-machine hive.
+  // Native path of the logbook's home, absolute and without trailing slash. A drive X: is the
+  // folder or link "drives/x" below it; "machine.reg" in it is the local-machine hive.
   std::string home;
   // Never null.
   const CodePage* code_page = CodePage::Find(1252);

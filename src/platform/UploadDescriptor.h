@@ -25,9 +25,9 @@ struct UploadFile {
 
 // Adds an entry at the end of the descriptor and makes the descriptor if it is missing. Nothing
 // changes if the descriptor has exactly one entry and that bears the same name, case ignored.
-// Characters that XML cannot hold are left out, and bytes that are no UTF-8. The file is replaced as a whole and is readable by
-// its owner alone. Raises kInternalError if the descriptor is no such document, otherwise what
-// reading and writing a file raise.
+// Characters that XML cannot hold are left out, and bytes that are no UTF-8. The file is replaced
+// as a whole and is readable by its owner alone. Raises kInternalError if the descriptor is no such
+// document, otherwise what reading and writing a file raise.
 void AddToUploadDescriptor(const Machine& machine, std::string_view descriptor,
                            const UploadFile& file);
 
