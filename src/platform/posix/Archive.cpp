@@ -151,6 +151,7 @@ void ZipWriter::State::Begin(const std::string& native, bool add) {
 OpenArchive ZipWriter::State::Open() {
   zip_error_t error;
   zip_error_init(&error);
+  const std::unique_ptr<zip_error_t, void (*)(zip_error_t*)> release(&error, zip_error_fini);
   zip_source_t* source = store->MakeSource();
   if (source == nullptr) FailWith(ZipResult::kFailed, "out of memory");
   const bool anew = in_parts || !has_content;
