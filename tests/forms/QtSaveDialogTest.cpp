@@ -4,6 +4,8 @@
 #include "platform/qt/QtSaveDialog.h"
 
 #include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QDir>
@@ -151,11 +153,35 @@ TEST_F(QtSaveDialogTest, AReadOnlyFileIsRefusedAndTheDialogComesAgain) {
             "C:\\old.zip\rThis file is read-only.\rPlease choose another file name.");
 }
 
+// A folder that nobody may write into while it lives: the administrator, whom no mode keeps out,
+// gets a disk that is mounted for reading only.
+class FolderToReadOnly {
+ public:
+  explicit FolderToReadOnly(const std::string& folder)
+      : folder_(folder), is_disk_(geteuid() == 0), is_made_(Make()) {}
+  ~FolderToReadOnly() {
+    if (is_made_ && is_disk_) umount2(folder_.c_str(), MNT_DETACH);
+  }
+  FolderToReadOnly(const FolderToReadOnly&) = delete;
+  FolderToReadOnly& operator=(const FolderToReadOnly&) = delete;
+
+  bool IsMade() const { return is_made_; }
+
+ private:
+  bool Make() const {
+    if (is_disk_) return mount("tmpfs", folder_.c_str(), "tmpfs", MS_RDONLY, "size=64k") == 0;
+    return chmod(folder_.c_str(), S_IRUSR | S_IXUSR) == 0;
+  }
+
+  const std::string folder_;
+  const bool is_disk_;
+  const bool is_made_;
+};
+
 TEST_F(QtSaveDialogTest, AFolderToReadOnlyIsRefusedAndTheDialogComesAgain) {
-  if (geteuid() == 0) GTEST_SKIP() << "the administrator may write everywhere";
   disk.MakeFolders("C:\\shut");
-  QFile::setPermissions(QString::fromStdString(disk.Native("C:\\shut")),
-                        QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+  const FolderToReadOnly shut(disk.Native("C:\\shut"));
+  if (!shut.IsMade()) GTEST_SKIP() << "this administrator may not mount a disk";
   const auto chosen = Show([&](QFileDialog& dialog) {
     WhenModal(kSaveDialogName, [](QWidget* again) { qobject_cast<QDialog*>(again)->reject(); });
     Type(dialog, QString::fromStdString(disk.Native("C:\\shut\\a.zip")));
