@@ -13,7 +13,7 @@
 #include "platform/Files.h"
 #include "platform/RunTimeError.h"
 #include "platform/UpperCase.h"
-#include "shell/LeadingNumber.h"
+#include "shell/HandshakeCell.h"
 #include "store/LogList.h"
 #include "store/Recording.h"
 
@@ -38,10 +38,6 @@ void TakeCommandLine(AppState& state, const std::string& command_line) {
   state.HostId = has_first_token ? command_line.substr(0, blank) : command_line;
   state.CEMode = ContainsIgnoringCase(command_line, "CE");
   state.AutoRec = ContainsIgnoringCase(command_line, "AutoRec");
-}
-
-double CellValue(const HandshakeCell& cell) {
-  return LeadingNumber(cell.Text());
 }
 
 void Form_Initialize(AppState& state, Services& services) {

@@ -40,9 +40,6 @@ void GetPath(AppState& state, Services& services);
 // in the whole line without regard to case.
 void TakeCommandLine(AppState& state, const std::string& command_line);
 
-// The number that the handshake cell reads; 0 for an empty text.
-double CellValue(const HandshakeCell& cell);
-
 // The one frame around every event handler: runs it and, if an error comes out, reports it in a
 // message box and ends the process with status 1. No error crosses into the toolkit: an exhausted
 // memory is reported as kOutOfMemory, any other error of the language as kInternalError.

@@ -9,7 +9,7 @@
 #include "platform/Profile.h"
 #include "platform/RunTimeError.h"
 #include "resources/Resources.h"
-#include "shell/StartUp.h"
+#include "shell/HandshakeCell.h"
 #include "store/LogFolder.h"
 #include "store/LogList.h"
 

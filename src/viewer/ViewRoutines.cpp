@@ -11,7 +11,7 @@
 #include "platform/Profile.h"
 #include "platform/RunTimeError.h"
 #include "resources/Resources.h"
-#include "shell/StartUp.h"
+#include "shell/HandshakeCell.h"
 #include "viewer/LogView.h"
 #include "viewer/MaintenanceReport.h"
 #include "viewer/TextLogs.h"
