@@ -9,12 +9,12 @@
 #include <iostream>
 #include <string>
 
-#include "output/ECMSub.h"
-#include "platform/Files.h"
-#include "platform/Machine.h"
-#include "platform/RunTimeError.h"
-#include "platform/ecm/Delivery.h"
-#include "shell/AppState.h"
+#include "base/Files.h"
+#include "base/Machine.h"
+#include "base/RunTimeError.h"
+#include "state/AppState.h"
+#include "upload/Delivery.h"
+#include "upload/ECMSub.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include <random>
 #include <string>
 
-#include "platform/Archive.h"
-#include "platform/Machine.h"
+#include "archive/Archive.h"
+#include "base/Machine.h"
 
 namespace fs = std::filesystem;
 

@@ -17,9 +17,9 @@
 #include <thread>
 #include <vector>
 
-#include "shell/AppState.h"
-#include "shell/Services.h"
-#include "store/LogList.h"
+#include "loglist/LogList.h"
+#include "state/AppState.h"
+#include "state/Services.h"
 
 namespace logbook {
 namespace {

@@ -9,9 +9,9 @@
 
 #include <QApplication>
 
-#include "output/F1Report.h"
-#include "output/SheetSettings.h"
-#include "platform/qt/SheetPrinting.h"
+#include "printing/SheetSettings.h"
+#include "qt/SheetPrinting.h"
+#include "state/F1Report.h"
 
 namespace logbook {
 namespace {

@@ -6,13 +6,13 @@
 #include <map>
 #include <vector>
 
-#include "platform/Files.h"
-#include "platform/RunTimeError.h"
+#include "base/Files.h"
+#include "base/RunTimeError.h"
+#include "reports/MaintenanceReport.h"
+#include "reports/TuneReport.h"
+#include "reports/ValueReports.h"
 #include "resources/Resources.h"
-#include "viewer/MaintenanceReport.h"
 #include "viewer/TextLogs.h"
-#include "viewer/TuneReport.h"
-#include "viewer/ValueReports.h"
 
 namespace logbook {
 namespace {

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Machine.h"
-#include "shell/Services.h"
+#include "base/Machine.h"
+#include "state/Services.h"
 
 namespace logbook {
 

@@ -12,14 +12,14 @@
 
 #include "CatalogueText.h"
 #include "ReportCommand.h"
+#include "base/Files.h"
+#include "base/Machine.h"
+#include "base/RunTimeError.h"
 #include "catalogue/ItemRecord.h"
-#include "platform/Files.h"
-#include "platform/Machine.h"
-#include "platform/RunTimeError.h"
+#include "loglist/LogList.h"
 #include "resources/Resources.h"
-#include "shell/AppState.h"
-#include "shell/Services.h"
-#include "store/LogList.h"
+#include "state/AppState.h"
+#include "state/Services.h"
 
 namespace {
 

@@ -33,11 +33,14 @@ if(LOGBOOK_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${LOGBOOK_CCACHE})
 endif()
 
-# logbook_test(<room> SOURCES <files> [LINKS <targets>]): one test program for a room, each case a
-# test of its own named "<room>.<suite>.<case>".
+# logbook_test(<room> SOURCES <files> [LINKS <targets>] [PROGRAM <name>]): a test program for a room,
+# "tests_<room>" unless named otherwise, each case a test of its own named "<room>.<suite>.<case>".
 function(logbook_test room)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "PROGRAM" "SOURCES;LINKS" ${ARGN})
   set(target tests_${room})
+  if(ARG_PROGRAM)
+    set(target ${ARG_PROGRAM})
+  endif()
   add_executable(${target} ${ARG_SOURCES})
   target_link_libraries(${target} PRIVATE logbook_options logbook_test_support ${ARG_LINKS}
     GTest::gtest GTest::gmock GTest::gtest_main nlohmann_json::nlohmann_json)

@@ -10,7 +10,7 @@
 #include <QDBusVariant>
 #include <string_view>
 
-#include "platform/HostLinkNames.h"
+#include "base/HostLinkNames.h"
 
 namespace logbook::host {
 namespace {

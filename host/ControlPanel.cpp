@@ -7,8 +7,8 @@
 #include <exception>
 #include <utility>
 
+#include "base/HostLinkNames.h"
 #include "host/Jobs.h"
-#include "platform/HostLinkNames.h"
 
 namespace logbook::host {
 namespace {

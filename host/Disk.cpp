@@ -10,7 +10,7 @@
 #include <string>
 #include <system_error>
 
-#include "platform/Files.h"
+#include "base/Files.h"
 
 namespace logbook::host {
 

@@ -8,7 +8,7 @@
 
 #include <string_view>
 
-#include "platform/Machine.h"
+#include "base/Machine.h"
 
 namespace logbook::host {
 

@@ -8,11 +8,11 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "base/Files.h"
+#include "base/Profile.h"
 #include "host/Disk.h"
 #include "host/Quantity.h"
 #include "host/Wear.h"
-#include "platform/Files.h"
-#include "platform/Profile.h"
 
 namespace logbook::host {
 namespace {

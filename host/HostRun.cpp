@@ -11,8 +11,8 @@
 #include <QStringList>
 #include <cstdio>
 
+#include "base/HostLinkNames.h"
 #include "host/ControlPanel.h"
-#include "platform/HostLinkNames.h"
 
 namespace logbook::host {
 namespace {

@@ -5,8 +5,8 @@
 // with it, with the bus or at the system's wish.
 #pragma once
 
+#include "base/EndSignal.h"
 #include "host/HostOptions.h"
-#include "platform/EndSignal.h"
 
 namespace logbook::host {
 

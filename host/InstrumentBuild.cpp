@@ -8,7 +8,7 @@
 #include <charconv>
 #include <stdexcept>
 
-#include "platform/UpperCase.h"
+#include "base/UpperCase.h"
 
 namespace logbook::host {
 namespace {

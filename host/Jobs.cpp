@@ -6,9 +6,9 @@
 #include <charconv>
 #include <stdexcept>
 
+#include "base/Files.h"
+#include "base/Profile.h"
 #include "host/TunePrintout.h"
-#include "platform/Files.h"
-#include "platform/Profile.h"
 
 namespace logbook::host {
 namespace {

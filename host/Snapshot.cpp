@@ -8,12 +8,12 @@
 #include <cstdint>
 #include <stdexcept>
 
+#include "base/UpperCase.h"
 #include "host/Disk.h"
 #include "host/Quantity.h"
 #include "host/Tune.h"
 #include "host/Wear.h"
 #include "host/tables/TuneVariables.h"
-#include "platform/UpperCase.h"
 
 namespace logbook::host {
 namespace {

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Machine.h"
 #include "host/RunningLogs.h"
-#include "platform/Machine.h"
 
 namespace logbook::host {
 

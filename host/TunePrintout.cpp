@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <vector>
 
+#include "base/Files.h"
+#include "base/RunTimeError.h"
 #include "host/Disk.h"
-#include "platform/Files.h"
-#include "platform/RunTimeError.h"
 
 namespace logbook::host {
 namespace {

@@ -8,12 +8,12 @@
 #include <charconv>
 #include <stdexcept>
 
+#include "base/Files.h"
+#include "base/HostLinkNames.h"
+#include "base/Profile.h"
+#include "base/Registry.h"
+#include "base/RunTimeError.h"
 #include "host/Disk.h"
-#include "platform/Files.h"
-#include "platform/HostLinkNames.h"
-#include "platform/Profile.h"
-#include "platform/Registry.h"
-#include "platform/RunTimeError.h"
 
 namespace logbook::host {
 namespace {

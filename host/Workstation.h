@@ -11,10 +11,10 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Machine.h"
 #include "host/Calendar.h"
 #include "host/Instrument.h"
 #include "host/Snapshot.h"
-#include "platform/Machine.h"
 
 namespace logbook::host {
 

@@ -13,13 +13,13 @@
 #include <string>
 #include <vector>
 
+#include "base/EndSignal.h"
+#include "base/Files.h"
 #include "host/Calendar.h"
 #include "host/Disk.h"
 #include "host/History.h"
 #include "host/HostRun.h"
 #include "host/Workstation.h"
-#include "platform/EndSignal.h"
-#include "platform/Files.h"
 
 namespace {
 

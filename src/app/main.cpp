@@ -11,22 +11,22 @@
 #include <string>
 #include <vector>
 
-#include "platform/Files.h"
-#include "platform/ecm/ContentServerClient.h"
-#include "platform/qt/DBusCell.h"
-#include "platform/qt/DBusHostLink.h"
-#include "platform/qt/DBusProcess.h"
-#include "platform/qt/Display.h"
-#include "platform/qt/QtClock.h"
-#include "platform/qt/QtEventDelivery.h"
-#include "platform/qt/QtForms.h"
-#include "platform/qt/QtHelpEngine.h"
-#include "platform/qt/QtMessageBoxes.h"
-#include "platform/qt/QtPrintService.h"
-#include "platform/qt/QtSaveDialog.h"
-#include "platform/qt/QtWindowSystem.h"
+#include "base/Files.h"
+#include "qt/DBusCell.h"
+#include "qt/DBusHostLink.h"
+#include "qt/DBusProcess.h"
+#include "qt/Display.h"
+#include "qt/QtClock.h"
+#include "qt/QtEventDelivery.h"
+#include "qt/QtForms.h"
+#include "qt/QtHelpEngine.h"
+#include "qt/QtMessageBoxes.h"
+#include "qt/QtPrintService.h"
+#include "qt/QtSaveDialog.h"
+#include "qt/QtWindowSystem.h"
+#include "qt/frmMain.h"
 #include "shell/StartUp.h"
-#include "shell/frmMain.h"
+#include "upload/ContentServerClient.h"
 
 namespace {
 

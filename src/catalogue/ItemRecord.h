@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 namespace logbook {
 
@@ -19,7 +19,7 @@ namespace logbook {
 struct ItemRecord {
   std::string Name;        // label shown to the user
   std::string Unit;        // empty for a value without one
-  std::string Format;      // number picture (catalogue/NumberFormat.h); empty for a text value
+  std::string Format;      // number picture (text/NumberFormat.h); empty for a text value
   std::int16_t Group = 0;  // report section, 1 upward; of its own in each catalogue
 };
 

@@ -9,10 +9,10 @@
 #include <span>
 #include <string>
 
-#include "platform/Files.h"
-#include "platform/RunTimeError.h"
-#include "shell/CSVMan.h"
-#include "shell/LeadingNumber.h"
+#include "base/Files.h"
+#include "base/RunTimeError.h"
+#include "text/CSVMan.h"
+#include "text/LeadingNumber.h"
 
 namespace logbook {
 namespace {

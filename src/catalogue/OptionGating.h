@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "base/Machine.h"
 #include "catalogue/ItemRecord.h"
-#include "platform/Machine.h"
 
 namespace logbook {
 

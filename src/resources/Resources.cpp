@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "platform/UpperCase.h"
+#include "base/UpperCase.h"
 #include "resources/ResourceData.h"
 
 namespace logbook {

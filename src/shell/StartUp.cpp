@@ -7,15 +7,15 @@
 #include <exception>
 #include <new>
 
-#include "desktop/AsDialog.h"
-#include "desktop/LogbookGen.h"
-#include "desktop/arvbsub.h"
-#include "platform/Files.h"
-#include "platform/RunTimeError.h"
-#include "platform/UpperCase.h"
-#include "shell/HandshakeCell.h"
-#include "store/LogList.h"
-#include "store/Recording.h"
+#include "base/Files.h"
+#include "base/RunTimeError.h"
+#include "base/UpperCase.h"
+#include "help/arvbsub.h"
+#include "loglist/LogList.h"
+#include "placement/AsDialog.h"
+#include "placement/LogbookGen.h"
+#include "records/Recording.h"
+#include "state/HandshakeCell.h"
 
 namespace logbook {
 

@@ -8,8 +8,8 @@
 #include <functional>
 #include <string>
 
-#include "shell/AppState.h"
-#include "shell/Services.h"
+#include "state/AppState.h"
+#include "state/Services.h"
 
 namespace logbook {
 

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <string>
 
-#include "shell/LeadingNumber.h"
-#include "shell/TextParts.h"
+#include "text/LeadingNumber.h"
+#include "text/TextParts.h"
 
 namespace logbook {
 namespace {

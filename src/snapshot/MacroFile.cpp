@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "platform/Files.h"
-#include "platform/RunTimeError.h"
-#include "platform/UpperCase.h"
-#include "shell/LeadingNumber.h"
+#include "base/Files.h"
+#include "base/RunTimeError.h"
+#include "base/UpperCase.h"
+#include "text/LeadingNumber.h"
 
 namespace logbook {
 

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Machine.h"
+#include "base/Machine.h"
 
 namespace logbook {
 

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "platform/RunTimeError.h"
-#include "shell/LeadingNumber.h"
+#include "base/RunTimeError.h"
+#include "text/LeadingNumber.h"
 
 namespace logbook {
 namespace {

@@ -10,8 +10,8 @@
 
 #include <string>
 
-#include "platform/Files.h"
-#include "platform/Machine.h"
+#include "base/Files.h"
+#include "base/Machine.h"
 
 namespace logbook {
 

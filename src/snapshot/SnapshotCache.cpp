@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <chrono>
 
-#include "platform/RunTimeError.h"
-#include "platform/UpperCase.h"
-#include "shell/CSVMan.h"
+#include "base/RunTimeError.h"
+#include "base/UpperCase.h"
 #include "snapshot/SequentialReader.h"
+#include "text/CSVMan.h"
 
 namespace logbook {
 namespace {

@@ -15,9 +15,9 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/Files.h"
+#include "base/Machine.h"
 #include "catalogue/OptionGating.h"
-#include "platform/Files.h"
-#include "platform/Machine.h"
 #include "snapshot/MacroFile.h"
 
 namespace logbook {

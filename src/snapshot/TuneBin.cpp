@@ -3,7 +3,7 @@
 
 #include "snapshot/TuneBin.h"
 
-#include "platform/Files.h"
+#include "base/Files.h"
 
 namespace logbook {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Machine.h"
+#include "base/Machine.h"
 
 namespace logbook {
 

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "resources/Resources.h"
-#include "shell/Fonts.h"
+#include "state/Fonts.h"
 #include "viewer/TextLogs.h"
 
 namespace logbook {

@@ -9,10 +9,10 @@
 #include <array>
 #include <string>
 
-#include "output/F1Report.h"
-#include "shell/AppState.h"
-#include "shell/Control.h"
-#include "shell/Services.h"
+#include "state/AppState.h"
+#include "state/Control.h"
+#include "state/F1Report.h"
+#include "state/Services.h"
 
 namespace logbook {
 

@@ -8,13 +8,13 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "output/ECMSub.h"
-#include "output/PrintBridge.h"
-#include "output/SheetSettings.h"
-#include "platform/Files.h"
-#include "platform/RunTimeError.h"
+#include "base/Files.h"
+#include "base/RunTimeError.h"
+#include "printing/PrintBridge.h"
+#include "printing/SheetSettings.h"
 #include "resources/Resources.h"
-#include "shell/TextParts.h"
+#include "text/TextParts.h"
+#include "upload/ECMSub.h"
 
 namespace logbook {
 

@@ -8,8 +8,8 @@
 
 #include <string>
 
-#include "shell/AppState.h"
-#include "shell/Services.h"
+#include "state/AppState.h"
+#include "state/Services.h"
 #include "viewer/LogView.h"
 
 namespace logbook {

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-#include "platform/Files.h"
+#include "base/Files.h"
 
 namespace logbook {
 namespace {

@@ -8,15 +8,15 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Profile.h"
-#include "platform/RunTimeError.h"
+#include "base/Profile.h"
+#include "base/RunTimeError.h"
+#include "reports/MaintenanceReport.h"
+#include "reports/TuneReport.h"
+#include "reports/ValueReports.h"
 #include "resources/Resources.h"
-#include "shell/HandshakeCell.h"
+#include "state/HandshakeCell.h"
 #include "viewer/LogView.h"
-#include "viewer/MaintenanceReport.h"
 #include "viewer/TextLogs.h"
-#include "viewer/TuneReport.h"
-#include "viewer/ValueReports.h"
 
 namespace logbook {
 namespace {

@@ -14,9 +14,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/RunTimeError.h"
-#include "shell/LeadingNumber.h"
+#include "base/RunTimeError.h"
 #include "support/TestMachine.h"
+#include "text/LeadingNumber.h"
 
 namespace logbook {
 namespace {

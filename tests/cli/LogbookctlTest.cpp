@@ -9,10 +9,10 @@
 #include <string>
 
 #include "LogbookctlRun.h"
+#include "loglist/LogList.h"
 #include "resources/Resources.h"
-#include "shell/AppState.h"
-#include "shell/Services.h"
-#include "store/LogList.h"
+#include "state/AppState.h"
+#include "state/Services.h"
 #include "support/TestMachine.h"
 
 namespace logbook {

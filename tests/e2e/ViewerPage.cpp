@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "platform/Profile.h"
+#include "base/Profile.h"
 
 namespace logbook::e2e {
 namespace {

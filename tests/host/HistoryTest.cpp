@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Profile.h"
+#include "base/Profile.h"
 #include "support/TestMachine.h"
 
 namespace logbook::host {

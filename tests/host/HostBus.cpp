@@ -13,7 +13,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "platform/HostLinkNames.h"
+#include "base/HostLinkNames.h"
 
 namespace logbook::test {
 namespace {

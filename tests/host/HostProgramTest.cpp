@@ -17,10 +17,10 @@
 #include <string>
 #include <vector>
 
+#include "base/HostLinkNames.h"
+#include "base/Profile.h"
 #include "host/HostBus.h"
 #include "host/Workstation.h"
-#include "platform/HostLinkNames.h"
-#include "platform/Profile.h"
 #include "support/TestMachine.h"
 
 namespace logbook::host {

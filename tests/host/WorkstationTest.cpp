@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "platform/Profile.h"
+#include "base/Profile.h"
 #include "support/TestMachine.h"
 
 namespace logbook::host {

@@ -8,8 +8,8 @@
 #include <string>
 #include <utility>
 
+#include "base/RunTimeError.h"
 #include "catalogue/ItemRecord.h"
-#include "platform/RunTimeError.h"
 #include "support/TestMachine.h"
 
 namespace logbook {

@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/RunTimeError.h"
+#include "base/RunTimeError.h"
 #include "support/TestMachine.h"
 
 namespace logbook {

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/RunTimeError.h"
+#include "base/RunTimeError.h"
 #include "support/TestMachine.h"
 
 namespace logbook {

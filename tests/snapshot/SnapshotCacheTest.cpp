@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/RunTimeError.h"
+#include "base/RunTimeError.h"
 #include "support/TestMachine.h"
 
 namespace logbook {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/RunTimeError.h"
+#include "base/RunTimeError.h"
 #include "support/TestMachine.h"
 
 namespace logbook {

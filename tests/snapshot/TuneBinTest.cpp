@@ -7,7 +7,7 @@
 
 #include <vector>
 
-#include "platform/RunTimeError.h"
+#include "base/RunTimeError.h"
 #include "support/TestMachine.h"
 
 namespace logbook {

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "editor/WrappedText.h"
-#include "platform/Machine.h"
-#include "platform/RunTimeError.h"
+#include "base/Machine.h"
+#include "base/RunTimeError.h"
+#include "records/WrappedText.h"
 
 namespace logbook::test {
 

@@ -14,9 +14,9 @@
 #include <string>
 #include <vector>
 
-#include "output/F1Report.h"
-#include "shell/AppState.h"
-#include "shell/Services.h"
+#include "state/AppState.h"
+#include "state/F1Report.h"
+#include "state/Services.h"
 #include "support/TestMachine.h"
 
 namespace logbook::test {

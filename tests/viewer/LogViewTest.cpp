@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "Viewing.h"
-#include "platform/RunTimeError.h"
+#include "base/RunTimeError.h"
+#include "support/Viewing.h"
 
 namespace logbook {
 namespace {

@@ -6,8 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Viewing.h"
-#include "platform/Profile.h"
+#include "base/Profile.h"
+#include "support/Viewing.h"
 
 namespace logbook {
 namespace {

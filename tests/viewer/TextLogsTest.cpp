@@ -8,8 +8,8 @@
 #include <fstream>
 #include <string>
 
-#include "Viewing.h"
-#include "platform/RunTimeError.h"
+#include "base/RunTimeError.h"
+#include "support/Viewing.h"
 
 namespace logbook {
 namespace {

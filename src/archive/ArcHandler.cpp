@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "archive/ArcHandler.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "archive/Archive.h"
+#include "base/Files.h"
+#include "base/Profile.h"
+#include "base/RunTimeError.h"
+#include "resources/Resources.h"
+#include "text/CSVMan.h"
+#include "text/TextParts.h"
+
+namespace logbook {
+
+namespace {
+
+constexpr std::size_t kFolderBuffer = 260;
+constexpr const char* kSection = "PCS,1";
+constexpr const char* kKey = "ARCHIVE_FOLDER";
+constexpr int kDialogTitle = 1193;
+constexpr int kDialogFilter = 1294;
+constexpr int kMessageTitle = 1295;
+constexpr int kNotSelected = 1395;
+constexpr int kPleaseSelect = 1396;
+constexpr int kFailed = 1397;
+
+std::string Resource(int number) {
+  return std::string(LoadResString(number));
+}
+
+std::string SettingsFile(const AppState& state) {
+  return state.ExePath + "qrxgen.ist";
+}
+
+// The folder of the last archive; at the very first use the default, which is then stored.
+std::string ArchiveFolder(const AppState& state) {
+  const std::string bytes = GetPrivateProfileString(state.machine, kSection, kKey, "",
+                                                    kFolderBuffer, SettingsFile(state));
+  const std::string folder = state.machine.code_page->ToUtf8(bytes.substr(0, bytes.find('\0')));
+  if (!folder.empty()) return folder;
+  const std::string first_folder = FirstCharacters(state.ExePath, 3) + "ZALM_ARC\\";
+  WritePrivateProfileString(state.machine, kSection, kKey, first_folder, SettingsFile(state));
+  return first_folder;
+}
+
+void MakeFolderIgnoringErrors(const AppState& state, const std::string& folder) {
+  try {
+    MakeFolder(state.machine, folder);
+  } catch (const RunTimeError&) {
+    // It exists already, or its parent is missing: the dialog then opens elsewhere.
+  }
+}
+
+void DeleteFileIgnoringErrors(const AppState& state, const std::string& file) {
+  try {
+    DeleteFile(state.machine, file);
+  } catch (const RunTimeError&) {
+    // Nothing to delete, or the failure shows in the code of the zip writer.
+  }
+}
+
+// All selected logs into the zip file, in list order; the code of the first call that fails, or 0.
+std::int16_t ZipSelectedLogs(const AppState& state, const std::string& zip_file) {
+  ZipWriter writer(state.machine);
+  std::string result(kZipResultBuffer, '\0');
+  std::int16_t code = 0;
+  for (const ListRow& row : state.ListView1.Rows) {
+    if (!row.Selected) continue;
+    code = writer.arZip(0, zip_file, state.LogRoot + row.SubItem(1), "-a -r", result);
+    if (code != 0) break;
+  }
+  const std::int16_t finished = writer.Finish(result);
+  return code != 0 ? code : finished;
+}
+
+// Folder of a file, with a trailing backslash.
+std::string FolderOf(const std::string& file) {
+  std::string drive, folder, base_name, extension;
+  SplitPath(file, drive, folder, base_name, extension);
+  std::string path = drive + folder;
+  if (path.empty() || path.back() != '\\') path += '\\';
+  return path;
+}
+
+std::optional<std::string> AskForFile(Services& services, const std::string& folder) {
+  return services.save.Show({.Title = Resource(kDialogTitle),
+                             .DefaultExtension = ".zip",
+                             .Filter = Resource(kDialogFilter),
+                             .InitialFolder = folder,
+                             .FileName = GetArchiveName(services)});
+}
+
+}  // namespace
+
+std::string GetArchiveName(Services& services) {
+  const LocalTime now = services.clock.Now();
+  const char month = "0123456789ABC"[now.Month];
+  return "m" + LastDigits(now.Year, 2) + month + LastDigits(now.Day, 2) + LastDigits(now.Hour, 2) +
+         LastDigits(now.Minute, 2) + ".zip";
+}
+
+void ArchiveLogs(AppState& state, Services& services) {
+  const std::string archive_folder = ArchiveFolder(state);
+  const auto& rows = state.ListView1.Rows;
+  if (std::none_of(rows.begin(), rows.end(), [](const ListRow& row) { return row.Selected; })) {
+    services.messages.Show({.Text = Resource(kNotSelected) + "\r" + Resource(kPleaseSelect),
+                            .Icon = MessageIcon::kInformation,
+                            .Title = Resource(kMessageTitle)});
+    return;
+  }
+  MakeFolderIgnoringErrors(state, archive_folder);
+  const std::optional<std::string> zip_file = AskForFile(services, archive_folder);
+  if (!zip_file) return;
+  DeleteFileIgnoringErrors(state, *zip_file);
+  const std::int16_t code = ZipSelectedLogs(state, *zip_file);
+  if (code != 0) {
+    services.messages.Show({.Text = Resource(kFailed) + "\rError Code:" + std::to_string(code),
+                            .Icon = MessageIcon::kCritical,
+                            .Title = Resource(kMessageTitle)});
+    return;
+  }
+  WritePrivateProfileString(state.machine, kSection, kKey, FolderOf(*zip_file),
+                            SettingsFile(state));
+}
+
+}  // namespace logbook

@@ -1,0 +1,247 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "archive/Archive.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <zip.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <set>
+#include <sstream>
+#include <utility>
+
+#include "archive/posix/ZipAddition.h"
+#include "archive/posix/ZipStore.h"
+#include "base/Files.h"
+#include "base/RunTimeError.h"
+#include "base/posix/Descriptor.h"
+#include "base/posix/SystemError.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook {
+
+using posix::Descriptor;
+
+namespace {
+
+std::string_view UpToNul(std::string_view text) {
+  return text.substr(0, text.find('\0'));
+}
+
+// The text into a buffer that keeps its size.
+void Fill(std::string& buffer, const std::string& text) {
+  const std::size_t count = std::min(buffer.size(), text.size());
+  std::fill(buffer.begin(), buffer.end(), '\0');
+  buffer.replace(0, count, text, 0, count);
+}
+
+// Beside the zip file, hidden; its name has room for the number behind a name of any length.
+std::string WorkingName(const std::string& zip_file, int number) {
+  constexpr std::size_t kMostOfName = 200;
+  const fs::path path(zip_file);
+  const std::string name = path.filename().string().substr(0, kMostOfName);
+  return (path.parent_path() / ("." + name + "." + std::to_string(number) + ".part")).string();
+}
+
+// Bytes and rights of a file; false with errno set on failure.
+bool CopyWithRights(const Descriptor& from, const Descriptor& to) {
+  struct stat status {};
+  if (fstat(from.Number(), &status) == 0) fchmod(to.Number(), status.st_mode & 07777);
+  try {
+    return CopyToEnd(from, to);
+  } catch (const RunTimeError&) {
+    errno = EIO;
+    return false;
+  }
+}
+
+struct Options {
+  bool add = false;
+  bool recurse = false;
+};
+
+Options ParseOptions(std::string_view text) {
+  Options options;
+  std::istringstream words{std::string(text)};
+  for (std::string word; words >> word;) {
+    if (word == "-a") {
+      options.add = true;
+    } else if (word == "-r") {
+      options.recurse = true;
+    } else {
+      FailWith(ZipResult::kBadOptions, "unknown option " + word);
+    }
+  }
+  return options;
+}
+
+// An archive that is discarded unless it has been closed.
+struct Discard {
+  void operator()(zip_t* archive) const { zip_discard(archive); }
+};
+using OpenArchive = std::unique_ptr<zip_t, Discard>;
+
+}  // namespace
+
+struct ZipWriter::State {
+  explicit State(const Machine& the_machine) : machine(the_machine) {}
+
+  const Machine& machine;
+  std::string target;  // native path of the zip file; empty between runs
+  std::string working;
+  std::unique_ptr<ZipStore> store;
+  FileIdentity old_file{};
+  bool has_content = false;
+  // Folders put into a new file stand in parts of their own; with an old file, or a folder that
+  // comes again, the library has to see the whole archive.
+  bool in_parts = false;
+  std::set<std::string> names;
+
+  void Begin(const std::string& native, bool add);
+  void CheckTarget(const std::string& native);
+  OpenArchive Open();
+  void Add(const std::string& source, bool recurse);
+  void Rename();
+  void Drop();
+};
+
+// The zip file must be one that we may write, as if it were opened for writing in place.
+void ZipWriter::State::CheckTarget(const std::string& native) {
+  struct stat status {};
+  old_file = {};
+  if (stat(native.c_str(), &status) != 0) return;
+  old_file = IdentityOf(status);
+  if (!S_ISREG(status.st_mode)) FailWith(ZipResult::kCannotWrite, native + ": not a file");
+  if ((status.st_mode & S_IWUSR) == 0) FailWith(ZipResult::kCannotWrite, native + ": read-only");
+  if (faccessat(AT_FDCWD, native.c_str(), W_OK, AT_EACCESS) != 0)
+    FailWithSystem(ZipResult::kCannotWrite, native, errno);
+}
+
+void ZipWriter::State::Begin(const std::string& native, bool add) {
+  CheckTarget(native);
+  const Descriptor old(add ? open(native.c_str(), O_RDONLY | O_CLOEXEC) : -1);
+  if (add && !old.IsOpen() && errno != ENOENT)
+    FailWithSystem(ZipResult::kCannotWrite, native, errno);
+  Descriptor file;
+  for (int number = 1; !file.IsOpen(); ++number) {
+    working = WorkingName(native, number);
+    file = Descriptor(open(working.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (!file.IsOpen() && errno != EEXIST) FailWithSystem(ZipResult::kCannotWrite, native, errno);
+  }
+  if (old.IsOpen() && !CopyWithRights(old, file)) {
+    const int error = errno;
+    unlink(working.c_str());
+    FailWithSystem(ZipResult::kCannotWrite, native, error);
+  }
+  store = std::make_unique<ZipStore>(std::move(file), working);
+  target = native;
+  has_content = old.IsOpen();
+  in_parts = !old.IsOpen();
+  names.clear();
+}
+
+OpenArchive ZipWriter::State::Open() {
+  zip_error_t error;
+  zip_error_init(&error);
+  const std::unique_ptr<zip_error_t, void (*)(zip_error_t*)> release(&error, zip_error_fini);
+  zip_source_t* source = store->MakeSource();
+  if (source == nullptr) FailWith(ZipResult::kFailed, "out of memory");
+  const bool anew = in_parts || !has_content;
+  OpenArchive archive(zip_open_from_source(source, anew ? ZIP_CREATE | ZIP_TRUNCATE : 0, &error));
+  if (archive != nullptr) return archive;
+  zip_source_free(source);
+  FailWithLibrary(&error);
+}
+
+void ZipWriter::State::Add(const std::string& source, bool recurse) {
+  const std::string name = NameInZip(machine, fs::path(source).filename().string());
+  if (!names.insert(name).second) in_parts = false;
+  if (!(in_parts ? store->BeginPart() : store->JoinParts()))
+    FailWithSystem(ZipResult::kCannotWrite, target, errno);
+  OpenArchive archive = Open();
+  ZipAddition(machine, archive.get(), *store, old_file).AddFolder(source, name, recurse);
+  if (zip_close(archive.get()) != 0) FailWithLibrary(zip_get_error(archive.get()));
+  archive.release();  // closed, and gone with it
+  if (in_parts && !store->EndPart()) FailWithSystem(ZipResult::kCannotWrite, target, errno);
+  has_content = true;
+}
+
+void ZipWriter::State::Drop() {
+  if (store != nullptr) unlink(working.c_str());
+  store.reset();
+  target.clear();
+}
+
+void ZipWriter::State::Rename() {
+  if (!has_content) return Drop();
+  if (!store->JoinParts() || fdatasync(store->Descriptor()) != 0 ||
+      std::rename(working.c_str(), target.c_str()) != 0) {
+    const int error = errno;
+    const std::string name = target;
+    Drop();
+    FailWithSystem(ZipResult::kCannotWrite, name, error);
+  }
+  posix::SyncFolder(posix::ParentOf(target));
+  store.reset();
+  target.clear();
+}
+
+ZipWriter::ZipWriter(const Machine& machine) : state_(std::make_unique<State>(machine)) {}
+
+ZipWriter::~ZipWriter() {
+  std::string lost;
+  Finish(lost);
+}
+
+std::int16_t ZipWriter::arZip(std::int32_t, std::string_view zip_file, std::string_view source,
+                              std::string_view options, std::string& result) {
+  State& state = *state_;
+  try {
+    const Options wanted = ParseOptions(UpToNul(options));
+    if (UpToNul(zip_file).empty() || UpToNul(source).empty())
+      FailWith(ZipResult::kBadOptions, "no file or no source named");
+    const std::string target = NativePath(state.machine, UpToNul(zip_file));
+    const std::string folder = NativePath(state.machine, UpToNul(source));
+    if (!state.target.empty() && state.target != target) state.Rename();
+    std::error_code unreachable;
+    if (!fs::is_directory(folder, unreachable))
+      FailWith(ZipResult::kSourceMissing, std::string(UpToNul(source)) + ": no such folder");
+    if (state.target.empty()) state.Begin(target, wanted.add);
+    state.Add(folder, wanted.recurse);
+    return 0;
+  } catch (const ZipFailure& failure) {
+    Fill(result, failure.reason);
+    return static_cast<std::int16_t>(failure.code);
+  } catch (const std::exception& error) {
+    Fill(result, error.what());
+    return static_cast<std::int16_t>(ZipResult::kFailed);
+  }
+}
+
+std::int16_t ZipWriter::Finish(std::string& result) {
+  try {
+    if (!state_->target.empty()) state_->Rename();
+    return 0;
+  } catch (const ZipFailure& failure) {
+    Fill(result, failure.reason);
+    return static_cast<std::int16_t>(failure.code);
+  }
+}
+
+std::int16_t arZip(const Machine& machine, std::int32_t number, std::string_view zip_file,
+                   std::string_view source, std::string_view options, std::string& result) {
+  ZipWriter writer(machine);
+  const std::int16_t code = writer.arZip(number, zip_file, source, options, result);
+  const std::int16_t finished = writer.Finish(result);
+  return code != 0 ? code : finished;
+}
+
+}  // namespace logbook

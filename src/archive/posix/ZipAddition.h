@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The addition of one folder to an open zip archive, and the failures of the zip writer.
+#pragma once
+
+#include <sys/types.h>
+#include <zip.h>
+
+#include <ctime>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "archive/Archive.h"
+#include "archive/posix/ZipStore.h"
+#include "base/Machine.h"
+
+struct stat;
+
+namespace logbook {
+
+// Why a run of the writer failed. Never leaves the writer.
+struct ZipFailure {
+  ZipResult code;
+  std::string reason;
+};
+
+[[noreturn]] void FailWith(ZipResult code, std::string reason);
+// With the system's reason; a full disk has a code of its own.
+[[noreturn]] void FailWithSystem(ZipResult code, const std::string& what, int error);
+// With what the zip library says.
+[[noreturn]] void FailWithLibrary(zip_error_t* error);
+
+// The identity of a file on the disk.
+using FileIdentity = std::pair<dev_t, ino_t>;
+FileIdentity IdentityOf(const struct stat& status);
+
+// A file name of the disk as it stands in the archive: UTF-8; a name that is none is read in the
+// machine's code page.
+std::string NameInZip(const Machine& machine, const std::string& disk_name);
+
+class ZipAddition {
+ public:
+  // `zip_file` is what is not to be packed, beside the store's own file. Raises ZipFailure, as all.
+  ZipAddition(const Machine& machine, zip_t* archive, ZipStore& store, FileIdentity zip_file);
+
+  // The folder with its entry, its files and, if wanted, its folders. What is neither file nor
+  // folder is left out, and so is a link that leads nowhere or to a folder above.
+  void AddFolder(const std::string& native, const std::string& name, bool recurse);
+
+ private:
+  void AddChild(const std::string& path, const std::string& name, bool recurse);
+  bool IsZipFileItself(const struct stat& status) const;
+  void AddFolderEntry(const std::string& name, const struct stat& status);
+  void AddFile(const std::string& path, const std::string& name, const struct stat& status);
+  bool SetExactTime(zip_uint64_t index, std::time_t time);
+  void Describe(zip_uint64_t index, const struct stat& status);
+
+  const Machine& machine_;
+  zip_t* archive_;
+  ZipStore& store_;
+  std::vector<FileIdentity> avoid_;
+  std::vector<FileIdentity> above_;
+};
+
+}  // namespace logbook

@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// Files and folders by the program's own path texts: UTF-8 with backslashes, such as
+// "C:\\QUOREX\\maintain\\26111500\\logfile.ini". This module alone turns them into native paths:
+// a drive X: is "drives/x" under the machine's home, a path without a drive starts at the root,
+// backslash and slash are equal, doubled separators count once, a trailing separator does not
+// matter, and each component is found by its exact name first and without regard to case (ASCII
+// and beyond) after that.
+//
+// All routines raise RunTimeError with the numbers named below and nothing else.
+// kPathNotFound (76): a parent folder is missing. kFileNotFound (53): the file is missing.
+// kPathFileAccess (75): a folder (or pipe, socket, device) where a file is wanted or the other way
+// round, a read-only file that is to be changed. kPermissionDenied (70): the system refuses.
+// kDiskFull (61). kDeviceInputOutput (57): any other failure.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/Machine.h"
+
+namespace logbook {
+
+// The native path for a path text. A component that does not exist stands as it is given. Raises
+// nothing.
+std::string NativePath(const Machine& machine, std::string_view path);
+
+// A native path as a path text without a drive. Relative paths are taken from the working folder.
+std::string PathText(const std::string& native_path);
+
+// As above, but with its drive if it lies below one of the machine's drives, as the disk spells
+// them; a path below the target of a drive that is a link does too. Raises nothing.
+std::string DrivePathText(const Machine& machine, const std::string& native_path);
+
+// A path that a person has typed, as a path text: with a drive or a backslash it is one already,
+// any other is a native one. Raises nothing.
+std::string TypedPathText(const std::string& path);
+
+// True if a file or folder of that name exists. False on any failure, and for a pipe, socket or
+// device, which is no file here: nothing is read from it or waited for.
+bool Exists(const Machine& machine, std::string_view path);
+
+// True if the path is a folder. False on any failure.
+bool FolderExists(const Machine& machine, std::string_view path);
+
+struct FolderEntry {
+  std::string name;  // UTF-8, as the disk spells it
+  enum class Kind { kFile, kFolder, kUnreadable } kind = Kind::kFile;
+};
+
+// All entries of a folder but "." and "..", in ascending order without regard to case (by upper
+// case, then by exact bytes). An entry whose attributes cannot be read has Kind::kUnreadable,
+// and so has one whose name holds a backslash, which no path text can name.
+// Raises 76 if the folder cannot be found.
+std::vector<FolderEntry> ScanFolder(const Machine& machine, std::string_view folder);
+
+// Size, time stamps and identity of a file: equal stamps mean an unchanged file. What does not
+// exist in the sense of Exists has the default stamp. Raises nothing.
+struct FileStamp {
+  std::uint64_t device = 0, inode = 0, size = 0;
+  std::int64_t modified_ns = 0, changed_ns = 0;
+  bool operator==(const FileStamp&) const = default;
+};
+FileStamp StampOf(const Machine& machine, std::string_view path);
+
+// The whole file as bytes. Raises 53, 75, 76, 70, 57.
+std::string ReadFile(const Machine& machine, std::string_view path);
+
+// Replaces the file by these bytes, or makes it: readers see the old file or the new one, never a
+// part, also after a crash. Raises 76 if the folder is missing, 75 for a folder or a read-only
+// file, 70, 61, 57; the old file is then unchanged.
+void WriteFile(const Machine& machine, std::string_view path, std::string_view bytes);
+
+// Makes one folder; its parent must exist. Raises 75 if the name is taken, 76 if the parent is
+// missing, 70, 61, 57.
+void MakeFolder(const Machine& machine, std::string_view path);
+
+// Removes an empty folder. Raises 75 if it is not empty or is no folder, 76 if it is missing.
+void RemoveFolder(const Machine& machine, std::string_view path);
+
+// Deletes one file. Raises 53 if it is missing, 75 if it is read-only (no owner's write bit).
+void DeleteFile(const Machine& machine, std::string_view path);
+
+// Deletes all files of a folder (the files that "*.*" matches): folders, hidden files (names that
+// begin with a dot) and read-only files stay. When all others are gone, raises 75 if a read-only
+// file stayed, else the first failure; 53 if no file matched; 76 if the folder is missing.
+void DeleteFilesIn(const Machine& machine, std::string_view folder);
+
+// Copies a file's bytes to another path text, in bounded memory. Raises as ReadFile and WriteFile
+// do.
+void CopyFile(const Machine& machine, std::string_view from, std::string_view to);
+
+// Read access to a file from its start, buffered; a file of any size takes bounded memory.
+// A line ends at CR LF, CR or LF; a last line without a line end is a line.
+class InputFile {
+ public:
+  // Opens. Raises 53, 75 (also for a folder or an empty name), 76, 70.
+  InputFile(const Machine& machine, std::string_view path);
+  ~InputFile();
+  InputFile(InputFile&&) noexcept;
+  InputFile& operator=(InputFile&&) noexcept;
+
+  // True if no byte is left.
+  bool AtEnd();
+  // The next line's bytes without its line end. Raises 62 at the end of the file.
+  std::string ReadLine();
+  // The bytes that are at hand without reading on; at least one unless the file is at its end.
+  std::string_view Buffered();
+  // Takes that many of the bytes at hand.
+  void Skip(std::size_t count);
+  // The next byte without taking it, or -1 at the end.
+  int Peek();
+  // Takes the next byte, or gives -1 at the end.
+  int Get();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace logbook

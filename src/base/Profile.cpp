@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "base/Profile.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+#include "base/Files.h"
+#include "base/NativeFile.h"
+#include "base/ProfileText.h"
+#include "base/RunTimeError.h"
+
+namespace logbook {
+
+namespace {
+
+// The platform's calls take texts that end at the first NUL.
+std::string_view UpToNul(std::string_view text) {
+  return text.substr(0, text.find('\0'));
+}
+
+std::optional<std::string> Find(const Machine& machine, std::string_view section,
+                                std::string_view key, std::string_view file) {
+  const CodePage& page = *machine.code_page;
+  try {
+    return FindProfileValue(page, ReadFile(machine, file), page.FromUtf8(UpToNul(section)),
+                            page.FromUtf8(UpToNul(key)));
+  } catch (const RunTimeError&) {
+    return std::nullopt;
+  }
+}
+
+std::string WithoutTrailingBlanks(std::string_view text) {
+  return std::string(text.substr(0, text.find_last_not_of(' ') + 1));
+}
+
+// What a caller with a buffer of this size receives.
+std::string Cut(const Machine& machine, const std::optional<std::string>& found,
+                std::string_view default_value, std::size_t size) {
+  const CodePage& page = *machine.code_page;
+  // A value is read as characters and written as bytes again, as text of any other source is.
+  std::string value = found ? page.FromUtf8(page.ToUtf8(UpToNul(*found)))
+                            : page.FromUtf8(WithoutTrailingBlanks(UpToNul(default_value)));
+  value.resize(std::min(value.size(), size > 0 ? size - 1 : 0));
+  return value;
+}
+
+}  // namespace
+
+std::string GetPrivateProfileString(const Machine& machine, std::string_view section,
+                                    std::string_view key, std::string_view default_value,
+                                    std::size_t size, std::string_view file) {
+  return Cut(machine, Find(machine, section, key, file), default_value, size);
+}
+
+std::string GetProfileString(const Machine& machine, std::string_view section, std::string_view key,
+                             std::string_view default_value, std::size_t size,
+                             std::string_view profile_bytes) {
+  const CodePage& page = *machine.code_page;
+  const auto found = FindProfileValue(page, profile_bytes, page.FromUtf8(UpToNul(section)),
+                                      page.FromUtf8(UpToNul(key)));
+  return Cut(machine, found, default_value, size);
+}
+
+int GetPrivateProfileInt(const Machine& machine, std::string_view section, std::string_view key,
+                         int default_value, std::string_view file) {
+  const auto value = Find(machine, section, key, file);
+  if (!value) return default_value;
+  std::size_t position = std::min(value->find_first_not_of(" \t"), value->size());
+  const char sign = position < value->size() ? (*value)[position] : '\0';
+  if (sign == '-' || sign == '+') ++position;
+  // Too many digits wrap at 32 bits.
+  std::uint32_t number = 0;
+  for (; position < value->size(); ++position) {
+    const char digit = (*value)[position];
+    if (digit < '0' || digit > '9') break;
+    number = number * 10 + static_cast<std::uint32_t>(digit - '0');
+  }
+  return static_cast<std::int32_t>(sign == '-' ? 0 - number : number);
+}
+
+bool WritePrivateProfileString(const Machine& machine, std::string_view section,
+                               std::string_view key, std::string_view value,
+                               std::string_view file) {
+  const CodePage& page = *machine.code_page;
+  try {
+    FileReplacement replacement(NativePath(machine, file));
+    const std::string old = replacement.Bytes().value_or(std::string());
+    replacement.Replace(SetProfileValue(page, old, page.FromUtf8(UpToNul(section)),
+                                        page.FromUtf8(UpToNul(key)),
+                                        page.FromUtf8(UpToNul(value))));
+    return true;
+  } catch (const RunTimeError&) {
+    return false;
+  }
+}
+
+}  // namespace logbook

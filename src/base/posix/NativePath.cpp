@@ -1,0 +1,210 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "base/Files.h"
+#include "base/UpperCase.h"
+#include "base/posix/Descriptor.h"
+
+namespace logbook {
+
+namespace {
+
+bool IsSeparator(char byte) {
+  return byte == '\\' || byte == '/';
+}
+
+bool IsLetter(char byte) {
+  return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+}
+
+std::vector<std::string> ComponentsOf(std::string_view path) {
+  std::vector<std::string> components;
+  std::string component;
+  for (const char byte : path) {
+    if (!IsSeparator(byte)) {
+      component.push_back(byte);
+    } else if (!component.empty()) {
+      components.push_back(std::move(component));
+      component.clear();
+    }
+  }
+  if (!component.empty()) components.push_back(std::move(component));
+  return components;
+}
+
+bool IsThere(const std::string& native_path) {
+  struct stat status = {};
+  return lstat(native_path.c_str(), &status) == 0;
+}
+
+// The disk's spelling of a name that differs in case; of several the first in the order of their
+// bytes. The name itself if there is none.
+std::string SpellingOf(const std::string& folder, const std::string& name) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> scan(opendir(folder.empty() ? "/" : folder.c_str()),
+                                                 closedir);
+  if (scan == nullptr) return name;
+  std::string found;
+  while (const dirent* entry = readdir(scan.get())) {
+    const std::string_view candidate = entry->d_name;
+    if ((found.empty() || candidate < found) && EqualIgnoringCase(candidate, name)) {
+      found = candidate;
+    }
+  }
+  return found.empty() ? name : found;
+}
+
+bool HasDrive(std::string_view path) {
+  return path.size() >= 2 && path[1] == ':' && IsLetter(path[0]);
+}
+
+// The drive's letter in lower case.
+char DriveOf(std::string_view path) {
+  return static_cast<char>(path[0] | 0x20);
+}
+
+// The native path with every component as it is given.
+std::string ExactPath(const Machine& machine, std::string_view path) {
+  std::string native_path;
+  if (HasDrive(path)) {
+    native_path = machine.home;
+    native_path += "/drives/";
+    native_path += DriveOf(path);
+    path.remove_prefix(2);
+  }
+  bool after_separator = true;
+  for (const char byte : path) {
+    if (!IsSeparator(byte)) {
+      if (after_separator) native_path += '/';
+      native_path += byte;
+    }
+    after_separator = IsSeparator(byte);
+  }
+  return native_path.empty() ? "/" : native_path;
+}
+
+std::string Joined(std::string folder, const std::string& name) {
+  folder += '/';
+  return folder += name;
+}
+
+// The path of the longest run of components that exist exactly as they are given, and its number
+// of components. Looked for from the end, where a difference is likeliest.
+std::pair<std::string, std::size_t> LongestExact(const std::string& start,
+                                                 const std::vector<std::string>& components) {
+  std::vector<std::string> paths = {start};
+  for (const std::string& component : components) paths.push_back(Joined(paths.back(), component));
+  std::size_t count = components.size();
+  while (count > 0 && !IsThere(paths[count])) --count;
+  return {paths[count], count};
+}
+
+// Once a component is missing, those behind it stand as they are given.
+std::string FindComponents(const std::string& start, const std::vector<std::string>& components) {
+  auto [native_path, exact_count] = LongestExact(start, components);
+  bool found = true;
+  for (std::size_t i = exact_count; i < components.size(); ++i) {
+    std::string next = Joined(native_path, components[i]);
+    // The first of these is known to be missing.
+    if (found && (i == exact_count || !IsThere(next))) {
+      next = Joined(native_path, SpellingOf(native_path, components[i]));
+      found = IsThere(next);
+    }
+    native_path = std::move(next);
+  }
+  return native_path;
+}
+
+std::string WithBackslashes(std::string native_path) {
+  std::replace(native_path.begin(), native_path.end(), '/', '\\');
+  return native_path;
+}
+
+// True for the folder itself too.
+bool LiesIn(const std::string& folder, const std::string& native_path) {
+  return native_path == folder || native_path.starts_with(folder + "/");
+}
+
+// False for pipes, sockets and devices too: nobody here can wait for what they give.
+bool Status(const Machine& machine, std::string_view path, struct stat& status) {
+  const bool found = stat(ExactPath(machine, path).c_str(), &status) == 0 ||
+                     stat(NativePath(machine, path).c_str(), &status) == 0;
+  return found && (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode));
+}
+
+}  // namespace
+
+std::string NativePath(const Machine& machine, std::string_view path) {
+  if (path.empty()) return {};
+  const bool has_drive = HasDrive(path);
+  std::vector<std::string> components = ComponentsOf(has_drive ? path.substr(2) : path);
+  if (components.empty() && !has_drive) return "/";
+  if (has_drive) components.insert(components.begin(), {"drives", std::string(1, DriveOf(path))});
+  return FindComponents(has_drive ? machine.home : std::string(), components);
+}
+
+std::string PathText(const std::string& native_path) {
+  std::error_code ignored;
+  const std::filesystem::path full = std::filesystem::absolute(native_path, ignored);
+  return WithBackslashes(ignored ? native_path : full.lexically_normal().string());
+}
+
+posix::Descriptor posix::OpenForReading(const Machine& machine, std::string_view path) {
+  // The common case, at the cost of one call.
+  if (!path.empty()) {
+    Descriptor file(open(ExactPath(machine, path).c_str(), kOpenForReading));
+    if (file.IsOpen()) return RefuseAllButFile(std::move(file));
+  }
+  return OpenForReading(NativePath(machine, path));
+}
+
+std::string DrivePathText(const Machine& machine, const std::string& native_path) {
+  for (char letter = 'A'; letter <= 'Z'; ++letter) {
+    const std::string drive = {letter, ':'};
+    const std::string root = NativePath(machine, drive + "\\");
+    std::error_code missing;
+    const std::string target = std::filesystem::canonical(root, missing).string();
+    for (const std::string& folder : {root, target}) {
+      if (folder.empty() || !LiesIn(folder, native_path)) continue;
+      const std::string text = drive + WithBackslashes(native_path.substr(folder.size()));
+      return text.size() == 2 ? text + "\\" : text;
+    }
+  }
+  return PathText(native_path);
+}
+
+std::string TypedPathText(const std::string& path) {
+  return HasDrive(path) || path.find('\\') != std::string::npos ? path : PathText(path);
+}
+
+bool Exists(const Machine& machine, std::string_view path) {
+  struct stat status = {};
+  return !path.empty() && Status(machine, path, status);
+}
+
+bool FolderExists(const Machine& machine, std::string_view path) {
+  struct stat status = {};
+  return !path.empty() && Status(machine, path, status) && S_ISDIR(status.st_mode);
+}
+
+FileStamp StampOf(const Machine& machine, std::string_view path) {
+  struct stat status = {};
+  if (path.empty() || !Status(machine, path, status)) return {};
+  constexpr std::int64_t kNanoseconds = 1000000000;
+  return {.device = status.st_dev,
+          .inode = status.st_ino,
+          .size = static_cast<std::uint64_t>(status.st_size),
+          .modified_ns = status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec,
+          .changed_ns = status.st_ctim.tv_sec * kNanoseconds + status.st_ctim.tv_nsec};
+}
+
+}  // namespace logbook

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "printing/SheetSettings.h"
+
+#include "resources/Resources.h"
+#include "state/Fonts.h"
+
+namespace logbook {
+
+namespace {
+
+constexpr int kWholeSheet = -1;
+
+void SelectWholeSheet(F1Book& sheet) {
+  sheet.SetSelection(kWholeSheet, kWholeSheet, kWholeSheet, kWholeSheet);
+}
+
+}  // namespace
+
+void BeginSheet(F1Book& sheet) {
+  sheet.SetTitle(std::string(LoadResString(112)));
+  SelectWholeSheet(sheet);
+  sheet.ClearSelection();
+}
+
+void FinishSheet(F1Book& sheet, bool landscape) {
+  const Font font = SheetFont();
+  SelectWholeSheet(sheet);
+  sheet.SetFont({.Name = font.Name, .Size = font.Size});
+  sheet.SetDefaultFont(font.Name, font.Size);
+  sheet.SetPageHeader(FontCode() + "&A");
+  sheet.SetPageFooter("&R" + FontCode() + "&D &T&C" + FontCode() + "Page &P/&N");
+  SelectWholeSheet(sheet);
+  sheet.FitColumnWidths(F1Book::Fit::kSetDefaultToo);
+  sheet.SetLandscape(landscape);
+}
+
+std::string FontCode() {
+  return "&\"" + std::string(LoadResString(105)) + "\"&" + std::string(LoadResString(106));
+}
+
+}  // namespace logbook

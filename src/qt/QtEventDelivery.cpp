@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "qt/QtEventDelivery.h"
+
+#include <QAbstractEventDispatcher>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
+#include <algorithm>
+
+namespace logbook {
+
+int QtEventDelivery::Deliver() {
+  QElapsedTimer elapsed;
+  elapsed.start();
+  auto* dispatcher = QAbstractEventDispatcher::instance();
+  if (!dispatcher->processEvents(QEventLoop::AllEvents)) {
+    QTimer alarm;
+    alarm.setSingleShot(true);
+    alarm.setTimerType(Qt::PreciseTimer);
+    alarm.start(kLongestSleep);
+    dispatcher->processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+  }
+  const std::chrono::nanoseconds taken = std::min<std::chrono::nanoseconds>(
+      std::chrono::nanoseconds(elapsed.nsecsElapsed()), kLongestSleep);
+  return std::max(1, static_cast<int>(taken / kPoll));
+}
+
+}  // namespace logbook

@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "qt/QtMessageBoxes.h"
+
+#include "qt/Widgets.h"
+#include "resources/Resources.h"
+#include "state/Fonts.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace logbook {
+namespace {
+
+constexpr int kDefaultTitle = 112;  // in the string table
+constexpr int kTitleButtons = 100;  // pixels that a title bar keeps for icon and buttons
+
+QMessageBox::Icon ToolkitIcon(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::kNone:
+      return QMessageBox::NoIcon;
+    case MessageIcon::kCritical:
+      return QMessageBox::Critical;
+    case MessageIcon::kExclamation:
+      return QMessageBox::Warning;
+    case MessageIcon::kInformation:
+      return QMessageBox::Information;
+  }
+  return QMessageBox::NoIcon;
+}
+
+QWidget* Owner() {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible() && window->windowType() == Qt::Window) return window;
+  }
+  return nullptr;
+}
+
+// Short texts make narrow boxes, which cut their title.
+void GiveRoomForTitle(QMessageBox& box) {
+  auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+  if (label == nullptr) return;
+  const int title = box.fontMetrics().horizontalAdvance(box.windowTitle()) + kTitleButtons;
+  // A longer text keeps its own width: a least width given here would take its place.
+  if (label->minimumSizeHint().width() < title) label->setMinimumWidth(title);
+}
+
+// Where a title is empty the toolkit's window bears the program's name instead; a blank keeps it
+// out.
+QString TitleFor(const Message& message) {
+  const QString title = ToQt(message.Title.value_or(std::string(LoadResString(kDefaultTitle))));
+  return title.isEmpty() ? QStringLiteral(" ") : title;
+}
+
+void AddButton(QMessageBox& box, QMessageBox::StandardButton which, const QString& name) {
+  QPushButton* button = box.addButton(which);
+  button->setObjectName(name);
+  button->setAccessibleName(name);
+  button->setIcon(QIcon());
+}
+
+}  // namespace
+
+MessageAnswer QtMessageBoxes::Show(const Message& message) {
+  QMessageBox box(Owner());
+  box.setObjectName(QLatin1String(kMessageBoxName));
+  box.setFont(ToolkitFont(FormFont()));
+  box.setTextFormat(Qt::PlainText);
+  QString text = ToQt(message.Text);
+  text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+  text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+  box.setText(text);
+  box.setWindowTitle(TitleFor(message));
+  box.setIcon(ToolkitIcon(message.Icon));
+  GiveRoomForTitle(box);
+  if (message.Buttons == MessageButtons::kOk) {
+    AddButton(box, QMessageBox::Ok, QStringLiteral("OK"));
+    box.exec();
+    return MessageAnswer::kOk;
+  }
+  AddButton(box, QMessageBox::Yes, QStringLiteral("Yes"));
+  AddButton(box, QMessageBox::No, QStringLiteral("No"));
+  box.setDefaultButton(QMessageBox::Yes);
+  box.setEscapeButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes ? MessageAnswer::kYes : MessageAnswer::kNo;
+}
+
+}  // namespace logbook

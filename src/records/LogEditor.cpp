@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "records/LogEditor.h"
+
+#include <utility>
+
+#include "base/Files.h"
+#include "base/Profile.h"
+#include "base/RunTimeError.h"
+#include "resources/Resources.h"
+#include "state/Fonts.h"
+#include "text/CSVMan.h"
+#include "text/LeadingNumber.h"
+
+namespace logbook {
+
+namespace {
+
+constexpr int kAutomaticComment = 131;
+constexpr int kEditorCaption = 176;
+constexpr int kFirstCheckCaption = 179;
+constexpr int kCannotDelete = 222;  // and what follows the folder: the next number
+
+constexpr int kCheckRows = 6;
+constexpr int kCheckHeight = 375;
+struct CheckColumn {
+  int left, width;
+};
+constexpr CheckColumn kCheckColumns[] = {{240, 3135}, {3480, 2895}, {6480, 3015}};
+constexpr int kCheckTops[kCheckRows] = {240, 600, 960, 1320, 1680, 2040};
+
+std::string ItemKey(std::size_t index) {
+  return "Item" + std::to_string(index);
+}
+
+void SetEditorFonts(LogEditor& editor) {
+  const Font font = FormFont();
+  for (Control* control : {&editor.Window, &editor.Frame1, &editor.Label1, &editor.txtComment,
+                           &editor.cmdOK, &editor.cmdCancel, &editor.cmdHelp})
+    control->TextFont = font;
+  for (Control& check : editor.Check1) check.TextFont = font;
+  editor.txtComment.TextFont = FixedPitchFont();
+}
+
+void SetEditorCaptions(const AppState& state, LogEditor& editor) {
+  editor.Window.Caption = std::string(LoadResString(kEditorCaption)) + ":" + state.LogPath;
+  const std::pair<Control*, int> captions[] = {{&editor.cmdOK, 120},
+                                               {&editor.cmdCancel, 127},
+                                               {&editor.cmdHelp, 119},
+                                               {&editor.Frame1, 177},
+                                               {&editor.Label1, 178}};
+  for (const auto& [control, number] : captions) control->Caption = LoadResString(number);
+  int number = kFirstCheckCaption;
+  for (Control& check : editor.Check1) check.Caption = LoadResString(number++);
+}
+
+void SaveComment(const AppState& state, const WrappedTextBox& comment) {
+  const std::string text = GetWrappedText(state.machine, comment) + "\r\n";
+  WriteFile(state.machine, state.LogPath + "\\comment.txt",
+            state.machine.code_page->FromUtf8(text));
+}
+
+}  // namespace
+
+LogEditor::LogEditor() {
+  Window = {.Name = "frmLogEditor", .Place = {0, 0, 10080, 5790}};
+  Frame1 = {.Name = "Frame1", .Place = {240, 120, 9615, 2535}};
+  Label1 = {.Name = "Label1", .Place = {360, 2760, 2175, 255}};
+  txtComment = {.Name = "txtComment", .Place = {240, 3000, 9615, 1800}};
+  cmdOK = {.Name = "cmdOK", .Place = {2280, 5280, 975, 375}};
+  cmdCancel = {.Name = "cmdCancel", .Place = {4320, 5280, 975, 375}};
+  cmdHelp = {.Name = "cmdHelp", .Place = {6360, 5280, 975, 375}};
+  for (std::size_t i = 0; i < kChecks; ++i) {
+    const CheckColumn& column = kCheckColumns[i / kCheckRows];
+    Check1[i] = {.Name = "Check1(" + std::to_string(i) + ")",
+                 .Place = {column.left, kCheckTops[i % kCheckRows], column.width, kCheckHeight}};
+  }
+}
+
+void LoadLogEditor(AppState& state, LogEditor& editor, WrappedTextBox& comment) {
+  SetEditorFonts(editor);
+  SetEditorCaptions(state, editor);
+  for (std::size_t i = 0; i < LogEditor::kChecks; ++i) {
+    std::string tick;
+    GetIniString(state.machine, "Maintenance", ItemKey(i), "0", tick, state.IniFile);
+    editor.Ticked[i] = LeadingNumber(tick) == 1;
+  }
+  if (state.AutoRec) {
+    comment.SetText(std::string(LoadResString(kAutomaticComment)));
+    LogEditorOK(state, editor, comment);
+  }
+}
+
+void LogEditorOK(AppState& state, LogEditor& editor, WrappedTextBox& comment) {
+  const std::string log_profile = state.LogPath + "\\logfile.ini";
+  for (std::size_t i = 0; i < LogEditor::kChecks; ++i) {
+    const char* tick = editor.Ticked[i] ? "1" : "0";
+    WritePrivateProfileString(state.machine, "Maintenance", ItemKey(i), tick, log_profile);
+    WritePrivateProfileString(state.machine, "Maintenance", ItemKey(i), tick, state.IniFile);
+  }
+  WritePrivateProfileString(state.machine, "LogBook", "LastFile", state.LogPath, state.IniFile);
+  SaveComment(state, comment);
+  editor.Unloaded = true;
+}
+
+void LogEditorCancel(AppState& state, Services& services, LogEditor& editor) {
+  try {
+    DeleteFilesIn(state.machine, state.LogPath);
+  } catch (const RunTimeError&) {
+    // What stays shows up when the folder cannot be removed.
+  }
+  try {
+    // The platform that this program comes from needs a look at ".." here, to end a search that
+    // holds the folder open. Removing a folder waits for no search on this one.
+    RemoveFolder(state.machine, state.LogPath);
+    editor.Unloaded = true;
+  } catch (const RunTimeError&) {
+    services.messages.Show({.Text = std::string(LoadResString(kCannotDelete)) + state.LogRoot +
+                                    std::string(LoadResString(kCannotDelete + 1))});
+  }
+}
+
+}  // namespace logbook

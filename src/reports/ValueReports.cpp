@@ -1,0 +1,219 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "reports/ValueReports.h"
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "base/Files.h"
+#include "catalogue/OptionGating.h"
+#include "reports/ReportLayouts.h"
+#include "resources/Resources.h"
+#include "snapshot/BitWords.h"
+#include "snapshot/SequentialReader.h"
+#include "snapshot/SystemParameters.h"
+#include "text/NumberFormat.h"
+
+namespace logbook {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kNotApplicable = "N/A";
+
+const ReportLayout& LayoutOf(ValueReport report) {
+  return kReportLayouts.at(static_cast<std::size_t>(report));
+}
+
+// The sections of one report while it is built.
+class Sections {
+ public:
+  Sections(const Machine& machine, const ReportLayout& layout)
+      : machine_(machine), layout_(layout) {
+    for (const SectionHeading& heading : layout.Headings) {
+      texts_.emplace_back(LoadResString(heading.String)).append(kLineEnd);
+    }
+  }
+
+  // Appends the line of a row. A label that fills its field has no blank behind it.
+  void Add(std::int16_t group, std::string_view name, std::string_view reading) {
+    std::string& text = RowAt(texts_, group - 1);
+    const std::size_t width = machine_.code_page->Length(name);
+    text.append(" ").append(name);
+    if (width < layout_.NameWidth) text.append(layout_.NameWidth - width, ' ');
+    text.append(":").append(reading).append(kLineEnd);
+  }
+
+  std::string Join(const LogOptions& options) const {
+    std::string report;
+    for (const JoinStep& step : layout_.Order) {
+      if (!step.Condition(options)) continue;
+      report += RowAt(texts_, step.Section - 1);
+      if (step.After == Behind::kEmptyLine) report += kLineEnd;
+    }
+    return report;
+  }
+
+ private:
+  const Machine& machine_;
+  const ReportLayout& layout_;
+  std::vector<std::string> texts_;  // section n at n - 1
+};
+
+// What a report is made from.
+struct Source {
+  const Machine& machine;
+  const Catalogues& catalogues;
+  const LogOptions& options;
+  std::string snapshot;
+};
+
+std::string NumberReading(double number, const ItemRecord& item) {
+  return FormatNumber(number, item.Format) + " " + item.Unit;
+}
+
+void WalkAnalog(const Source& source, Sections& sections) {
+  SequentialReader file(source.machine, source.snapshot);
+  const std::vector<double> numbers = ReadNumbers(file, kAnalogRowCount);
+  for (std::int16_t row = 0; row < kAnalogRowCount; ++row) {
+    if (IsOmittedAnalogParam(row, source.options)) continue;
+    const ItemRecord& item = RowAt(source.catalogues.AnalogItems, row);
+    const auto index = static_cast<std::size_t>(row);
+    const bool shown =
+        index < numbers.size() && !IsDisabledAnalogParam(source.catalogues, row, source.options);
+    sections.Add(item.Group, item.Name,
+                 shown ? NumberReading(numbers[index], item) : std::string(kNotApplicable));
+  }
+}
+
+void WalkMeter(const Source& source, Sections& sections) {
+  SequentialReader file(source.machine, source.snapshot);
+  const std::vector<double> numbers = ReadNumbers(file, kMeterRowCount);
+  for (std::int16_t row = 0; row < kMeterRowCount; ++row) {
+    const ItemRecord& item = RowAt(source.catalogues.MeterItems, row);
+    const auto index = static_cast<std::size_t>(row);
+    const bool shown = index < numbers.size() && !IsDisabledMeterParam(row, source.options);
+    sections.Add(item.Group, item.Name,
+                 shown ? NumberReading(numbers[index], item) : std::string(kNotApplicable));
+  }
+}
+
+void WalkSys(const Source& source, Sections& sections) {
+  SequentialReader file(source.machine, source.snapshot);
+  const std::vector<SystemParameter> fields = ReadSystemParameters(file);
+  for (std::int16_t row = 0; row < kSysRowCount; ++row) {
+    if (IsOmittedSysParam(row)) continue;
+    const ItemRecord& item = RowAt(source.catalogues.SysItems, row);
+    const auto index = static_cast<std::size_t>(row);
+    const SystemParameter* field = index < fields.size() ? &fields[index] : nullptr;
+    if (field != nullptr && row == kStampRow) {
+      sections.Add(item.Group, item.Name, std::get<std::string>(*field));
+    } else if (field != nullptr && !IsDisabledSysParam(row, source.options)) {
+      sections.Add(item.Group, item.Name, NumberReading(std::get<double>(*field), item));
+    } else {
+      sections.Add(item.Group, item.Name, kNotApplicable);
+    }
+  }
+}
+
+std::string_view BitReading(const BitWords& words, const BitItemRecord& item) {
+  return BitIsSet(RowAt(words, item.Word), item.Mask) ? item.Label1 : item.Label0;
+}
+
+BitWords ReadWords(const Source& source) {
+  SequentialReader file(source.machine, source.snapshot);
+  return ReadBitWords(file);
+}
+
+// The row "PWM Threshold Voltage Manual Setting" has no place of its own: it stands in for "RF
+// Bias" on an instrument with the new RF unit.
+constexpr int kRfBiasRow = 44;
+constexpr int kPwmThresholdRow = 54;
+
+bool IsBoutNotApplicable(int row, const LogOptions& options) {
+  if (options.STYLEB == 1 && (row == 30 || row == 31)) return true;
+  return options.AFC == 1 ? row == 12 || row == 15 : row == 57;
+}
+
+void WalkBitOut(const Source& source, Sections& sections) {
+  const BitWords words = ReadWords(source);
+  const auto& items = source.catalogues.BoutItems;
+  for (int row = 0; row < kBoutRowCount; ++row) {
+    if (row == kPwmThresholdRow) continue;
+    const bool replaced = row == kRfBiasRow && source.options.NEW_RF == 1;
+    const BitItemRecord& item = RowAt(items, replaced ? kPwmThresholdRow : row);
+    const bool hidden = IsBoutNotApplicable(row, source.options);
+    sections.Add(item.Group, item.Name, hidden ? kNotApplicable : BitReading(words, item));
+  }
+}
+
+constexpr int kOldRfBinRows = 58;
+constexpr int kNewRfBinRows = 62;
+
+// The row that stands at this place on an instrument with the new RF unit.
+int NewRfBinRow(int row) {
+  switch (row) {
+    case 27:
+      return 62;
+    case 32:
+      return 63;
+    case 36:
+      return 64;
+    default:
+      return row;
+  }
+}
+
+void WalkBitIn(const Source& source, Sections& sections) {
+  const BitWords words = ReadWords(source);
+  const bool new_rf = source.options.NEW_RF == 1;
+  for (int row = 0; row < (new_rf ? kNewRfBinRows : kOldRfBinRows); ++row) {
+    const BitItemRecord& item = RowAt(source.catalogues.BinItems, new_rf ? NewRfBinRow(row) : row);
+    const bool hidden = source.options.STYLEB == 1 && row == 16;
+    sections.Add(item.Group, item.Name, hidden ? kNotApplicable : BitReading(words, item));
+  }
+}
+
+void Walk(ValueReport report, const Source& source, Sections& sections) {
+  switch (report) {
+    case ValueReport::kAnalog:
+      return WalkAnalog(source, sections);
+    case ValueReport::kMeter:
+      return WalkMeter(source, sections);
+    case ValueReport::kSys:
+      return WalkSys(source, sections);
+    case ValueReport::kBitOut:
+      return WalkBitOut(source, sections);
+    case ValueReport::kBitIn:
+      return WalkBitIn(source, sections);
+  }
+}
+
+}  // namespace
+
+std::string_view ReportFileName(ValueReport report) {
+  return LayoutOf(report).ReportFile;
+}
+
+std::string ValueReportText(const Machine& machine, const Catalogues& catalogues,
+                            ValueReport report, std::string_view log_folder) {
+  const ReportLayout& layout = LayoutOf(report);
+  const std::string snapshot = std::string(log_folder).append(layout.Snapshot);
+  if (!Exists(machine, snapshot)) return {};
+  const LogOptions options = ReadLogOptions(machine, std::string(log_folder) + "logfile.ini");
+  Sections sections(machine, layout);
+  Walk(report, {machine, catalogues, options, snapshot}, sections);
+  return sections.Join(options);
+}
+
+std::string ReportFileBytes(const Machine& machine, std::string_view text) {
+  return machine.code_page->FromUtf8(text).append(kLineEnd);
+}
+
+void WriteReportFile(const Machine& machine, std::string_view log_folder, std::string_view name,
+                     std::string_view text) {
+  WriteFile(machine, std::string(log_folder).append(name), ReportFileBytes(machine, text));
+}
+
+}  // namespace logbook

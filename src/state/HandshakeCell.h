@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// Reading the handshake cell: start, recording and viewer poll it for the number that it holds
+// (docs/host-link.md).
+#pragma once
+
+#include "state/Services.h"
+
+namespace logbook {
+
+// The number that the handshake cell reads; 0 for an empty text. Raises kOverflow (6) for a number
+// that no double holds.
+double CellValue(const HandshakeCell& cell);
+
+}  // namespace logbook

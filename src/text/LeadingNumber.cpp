@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "text/LeadingNumber.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+#include "base/RunTimeError.h"
+
+namespace logbook {
+namespace {
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// Number of decimal digits that the text begins with.
+std::size_t DigitRun(std::string_view text) {
+  return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), IsDigit) -
+                                  text.begin());
+}
+
+// The parts of a decimal number at the start of a text.
+struct DecimalShape {
+  std::string_view whole;     // digits before the point
+  std::string_view fraction;  // digits behind it
+  std::string_view exponent;  // sign and digits behind the letter; empty if there is none
+};
+
+// The text begins with a number.
+DecimalShape ShapeOf(std::string_view text) {
+  DecimalShape shape;
+  shape.whole = text.substr(0, DigitRun(text));
+  text.remove_prefix(shape.whole.size());
+  if (!text.empty() && text[0] == '.') {
+    shape.fraction = text.substr(1, DigitRun(text.substr(1)));
+    text.remove_prefix(1 + shape.fraction.size());
+  }
+  if (text.empty() || (text[0] != 'e' && text[0] != 'E')) return shape;
+  text.remove_prefix(1);
+  const std::size_t sign = !text.empty() && (text[0] == '+' || text[0] == '-') ? 1 : 0;
+  const std::size_t digits = DigitRun(text.substr(sign));
+  if (digits > 0) shape.exponent = text.substr(0, sign + digits);
+  return shape;
+}
+
+// True if a number that a double cannot hold is too large for it, false if it is too small.
+bool IsTooLarge(const DecimalShape& shape) {
+  std::string_view exponent_text = shape.exponent;
+  const bool negative = !exponent_text.empty() && exponent_text[0] == '-';
+  if (!exponent_text.empty() && !IsDigit(exponent_text[0])) exponent_text.remove_prefix(1);
+  long long exponent = 0;
+  const auto [end, error] =
+      std::from_chars(exponent_text.data(), exponent_text.data() + exponent_text.size(), exponent);
+  if (error == std::errc::result_out_of_range) return !negative;
+  if (negative) exponent = -exponent;
+  const std::size_t lead = shape.whole.find_first_not_of('0');
+  if (lead != std::string_view::npos) {
+    return static_cast<long long>(shape.whole.size() - lead) + exponent > 0;
+  }
+  return exponent > static_cast<long long>(shape.fraction.find_first_not_of('0'));
+}
+
+// The value of a hexadecimal digit; -1 for any other character.
+int HexadecimalDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+double ReadHexadecimal(std::string_view text) {
+  double value = 0;
+  for (const char c : text) {
+    const int digit = HexadecimalDigit(c);
+    if (digit < 0) break;
+    value = value * 16 + digit;
+  }
+  if (std::isinf(value)) throw RunTimeError(ErrorNumber::kOverflow);
+  return value;
+}
+
+}  // namespace
+
+double LeadingNumber(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+  if (text.size() >= 2 && text[0] == '&' && (text[1] == 'H' || text[1] == 'h')) {
+    return ReadHexadecimal(text.substr(2));
+  }
+  const bool negative = !text.empty() && text[0] == '-';
+  if (negative || (!text.empty() && text[0] == '+')) text.remove_prefix(1);
+  // The library also reads "inf" and "nan", which are no numbers here.
+  if (text.empty() || !(IsDigit(text[0]) || text[0] == '.')) return 0;
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error == std::errc::result_out_of_range) {
+    if (IsTooLarge(ShapeOf(text))) throw RunTimeError(ErrorNumber::kOverflow);
+    value = 0;
+  }
+  return negative ? -value : value;
+}
+
+std::int16_t LeadingInt16(std::string_view text) {
+  const double value = LeadingNumber(text);
+  // remainder() takes halves to the even neighbour whatever rounding the machine is set to.
+  const double rounded = value - std::remainder(value, 1.0);
+  if (rounded < std::numeric_limits<std::int16_t>::min() ||
+      rounded > std::numeric_limits<std::int16_t>::max()) {
+    throw RunTimeError(ErrorNumber::kOverflow);
+  }
+  return static_cast<std::int16_t>(rounded);
+}
+
+}  // namespace logbook

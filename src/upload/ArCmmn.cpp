@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "upload/ArCmmn.h"
+
+#include "archive/Archive.h"
+#include "upload/ECMSub.h"
+
+namespace logbook {
+
+std::int16_t ZipLogFolder(const AppState& state, const std::string& log_folder,
+                          std::string& package) {
+  std::string folder = log_folder;
+  if (EndsWithBackslash(folder)) folder.pop_back();
+  package = folder + ".qkvzip";
+  std::string result(kZipResultBuffer, '\0');
+  return arZip(state.machine, 0, package, folder, "-r", result);
+}
+
+}  // namespace logbook

@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "upload/ContentServerClient.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <set>
+#include <utility>
+
+#include "base/Files.h"
+#include "base/RunTimeError.h"
+#include "upload/ECMSub.h"
+#include "upload/Outbox.h"
+#include "upload/ServerSettings.h"
+#include "upload/UploadDescriptor.h"
+
+namespace logbook {
+
+namespace {
+
+constexpr const char* kNoServer = "This workstation is not connected to a content server.";
+
+// What is wrong with a staged folder, or nothing.
+std::string FaultOf(const Machine& machine, const std::string& area, const std::string& name) {
+  if (name.empty() || name.find_first_of("/\\") != std::string::npos ||
+      !FolderExists(machine, area + name))
+    return "There is no staging folder " + name + ".";
+  std::set<std::string> described;
+  for (const UploadFile& file : ReadUploadDescriptor(machine, area + name + ".xml"))
+    described.insert(file.Name);
+  if (described.empty()) return "The descriptor of " + name + " names no file.";
+  std::set<std::string> staged;
+  for (const FolderEntry& entry : ScanFolder(machine, area + name)) {
+    if (entry.kind != FolderEntry::Kind::kFile)
+      return "The staging folder holds " + entry.name + ", which is no file.";
+    staged.insert(entry.name);
+  }
+  for (const std::string& file : described) {
+    if (!staged.contains(file)) return "The file " + file + " is missing in the staging folder.";
+  }
+  for (const std::string& file : staged) {
+    if (!described.contains(file)) return "The descriptor does not name the file " + file + ".";
+  }
+  return {};
+}
+
+// In the child: becomes the program, or ends. Only calls that are safe after a fork.
+[[noreturn]] void BecomeProgram(const char* program, char* const* arguments) {
+  setsid();
+  if (fork() != 0) _exit(0);
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+  const int null = open("/dev/null", O_RDWR);
+  for (int descriptor = 0; descriptor < 3; ++descriptor) dup2(null, descriptor);
+  close_range(3, ~0U, 0);
+  if (chdir("/") == 0) execv(program, arguments);
+  _exit(127);
+}
+
+}  // namespace
+
+bool StartDetached(const std::string& program, const std::vector<std::string>& arguments) {
+  if (access(program.c_str(), X_OK) != 0) return false;
+  std::vector<char*> pointers{const_cast<char*>(program.c_str())};
+  for (const std::string& argument : arguments)
+    pointers.push_back(const_cast<char*>(argument.c_str()));
+  pointers.push_back(nullptr);
+  const pid_t child = fork();
+  if (child < 0) return false;
+  if (child == 0) BecomeProgram(program.c_str(), pointers.data());
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return true;
+}
+
+ContentServerClient::ContentServerClient(const AppState& state, std::string agent_program)
+    : state_(state), agent_program_(std::move(agent_program)) {}
+
+std::string ContentServerClient::SettingsFile() const {
+  return state_.AppPath + (EndsWithBackslash(state_.AppPath) ? "" : "\\") + "arecm.cfg";
+}
+
+void ContentServerClient::StartAgent() const {
+  const std::string folder = NativePath(state_.machine, state_.AppPath);
+  const std::string program = agent_program_.empty() ? folder + "/ecm-agent" : agent_program_;
+  // A missing agent loses nothing: the outbox waits for the next one.
+  StartDetached(program, {"--home", state_.machine.home, "--app", folder});
+}
+
+void ContentServerClient::Resume() {
+  std::string unused_message;
+  if (!EcmEnabled(unused_message)) return;
+  try {
+    if (!Outbox(NativePath(state_.machine, GetEcmTempArea(state_))).IsEmpty()) StartAgent();
+  } catch (const RunTimeError&) {
+    // An outbox that cannot be read is told at the next event.
+  }
+}
+
+bool ContentServerClient::EcmEnabled(std::string& message) {
+  if (ReadServerSettings(state_.machine, SettingsFile()).Enabled()) return true;
+  message = kNoServer;
+  return false;
+}
+
+bool ContentServerClient::EcmSubmit(const std::string& staging_folder, std::string& message) {
+  if (!EcmEnabled(message)) return false;
+  const std::string area = GetEcmTempArea(state_);
+  try {
+    message = FaultOf(state_.machine, area, staging_folder);
+    if (!message.empty()) return false;
+    Outbox(NativePath(state_.machine, area)).TakeOver(staging_folder);
+  } catch (const RunTimeError& error) {
+    message = "The staged files cannot be taken over: " + error.Description() + ".";
+    return false;
+  }
+  StartAgent();
+  return true;
+}
+
+}  // namespace logbook

@@ -1,0 +1,211 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "upload/Delivery.h"
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+#include <memory>
+#include <optional>
+#include <set>
+#include <thread>
+
+#include "base/RunTimeError.h"
+
+namespace logbook {
+
+namespace {
+
+using Reach = DeliveryError::Reach;
+using std::chrono::milliseconds;
+
+constexpr milliseconds kLook{200};  // how often a pause looks for newcomers
+
+// Sends a file and gives it its name; does nothing if the server holds it already.
+void DeliverFile(ContentStore& store, const std::string& native_file, const std::string& path,
+                 const std::string& temporary) {
+  const Digest local = DigestOfFile(native_file);
+  if (const std::optional<Digest> arrived = store.DigestOf(path)) {
+    if (*arrived == local) return;
+    throw DeliveryError(Reach::kThisSubmission,
+                        "The content server holds another file of the name " + path + ".");
+  }
+  store.Put(temporary, native_file);
+  if (store.DigestOf(temporary) != local)
+    throw DeliveryError(Reach::kThisSubmission,
+                        "The content server did not store " + path + " as it was sent.");
+  store.Move(temporary, path);
+}
+
+// A temporary name that no file of the submission bears.
+std::string TemporaryEnding(const std::vector<std::string>& files) {
+  const std::set<std::string> names(files.begin(), files.end());
+  std::string ending = ".part";
+  const auto clashes = [&](const std::string& name) { return names.contains(name + ending); };
+  while (std::any_of(files.begin(), files.end(), clashes)) ending += ".part";
+  return ending;
+}
+
+std::int64_t Now() {
+  return static_cast<std::int64_t>(std::time(nullptr));
+}
+
+void NoteFailure(Outbox& outbox, const std::string& submission, const std::string& reason) {
+  DeliveryNote note = outbox.NoteOf(submission);
+  outbox.SetNote(submission, {.tries = note.tries + 1, .last_try = Now(), .reason = reason});
+}
+
+struct RoundResult {
+  int delivered = 0;
+  int failed = 0;
+};
+
+std::unique_ptr<ContentStore> OpenRoot(const Machine& machine, const ServerSettings& settings) {
+  std::unique_ptr<ContentStore> store = OpenContentStore(machine, settings);
+  store->MakeRoot();
+  return store;
+}
+
+// One attempt at each submission; ends early where the server as a whole fails.
+RoundResult RunRound(const Machine& machine, const ServerSettings& settings, Outbox& outbox) {
+  RoundResult result;
+  std::unique_ptr<ContentStore> store;
+  for (const std::string& submission : outbox.Waiting()) {
+    try {
+      if (store == nullptr) store = OpenRoot(machine, settings);
+      Deliver(outbox, *store, submission);
+      ++result.delivered;
+    } catch (const DeliveryError& error) {
+      ++result.failed;
+      NoteFailure(outbox, submission, error.what());
+      if (error.reach() == Reach::kWholeServer) return result;
+    } catch (const std::exception& error) {
+      ++result.failed;
+      NoteFailure(outbox, submission, std::string("The outbox: ") + error.what() + ".");
+    }
+  }
+  return result;
+}
+
+void PauseUnlessSomethingComes(const Outbox& outbox, milliseconds pause) {
+  const std::vector<std::string> before = outbox.Waiting();
+  const auto end = std::chrono::steady_clock::now() + pause;
+  while (std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(std::min(kLook, pause));
+    if (outbox.Waiting() != before) return;
+  }
+}
+
+// Rounds until the outbox is empty, or one.
+DrainResult DrainLocked(const Machine& machine, Outbox& outbox, const std::string& settings_file,
+                        Rounds rounds) {
+  milliseconds pause{0};
+  for (;;) {
+    const ServerSettings settings = ReadServerSettings(machine, settings_file);
+    if (!settings.Enabled()) return DrainResult::kDisabled;
+    outbox.Recover();
+    if (outbox.Waiting().empty()) return DrainResult::kEmpty;
+    const RoundResult result = RunRound(machine, settings, outbox);
+    if (result.failed == 0) continue;
+    if (rounds == Rounds::kOne) return DrainResult::kWaiting;
+    pause = NextPause(result.delivered > 0 ? milliseconds{0} : pause, settings);
+    PauseUnlessSomethingComes(outbox, pause);
+  }
+}
+
+// The right to be the agent, or null if another one is at work. A look at the status holds the lock
+// for a moment, so one refusal says nothing yet.
+std::unique_ptr<FileLock> LockOut(const Outbox& outbox) {
+  constexpr int kAttempts = 5;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    auto lock = std::make_unique<FileLock>(outbox.AgentLock(), FileLock::Patience::kTry);
+    if (lock->IsHeld()) return lock;
+    std::this_thread::sleep_for(kLook / 2);
+  }
+  return nullptr;
+}
+
+std::string TimeText(std::int64_t seconds) {
+  const auto time = static_cast<std::time_t>(seconds);
+  const std::tm* local = std::localtime(&time);
+  if (local == nullptr) return "an unknown day";  // the note is damaged
+  char text[32] = {};
+  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", local);
+  return text;
+}
+
+std::string StatusOf(const Outbox& outbox, const std::string& submission) {
+  std::string text = "\n" + submission + "\n  Files:";
+  try {
+    for (const std::string& name : outbox.FilesOf(submission)) text += " " + name;
+  } catch (const RunTimeError&) {
+    text += " none";  // damaged, or delivered since the list was made
+  }
+  const DeliveryNote note = outbox.NoteOf(submission);
+  text += "\n  Tries: " + std::to_string(note.tries);
+  if (note.last_try != 0) text += ", the last on " + TimeText(note.last_try);
+  return text + "\n  " + (note.reason.empty() ? "Waits for its turn." : note.reason) + "\n";
+}
+
+}  // namespace
+
+void Deliver(Outbox& outbox, ContentStore& store, const std::string& submission) {
+  const std::vector<std::string> files = outbox.FilesOf(submission);
+  if (files.empty())
+    throw DeliveryError(Reach::kThisSubmission, "The files are missing in the outbox.");
+  const std::string ending = TemporaryEnding(files);
+  store.MakeFolder(submission);
+  for (const std::string& name : files) {
+    const std::string path = submission + "/" + name;
+    DeliverFile(store, outbox.FileOf(submission, name), path, path + ending);
+  }
+  DeliverFile(store, outbox.DescriptorOf(submission), submission + ".xml",
+              submission + ".xml.part");
+  outbox.Remove(submission);
+}
+
+DrainResult Drain(const Machine& machine, const std::string& area, const std::string& settings_file,
+                  Rounds rounds) {
+  Outbox outbox(area);
+  if (outbox.IsEmpty()) return DrainResult::kEmpty;
+  for (;;) {
+    DrainResult result;
+    {
+      const std::unique_ptr<FileLock> lock = LockOut(outbox);
+      if (lock == nullptr) return DrainResult::kOtherAgent;
+      result = DrainLocked(machine, outbox, settings_file, rounds);
+    }
+    // Whoever put something in while the lock was held has relied on us to see it.
+    if (result != DrainResult::kEmpty || outbox.Waiting().empty()) return result;
+  }
+}
+
+milliseconds NextPause(milliseconds last, const ServerSettings& settings) {
+  return std::min(last.count() == 0 ? settings.retry_pause : last * 2, settings.longest_pause);
+}
+
+bool SomethingWaits(const std::string& area) {
+  const Outbox outbox(area);
+  return !outbox.Waiting().empty() || !outbox.Unfinished().empty();
+}
+
+std::string StatusText(const Machine& machine, const std::string& area,
+                       const std::string& settings_file) {
+  const ServerSettings settings = ReadServerSettings(machine, settings_file);
+  const Outbox outbox(area);
+  const std::vector<std::string> waiting = outbox.Waiting();
+  const std::vector<std::string> unfinished = outbox.Unfinished();
+  std::string text =
+      "Content server: " + (settings.Enabled() ? AddressOf(settings) : std::string("none")) + "\n";
+  const bool works =
+      !outbox.IsEmpty() && !FileLock(outbox.AgentLock(), FileLock::Patience::kTry).IsHeld();
+  text += std::string("Agent: ") + (works ? "at work" : "not running") + "\n";
+  text += "Waiting: " + std::to_string(waiting.size() + unfinished.size()) + "\n";
+  for (const std::string& submission : waiting) text += StatusOf(outbox, submission);
+  for (const std::string& name : unfinished)
+    text += "\n" + name + "\n  Was not taken over to the end; the next agent sees to it.\n";
+  return text;
+}
+
+}  // namespace logbook

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// A content server that speaks WebDAV over HTTP or HTTPS. Certificates are always verified, and
+// redirections are not followed: files go to the configured server or nowhere.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "upload/ContentStore.h"
+
+namespace logbook {
+
+class WebDavStore : public ContentStore {
+ public:
+  // `ca_file` is a native path, or empty for the certificates that the system trusts.
+  WebDavStore(const ServerSettings& settings, const std::string& password,
+              const std::string& ca_file);
+  ~WebDavStore() override;
+
+  void MakeRoot() override;
+  void MakeFolder(const std::string& path) override;
+  std::optional<Digest> DigestOf(const std::string& path) override;
+  void Put(const std::string& path, const std::string& native_file) override;
+  void Move(const std::string& from, const std::string& to) override;
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace logbook

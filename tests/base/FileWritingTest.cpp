@@ -1,0 +1,184 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "base/Files.h"
+#include "base/NativeFile.h"
+#include "base/Profile.h"
+#include "support/Errors.h"
+#include "support/TestMachine.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook::test {
+namespace {
+
+// Everything below a folder that a failed write could have changed: names, modes and bytes.
+std::string Picture(const TestMachine& machine) {
+  std::string picture;
+  for (const auto& entry : fs::recursive_directory_iterator(machine.home())) {
+    struct stat status = {};
+    lstat(entry.path().c_str(), &status);
+    picture += entry.path().string() + " " + std::to_string(status.st_mode) + " " +
+               std::to_string(status.st_ino) + " ";
+    if (entry.is_regular_file()) picture += ReadNativeFile(entry.path().string());
+    picture += "\n";
+  }
+  return picture;
+}
+
+mode_t ModeOf(const TestMachine& machine, const char* path) {
+  struct stat status = {};
+  stat(machine.Native(path).c_str(), &status);
+  return status.st_mode & 07777;
+}
+
+TEST(FileWritingTest, a_write_makes_the_file_or_replaces_all_its_bytes) {
+  const TestMachine machine;
+  WriteFile(machine, "C:\\a.txt", "a long first text");
+  EXPECT_EQ(machine.Get("C:\\a.txt"), "a long first text");
+  WriteFile(machine, "C:\\A.TXT", "short");
+  EXPECT_EQ(machine.Get("C:\\a.txt"), "short");
+  WriteFile(machine, "C:\\a.txt", "");
+  EXPECT_EQ(machine.Get("C:\\a.txt"), "");
+}
+
+TEST(FileWritingTest, a_write_leaves_no_other_file_behind) {
+  const TestMachine machine;
+  WriteFile(machine, "C:\\a.txt", "one");
+  WriteFile(machine, "C:\\a.txt", "two");
+  EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "v", "C:\\b.ini"));
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(machine.Native("C:\\"))) {
+    names.push_back(entry.path().filename().string());
+  }
+  EXPECT_THAT(names, testing::UnorderedElementsAre("a.txt", "b.ini"));
+}
+
+TEST(FileWritingTest, a_replaced_file_keeps_its_mode) {
+  const TestMachine machine;
+  for (const mode_t mode : {0600, 0640, 0666, 0755}) {
+    machine.Put("C:\\a.txt", "old");
+    chmod(machine.Native("C:\\a.txt").c_str(), mode);
+    WriteFile(machine, "C:\\a.txt", "new");
+    EXPECT_EQ(ModeOf(machine, "C:\\a.txt"), mode);
+    EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "v", "C:\\a.txt"));
+    EXPECT_EQ(ModeOf(machine, "C:\\a.txt"), mode);
+  }
+}
+
+TEST(FileWritingTest, a_new_file_has_the_mode_that_the_users_mask_leaves) {
+  const TestMachine machine;
+  const mode_t old_mask = umask(027);
+  WriteFile(machine, "C:\\a.txt", "new");
+  umask(old_mask);
+  EXPECT_EQ(ModeOf(machine, "C:\\a.txt"), 0640u);
+}
+
+TEST(FileWritingTest, the_target_of_a_link_is_replaced_and_the_link_stays) {
+  const TestMachine machine;
+  machine.Put("C:\\real\\a.ini", "[s]\r\nk=old\r\n");
+  fs::create_symlink("real/a.ini", machine.Native("C:\\link.ini"));
+  fs::create_symlink(machine.Native("C:\\link.ini"), machine.Native("C:\\link2.ini"));
+  EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "new", "C:\\link2.ini"));
+  EXPECT_EQ(machine.Get("C:\\real\\a.ini"), "[s]\r\nk=new\r\n");
+  EXPECT_TRUE(fs::is_symlink(machine.Native("C:\\link.ini")));
+  EXPECT_TRUE(fs::is_symlink(machine.Native("C:\\link2.ini")));
+  WriteFile(machine, "C:\\link.ini", "whole");
+  EXPECT_EQ(machine.Get("C:\\real\\a.ini"), "whole");
+  EXPECT_TRUE(fs::is_symlink(machine.Native("C:\\link.ini")));
+}
+
+TEST(FileWritingTest, a_link_that_leads_nowhere_gets_its_target_made) {
+  const TestMachine machine;
+  machine.MakeFolders("C:\\real");
+  fs::create_symlink("real/a.txt", machine.Native("C:\\link.txt"));
+  WriteFile(machine, "C:\\link.txt", "made");
+  EXPECT_EQ(machine.Get("C:\\real\\a.txt"), "made");
+  EXPECT_TRUE(fs::is_symlink(machine.Native("C:\\link.txt")));
+}
+
+TEST(FileWritingTest, links_in_a_circle_are_error_57_and_change_nothing) {
+  const TestMachine machine;
+  fs::create_symlink("b", machine.Native("C:\\a"));
+  fs::create_symlink("a", machine.Native("C:\\b"));
+  EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, "C:\\a", "x"); }), 57);
+  EXPECT_TRUE(fs::is_symlink(machine.Native("C:\\a")));
+}
+
+TEST(FileWritingTest, a_write_that_cannot_be_done_raises_its_number_and_changes_nothing) {
+  const TestMachine machine;
+  machine.Put("C:\\locked.ini", "[s]\r\nk=v\r\n");
+  chmod(machine.Native("C:\\locked.ini").c_str(), 0444);
+  machine.Put("C:\\folder\\inside.txt", "inside");
+  machine.Put("C:\\file", "file");
+  const std::string before = Picture(machine);
+  const std::pair<const char*, int> cases[] = {
+      {"C:\\locked.ini", 75},  {"C:\\folder", 75}, {"", 75},
+      {"C:\\none\\a.ini", 76}, {"Q:\\a.ini", 76},  {"C:\\file\\a.ini", 76},
+  };
+  for (const auto& [path, number] : cases) {
+    EXPECT_EQ(NumberRaisedBy([&, p = path] { WriteFile(machine, p, "x"); }), number) << path;
+    EXPECT_FALSE(WritePrivateProfileString(machine, "s", "k", "x", path)) << path;
+    EXPECT_EQ(Picture(machine), before) << path;
+  }
+}
+
+TEST(FileWritingTest, a_write_that_the_system_refuses_is_error_70_and_changes_nothing) {
+  const TestMachine machine;
+  chmod(machine.home().c_str(), 0755);
+  machine.Put("C:\\others.ini", "[s]\r\nk=v\r\n");
+  machine.Put("C:\\secret.ini", "[s]\r\nk=v\r\n");
+  chmod(machine.Native("C:\\others.ini").c_str(), geteuid() == 0 ? 0644 : 0444);
+  chmod(machine.Native("C:\\secret.ini").c_str(), 0200);
+  chmod(machine.Native("C:\\").c_str(), 0777);
+  const bool is_root = geteuid() == 0;
+  const std::string before = is_root ? Picture(machine) : std::string();
+  {
+    const AsOrdinaryUser user;
+    EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, "C:\\others.ini", "x"); }),
+              is_root ? 70 : 75);
+    EXPECT_FALSE(WritePrivateProfileString(machine, "s", "k", "x", "C:\\others.ini"));
+    // What cannot be read must not be replaced by the one new key.
+    EXPECT_FALSE(WritePrivateProfileString(machine, "s", "k", "x", "C:\\secret.ini"));
+  }
+  if (is_root) {
+    EXPECT_EQ(Picture(machine), before);
+  }
+}
+
+TEST(FileWritingTest, a_disk_without_room_is_error_61_and_the_old_file_stays) {
+  const TestMachine machine;
+  machine.Put("C:\\a.ini", "[s]\r\nk=v\r\n");
+  const std::string before = Picture(machine);
+  {
+    const SmallFilesOnly limit(16);
+    EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, "C:\\a.ini", std::string(100, 'x')); }), 61);
+    EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, "C:\\b.ini", std::string(100, 'x')); }), 61);
+    EXPECT_FALSE(WritePrivateProfileString(machine, "s", "k", std::string(100, 'x'), "C:\\a.ini"));
+  }
+  EXPECT_EQ(Picture(machine), before);
+}
+
+TEST(FileWritingTest, what_a_killed_writer_left_is_gone_after_the_next_write) {
+  const TestMachine machine;
+  machine.Put("C:\\" + std::string(kTemporaryName), "half a fi");
+  WriteFile(machine, "C:\\a.txt", "whole");
+  EXPECT_FALSE(machine.Has("C:\\" + std::string(kTemporaryName)));
+  EXPECT_EQ(machine.Get("C:\\a.txt"), "whole");
+}
+
+TEST(FileWritingTest, a_file_name_of_the_greatest_length_can_be_written) {
+  const TestMachine machine;
+  const std::string path = "C:\\" + std::string(255, 'n');
+  WriteFile(machine, path, "x");
+  EXPECT_EQ(machine.Get(path), "x");
+}
+
+}  // namespace
+}  // namespace logbook::test

@@ -1,0 +1,379 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "base/Files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "base/NativeFile.h"
+#include "support/Errors.h"
+#include "support/TestMachine.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook::test {
+namespace {
+
+using Kind = FolderEntry::Kind;
+using testing::ElementsAre;
+
+std::vector<std::string> NamesOf(const std::vector<FolderEntry>& entries) {
+  std::vector<std::string> names;
+  for (const FolderEntry& entry : entries) names.push_back(entry.name);
+  return names;
+}
+
+TEST(FilesTest, a_drive_is_a_folder_or_link_below_the_home) {
+  const TestMachine machine;
+  const std::string drives = machine.home() + "/drives";
+  EXPECT_EQ(NativePath(machine, "C:"), drives + "/c");
+  EXPECT_EQ(NativePath(machine, "c:\\"), drives + "/c");
+  EXPECT_EQ(NativePath(machine, "C:\\new.txt"), drives + "/c/new.txt");
+  EXPECT_EQ(NativePath(machine, "C:new.txt"), drives + "/c/new.txt");
+  EXPECT_EQ(NativePath(machine, "Z:\\a\\b"), drives + "/z/a/b");
+
+  fs::create_directory(machine.home() + "/elsewhere");
+  fs::create_directory_symlink(machine.home() + "/elsewhere", drives + "/d");
+  WriteFile(machine, "D:\\note.txt", "over the link");
+  std::ifstream in(machine.home() + "/elsewhere/note.txt");
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "over the link");
+}
+
+TEST(FilesTest, a_drive_folder_in_upper_case_is_found_too) {
+  const TestMachine machine;
+  fs::create_directory(machine.home() + "/drives/E");
+  EXPECT_TRUE(FolderExists(machine, "e:\\"));
+  EXPECT_EQ(NativePath(machine, "E:\\x"), machine.home() + "/drives/E/x");
+}
+
+TEST(FilesTest, a_path_without_a_drive_starts_at_the_root) {
+  const TestMachine machine;
+  EXPECT_EQ(NativePath(machine, "\\no such folder\\x"), "/no such folder/x");
+  EXPECT_EQ(NativePath(machine, "no such folder\\x"), "/no such folder/x");
+  EXPECT_EQ(NativePath(machine, "\\"), "/");
+  EXPECT_EQ(NativePath(machine, "1:\\x"), "/1:/x");
+  EXPECT_EQ(NativePath(machine, ""), "");
+  machine.Put("C:\\a.txt", "a");
+  EXPECT_EQ(ReadFile(machine, PathText(machine.home()) + "\\drives\\c\\a.txt"), "a");
+}
+
+TEST(FilesTest, separators_of_both_kinds_doubled_or_trailing_do_not_matter) {
+  const TestMachine machine;
+  machine.Put("C:\\a\\b\\c.txt", "found");
+  for (const char* path : {"C:\\a\\b\\c.txt", "C:/a/b/c.txt", "C:\\\\a\\/b//c.txt", "C:a\\b\\c.txt",
+                           "C:\\a\\b\\c.txt\\"}) {
+    EXPECT_EQ(NativePath(machine, path), machine.Native("C:\\a\\b\\c.txt")) << path;
+  }
+  EXPECT_TRUE(FolderExists(machine, "C:\\a\\b\\\\"));
+}
+
+TEST(FilesTest, each_component_is_found_without_regard_to_case_beyond_ascii_too) {
+  const TestMachine machine;
+  machine.Put("C:\\Quorex\\Été\\Журнал.TXT", "found");
+  for (const char* path : {"C:\\QUOREX\\éTé\\ЖУРНАЛ.txt", "c:\\quorex\\ÉTÉ\\журнал.txt",
+                           "C:\\Quorex\\Été\\Журнал.TXT"}) {
+    EXPECT_EQ(ReadFile(machine, path), "found") << path;
+  }
+  EXPECT_FALSE(Exists(machine, "C:\\Quorex\\Ete\\Журнал.TXT"));
+}
+
+TEST(FilesTest, the_exact_name_comes_before_one_that_differs_in_case) {
+  const TestMachine machine;
+  machine.Put("C:\\NOTE.TXT", "upper");
+  machine.Put("C:\\note.txt", "lower");
+  EXPECT_EQ(ReadFile(machine, "C:\\note.txt"), "lower");
+  EXPECT_EQ(ReadFile(machine, "C:\\NOTE.TXT"), "upper");
+  EXPECT_EQ(ReadFile(machine, "C:\\Note.txt"), "upper") << "of several the first by its bytes";
+}
+
+TEST(FilesTest, a_component_that_does_not_exist_stands_as_it_is_given) {
+  const TestMachine machine;
+  machine.MakeFolders("C:\\Logs");
+  EXPECT_EQ(NativePath(machine, "C:\\LOGS\\New Log\\A.txt"),
+            machine.Native("C:\\Logs\\New Log\\A.txt"));
+}
+
+TEST(FilesTest, a_native_path_becomes_a_path_text_without_a_drive) {
+  EXPECT_EQ(PathText("/srv/logs/a.txt"), "\\srv\\logs\\a.txt");
+  EXPECT_EQ(PathText("/srv//logs/../x"), "\\srv\\x");
+  const TestMachine machine;
+  const std::string text = PathText("a.txt");
+  EXPECT_EQ(NativePath(machine, text), (fs::current_path() / "a.txt").string());
+}
+
+TEST(FilesTest, a_typed_path_with_a_drive_or_a_backslash_is_a_path_text_and_any_other_native) {
+  for (const char* text : {"C:\\a", "c:", "C:a/b", "\\srv\\a", "a\\b"})
+    EXPECT_EQ(TypedPathText(text), text);
+  for (const char* native : {"/srv/a", "a", "./a/../b", "1:", "1:/x"})
+    EXPECT_EQ(TypedPathText(native), PathText(native));
+}
+
+TEST(FilesTest, existence_is_told_for_files_and_folders) {
+  const TestMachine machine;
+  machine.Put("C:\\f\\a.txt", "");
+  EXPECT_TRUE(Exists(machine, "C:\\f\\a.txt"));
+  EXPECT_FALSE(FolderExists(machine, "C:\\f\\a.txt"));
+  EXPECT_TRUE(Exists(machine, "C:\\f"));
+  EXPECT_TRUE(FolderExists(machine, "C:\\f\\"));
+  for (const char* path : {"", "C:\\g", "C:\\f\\b.txt", "C:\\f\\a.txt\\b", "Q:\\"}) {
+    EXPECT_FALSE(Exists(machine, path)) << path;
+    EXPECT_FALSE(FolderExists(machine, path)) << path;
+  }
+}
+
+TEST(FilesTest, a_folder_is_scanned_in_ascending_order_without_regard_to_case) {
+  const TestMachine machine;
+  for (const char* name : {"b", "A", "a1", "Z", "_", "26111502", "26111501", "é", "É2", "a", "."}) {
+    if (name != std::string(".")) machine.Put(std::string("C:\\s\\") + name, "");
+  }
+  EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\s")),
+              ElementsAre("26111501", "26111502", "A", "a", "a1", "b", "Z", "_", "é", "É2"));
+}
+
+TEST(FilesTest, a_scan_tells_files_folders_and_what_cannot_be_read) {
+  const TestMachine machine;
+  machine.Put("C:\\s\\file", "");
+  machine.MakeFolders("C:\\s\\folder");
+  fs::create_symlink("nowhere", machine.Native("C:\\s\\broken"));
+  fs::create_symlink("folder", machine.Native("C:\\s\\link"));
+  const auto entries = ScanFolder(machine, "C:\\S\\");
+  ASSERT_THAT(NamesOf(entries), ElementsAre("broken", "file", "folder", "link"));
+  EXPECT_EQ(entries[0].kind, Kind::kUnreadable);
+  EXPECT_EQ(entries[1].kind, Kind::kFile);
+  EXPECT_EQ(entries[2].kind, Kind::kFolder);
+  EXPECT_EQ(entries[3].kind, Kind::kFolder);
+}
+
+TEST(FilesTest, an_entry_that_no_path_text_can_name_is_unreadable) {
+  const TestMachine machine;
+  machine.MakeFolders("C:\\logs");
+  fs::create_directory(machine.home() + "/drives/c/logs/..\\programs");
+  const auto entries = ScanFolder(machine, "C:\\logs");
+  ASSERT_EQ(entries.size(), 1U);
+  EXPECT_EQ(entries[0].name, "..\\programs");
+  EXPECT_EQ(entries[0].kind, Kind::kUnreadable);
+}
+
+TEST(FilesTest, scanning_what_is_no_folder_is_error_76) {
+  const TestMachine machine;
+  machine.Put("C:\\file", "");
+  for (const char* path : {"C:\\none", "C:\\none\\deeper", "C:\\file", "Q:\\", ""}) {
+    EXPECT_EQ(NumberRaisedBy([&] { ScanFolder(machine, path); }), 76) << path;
+  }
+}
+
+TEST(FilesTest, the_stamp_of_a_file_changes_with_the_file_and_only_then) {
+  const TestMachine machine;
+  EXPECT_EQ(StampOf(machine, "C:\\a.txt"), FileStamp());
+  EXPECT_EQ(StampOf(machine, ""), FileStamp());
+  WriteFile(machine, "C:\\a.txt", "one");
+  const FileStamp first = StampOf(machine, "C:\\a.txt");
+  EXPECT_EQ(first.size, 3u);
+  EXPECT_EQ(StampOf(machine, "C:\\A.TXT"), first);
+  WriteFile(machine, "C:\\a.txt", "two");
+  EXPECT_NE(StampOf(machine, "C:\\a.txt"), first);
+}
+
+TEST(FilesTest, a_file_is_read_with_all_its_bytes) {
+  const TestMachine machine;
+  std::string bytes(100000, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7);
+  machine.Put("C:\\a.bin", bytes);
+  EXPECT_EQ(ReadFile(machine, "C:\\a.bin"), bytes);
+  machine.Put("C:\\empty", "");
+  EXPECT_EQ(ReadFile(machine, "C:\\empty"), "");
+}
+
+TEST(FilesTest, reading_raises_53_for_a_file_76_for_its_folder_75_for_a_folder_or_no_name) {
+  const TestMachine machine;
+  machine.Put("C:\\f\\a.txt", "");
+  EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, "C:\\f\\b.txt"); }), 53);
+  EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, "C:\\g\\b.txt"); }), 76);
+  EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, "Q:\\b.txt"); }), 76);
+  EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, "C:\\f\\a.txt\\b.txt"); }), 76);
+  EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, "C:\\f"); }), 75);
+  EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, ""); }), 75);
+}
+
+TEST(FilesTest, a_pipe_or_device_is_no_file_and_nobody_waits_for_it) {
+  const TestMachine machine;
+  ASSERT_EQ(mkfifo((machine.home() + "/drives/c/errlog.txt").c_str(), 0600), 0);
+  fs::create_symlink("/dev/zero", machine.home() + "/drives/c/acqlog.txt");
+  for (const char* path : {"C:\\errlog.txt", "C:\\ERRLOG.TXT", "C:\\acqlog.txt"}) {
+    EXPECT_FALSE(Exists(machine, path)) << path;
+    EXPECT_EQ(StampOf(machine, path), FileStamp()) << path;
+    EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, path); }), 75) << path;
+    EXPECT_EQ(NumberRaisedBy([&] { InputFile(machine, path); }), 75) << path;
+    EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, path, "x"); }), 75) << path;
+    EXPECT_EQ(NumberRaisedBy([&] { CopyFile(machine, path, "C:\\copy"); }), 75) << path;
+  }
+}
+
+TEST(FilesTest, what_the_system_refuses_is_error_70) {
+  const TestMachine machine;
+  machine.Put("C:\\f\\a.txt", "secret");
+  machine.MakeFolders("C:\\f\\folder");
+  chmod(machine.home().c_str(), 0755);
+  chmod(machine.Native("C:\\f\\a.txt").c_str(), 0200);
+  chmod(machine.Native("C:\\f").c_str(), 0555);
+  {
+    const AsOrdinaryUser user;
+    EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, "C:\\f\\a.txt"); }), 70);
+    EXPECT_EQ(NumberRaisedBy([&] { InputFile(machine, "C:\\f\\a.txt"); }), 70);
+    EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, "C:\\f\\b.txt", "x"); }), 70);
+    EXPECT_EQ(NumberRaisedBy([&] { MakeFolder(machine, "C:\\f\\new"); }), 70);
+    EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\f\\folder"); }), 70);
+    EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\f\\a.txt"); }), 70);
+    EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\f"); }), 70);
+  }
+  chmod(machine.Native("C:\\f").c_str(), 0755);
+  EXPECT_EQ(machine.Get("C:\\f\\a.txt"), "secret");
+}
+
+TEST(FilesTest, one_folder_is_made_and_only_one_level) {
+  const TestMachine machine;
+  MakeFolder(machine, "C:\\logs");
+  EXPECT_TRUE(FolderExists(machine, "C:\\logs"));
+  MakeFolder(machine, "C:\\LOGS\\a\\");
+  EXPECT_TRUE(FolderExists(machine, "C:\\logs\\a"));
+  EXPECT_EQ(NumberRaisedBy([&] { MakeFolder(machine, "C:\\LOGS"); }), 75);
+  machine.Put("C:\\file", "");
+  EXPECT_EQ(NumberRaisedBy([&] { MakeFolder(machine, "C:\\FILE"); }), 75);
+  EXPECT_EQ(NumberRaisedBy([&] { MakeFolder(machine, "C:\\x\\y"); }), 76);
+  EXPECT_EQ(NumberRaisedBy([&] { MakeFolder(machine, "C:\\file\\y"); }), 76);
+  EXPECT_EQ(NumberRaisedBy([&] { MakeFolder(machine, ""); }), 76);
+  EXPECT_FALSE(Exists(machine, "C:\\x"));
+}
+
+TEST(FilesTest, an_empty_folder_is_removed_and_a_full_one_stays) {
+  const TestMachine machine;
+  machine.Put("C:\\full\\a.txt", "a");
+  machine.MakeFolders("C:\\empty");
+  RemoveFolder(machine, "C:\\EMPTY\\");
+  EXPECT_FALSE(Exists(machine, "C:\\empty"));
+  EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\full"); }), 75);
+  EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\full\\a.txt"); }), 75);
+  EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\none"); }), 76);
+  EXPECT_EQ(machine.Get("C:\\full\\a.txt"), "a");
+}
+
+TEST(FilesTest, what_a_killed_writer_left_is_no_entry_and_does_not_keep_a_folder) {
+  const TestMachine machine;
+  machine.Put("C:\\log\\" + std::string(kTemporaryName), "half a fi");
+  EXPECT_TRUE(ScanFolder(machine, "C:\\log").empty());
+  machine.Put("C:\\log\\a.txt", "a");
+  EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\log"); }), 75);
+  EXPECT_TRUE(machine.Has("C:\\log\\" + std::string(kTemporaryName)));
+  DeleteFile(machine, "C:\\log\\a.txt");
+  // Where a network disk knows no locks, each process has a name of its own.
+  machine.Put("C:\\log\\" + std::string(kTemporaryName) + "4711", "half a fi");
+  RemoveFolder(machine, "C:\\log");
+  EXPECT_FALSE(machine.Has("C:\\log"));
+}
+
+TEST(FilesTest, one_file_is_deleted) {
+  const TestMachine machine;
+  machine.Put("C:\\f\\a.txt", "");
+  machine.Put("C:\\f\\b.txt", "");
+  DeleteFile(machine, "C:\\F\\A.TXT");
+  EXPECT_FALSE(machine.Has("C:\\f\\a.txt"));
+  EXPECT_TRUE(machine.Has("C:\\f\\b.txt"));
+  EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\f\\a.txt"); }), 53);
+  EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\g\\a.txt"); }), 76);
+  EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\f"); }), 75);
+  chmod(machine.Native("C:\\f\\b.txt").c_str(), 0444);
+  EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\f\\b.txt"); }), 75);
+  EXPECT_TRUE(machine.Has("C:\\f\\b.txt"));
+}
+
+TEST(FilesTest, a_link_is_deleted_and_its_target_stays) {
+  const TestMachine machine;
+  machine.Put("C:\\target.txt", "kept");
+  fs::create_symlink("target.txt", machine.Native("C:\\link.txt"));
+  fs::create_symlink("nowhere", machine.Native("C:\\broken.txt"));
+  DeleteFile(machine, "C:\\link.txt");
+  DeleteFile(machine, "C:\\broken.txt");
+  EXPECT_EQ(machine.Get("C:\\target.txt"), "kept");
+  EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\")), ElementsAre("target.txt"));
+}
+
+TEST(FilesTest, deleting_the_files_of_a_folder_spares_folders_and_hidden_files) {
+  const TestMachine machine;
+  machine.Put("C:\\f\\a.txt", "");
+  machine.Put("C:\\f\\no extension", "");
+  machine.Put("C:\\f\\.hidden", "");
+  machine.Put("C:\\f\\sub\\b.txt", "");
+  DeleteFilesIn(machine, "C:\\f\\");
+  EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\f")), ElementsAre(".hidden", "sub"));
+  EXPECT_TRUE(machine.Has("C:\\f\\sub\\b.txt"));
+}
+
+TEST(FilesTest, deleting_spares_a_read_only_file_deletes_the_others_and_raises_75) {
+  const TestMachine machine;
+  for (const char* name : {"a", "b", "c"}) machine.Put(std::string("C:\\f\\") + name, "");
+  chmod(machine.Native("C:\\f\\b").c_str(), 0444);
+  EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\f"); }), 75);
+  EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\f")), ElementsAre("b"));
+}
+
+TEST(FilesTest, deleting_raises_53_where_no_file_matches_and_76_without_the_folder) {
+  const TestMachine machine;
+  machine.MakeFolders("C:\\f\\sub");
+  machine.Put("C:\\f\\.hidden", "");
+  EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\f"); }), 53);
+  EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\g"); }), 76);
+}
+
+TEST(FilesTest, a_native_path_below_a_drive_has_a_path_text_with_that_drive) {
+  const TestMachine machine;
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/c"), "C:\\");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/c/a/b"), "C:\\a\\b");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/cellar/b"),
+            PathText(machine.home() + "/drives/cellar/b"));
+  EXPECT_EQ(DrivePathText(machine, "/usr/bin"), "\\usr\\bin");
+}
+
+TEST(FilesTest, a_native_path_below_the_target_of_a_drive_that_is_a_link_has_that_drive) {
+  const TestMachine machine;
+  fs::create_directories(machine.home() + "/disk/of the workstation");
+  fs::create_directory_symlink("../disk", machine.home() + "/drives/d");
+  fs::create_directory_symlink("../missing", machine.home() + "/drives/e");
+  const std::string disk = fs::canonical(machine.home() + "/disk").string();
+  EXPECT_EQ(DrivePathText(machine, disk + "/of the workstation"), "D:\\of the workstation");
+  EXPECT_EQ(DrivePathText(machine, disk), "D:\\");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/d/x"), "D:\\x");
+  EXPECT_EQ(DrivePathText(machine, disk + "ette/x"), PathText(disk + "ette/x"));
+}
+
+TEST(FilesTest, a_copy_has_the_same_bytes_and_replaces_what_was_there) {
+  const TestMachine machine;
+  machine.Put("C:\\a.txt", "text\r\n");
+  machine.Put("C:\\f\\b.txt", "older and longer");
+  CopyFile(machine, "C:\\A.TXT", "C:\\f\\B.txt");
+  EXPECT_EQ(machine.Get("C:\\f\\b.txt"), "text\r\n");
+  EXPECT_EQ(NumberRaisedBy([&] { CopyFile(machine, "C:\\none", "C:\\c.txt"); }), 53);
+  EXPECT_EQ(NumberRaisedBy([&] { CopyFile(machine, "C:\\a.txt", "C:\\g\\c.txt"); }), 76);
+  EXPECT_FALSE(machine.Has("C:\\c.txt"));
+}
+
+TEST(FilesTest, a_file_of_a_quarter_gigabyte_is_copied_through_bounded_memory) {
+  const TestMachine machine;
+  machine.Put("C:\\big.bin", "x");
+  fs::resize_file(machine.Native("C:\\big.bin"), 256 << 20);
+  rusage before{};
+  getrusage(RUSAGE_SELF, &before);
+  CopyFile(machine, "C:\\big.bin", "C:\\copy.bin");
+  rusage after{};
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_EQ(fs::file_size(machine.Native("C:\\copy.bin")), std::uintmax_t{256} << 20);
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 64 * 1024) << "KiB above what was in use";
+}
+
+}  // namespace
+}  // namespace logbook::test

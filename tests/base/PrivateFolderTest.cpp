@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "base/PrivateFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "support/Errors.h"
+#include "support/TestMachine.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook::test {
+namespace {
+
+mode_t ModeOf(const TestMachine& machine, const char* path) {
+  struct stat status = {};
+  stat(machine.Native(path).c_str(), &status);
+  return status.st_mode & 07777;
+}
+
+TEST(PrivateFolderTest, a_folder_is_its_owners_alone_whether_it_is_new_or_not) {
+  const TestMachine machine;
+  MakePrivateFolder(machine, "C:\\new");
+  EXPECT_EQ(ModeOf(machine, "C:\\new"), 0700u);
+  machine.Put("C:\\old\\a.txt", "a");
+  chmod(machine.Native("C:\\old").c_str(), 0755);
+  MakePrivateFolder(machine, "C:\\old\\");
+  EXPECT_EQ(ModeOf(machine, "C:\\old"), 0700u);
+  EXPECT_EQ(machine.Get("C:\\old\\a.txt"), "a");
+}
+
+TEST(PrivateFolderTest, a_file_of_the_name_is_error_75_and_a_missing_parent_76) {
+  const TestMachine machine;
+  machine.Put("C:\\file", "bytes");
+  EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(machine, "C:\\file"); }), 75);
+  EXPECT_EQ(machine.Get("C:\\file"), "bytes");
+  EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(machine, "C:\\none\\new"); }), 76);
+}
+
+TEST(PrivateFolderTest, a_folder_or_a_link_of_another_user_is_error_70) {
+  if (geteuid() != 0) GTEST_SKIP() << "only the administrator can make what is another user's";
+  const TestMachine machine;
+  constexpr uid_t kNobody = 65534;
+  machine.MakeFolders("C:\\theirs");
+  ASSERT_EQ(chown(machine.Native("C:\\theirs").c_str(), kNobody, kNobody), 0);
+  machine.MakeFolders("C:\\ours");
+  chmod(machine.Native("C:\\ours").c_str(), 0755);
+  fs::create_directory_symlink("ours", machine.Native("C:\\link"));
+  ASSERT_EQ(lchown(machine.Native("C:\\link").c_str(), kNobody, kNobody), 0);
+  for (const char* path : {"C:\\theirs", "C:\\link"})
+    EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(machine, path); }), 70) << path;
+  EXPECT_EQ(ModeOf(machine, "C:\\ours"), 0755u);
+}
+
+TEST(PrivateFolderTest, a_hidden_folder_stands_once_in_the_list_of_the_folder_above) {
+  const TestMachine machine;
+  machine.MakeFolders("C:\\one");
+  HideFolder(machine, "C:\\one\\");
+  HideFolder(machine, "C:\\one");
+  HideFolder(machine, "C:\\two");
+  EXPECT_EQ(machine.Get("C:\\.hidden"), "one\ntwo\n");
+}
+
+TEST(PrivateFolderTest, a_last_line_without_a_line_end_is_not_joined_with_the_name) {
+  const TestMachine machine;
+  machine.Put("C:\\.hidden", "by hand");
+  HideFolder(machine, "C:\\one");
+  HideFolder(machine, "C:\\one");
+  EXPECT_EQ(machine.Get("C:\\.hidden"), "by hand\none\n");
+  machine.Put("C:\\.hidden", "two\none");
+  HideFolder(machine, "C:\\one");
+  EXPECT_EQ(machine.Get("C:\\.hidden"), "two\none");
+}
+
+}  // namespace
+}  // namespace logbook::test

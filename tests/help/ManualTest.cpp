@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The manual as it is shipped: whole, and about this program.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
+
+#include "help/HelpBook.h"
+#include "help/arvbsub.h"
+#include "resources/Resources.h"
+
+namespace logbook {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Read(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  EXPECT_TRUE(in) << path;
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+const fs::path kManual = MANUAL_DIR;
+
+HelpBook Book() {
+  return ReadHelpBook(Read(kManual / "logbook.hhbook"));
+}
+
+TEST(Manual, EveryHelpTopicHasAPageOfItsOwn) {
+  const HelpBook book = Book();
+  std::set<std::string> files;
+  for (const HelpTopic topic :
+       {HelpTopic::kMainWindow, HelpTopic::kViewer, HelpTopic::kViewerCE, HelpTopic::kEditor,
+        HelpTopic::kColumnChooser, HelpTopic::kColumnChooserCE}) {
+    const HelpPage* page = book.PageOf(static_cast<std::uint32_t>(topic));
+    ASSERT_NE(page, nullptr);
+    EXPECT_EQ(page->Topic, static_cast<std::uint32_t>(topic));
+    EXPECT_TRUE(files.insert(page->File).second) << page->File;
+  }
+}
+
+TEST(Manual, EveryPageOfTheContentsIsThereAndNoOther) {
+  std::set<std::string> named = {"logbook.hhbook"};
+  for (const HelpPage& page : Book().Pages) {
+    EXPECT_TRUE(fs::exists(kManual / page.File)) << page.File;
+    named.insert(page.File);
+  }
+  for (const auto& entry : fs::directory_iterator(kManual)) {
+    if (entry.path().extension() == ".png") continue;
+    EXPECT_TRUE(named.count(entry.path().filename().string())) << entry.path();
+  }
+}
+
+TEST(Manual, EveryLinkAndEveryPictureLeadsSomewhere) {
+  std::set<std::string> pictures;
+  const std::regex target("(?:href|src)=\"([^\"]*)\"");
+  for (const HelpPage& page : Book().Pages) {
+    const std::string text = Read(kManual / page.File);
+    for (std::sregex_iterator it(text.begin(), text.end(), target), end; it != end; ++it) {
+      EXPECT_TRUE(fs::exists(kManual / (*it)[1].str())) << page.File << ": " << (*it)[1];
+      pictures.insert((*it)[1]);
+    }
+  }
+  for (const auto& entry : fs::directory_iterator(kManual)) {
+    if (entry.path().extension() != ".png") continue;
+    EXPECT_TRUE(pictures.count(entry.path().filename().string())) << "unused " << entry.path();
+  }
+}
+
+TEST(Manual, EveryMessageOfTheProgramIsExplained) {
+  const std::string text = Read(kManual / "messages.html");
+  for (const int number :
+       {124, 220, 221, 222, 224, 225, 1395, 1396, 1397, 1399, 1400, 1401, 1402, 1403}) {
+    const std::string message(LoadResString(number));
+    EXPECT_NE(text.find(message), std::string::npos) << message;
+  }
+}
+
+TEST(Manual, EveryButtonOfTheMainWindowIsDescribed) {
+  const std::string text = Read(kManual / "main.html");
+  for (const int number : {113, 114, 115, 117, 118, 119, 132}) {
+    const std::string caption(LoadResString(number));
+    EXPECT_NE(text.find("<td>" + caption + "</td>"), std::string::npos) << caption;
+  }
+}
+
+}  // namespace
+}  // namespace logbook

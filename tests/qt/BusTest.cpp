@@ -1,0 +1,365 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The bus pieces against a real daemon: the link to the host, the handshake cell, the process.
+
+#include <gtest/gtest.h>
+
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QElapsedTimer>
+#include <QTest>
+#include <QThread>
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "PrivateBus.h"
+#include "base/HostLinkNames.h"
+#include "base/RunTimeError.h"
+#include "qt/DBusCell.h"
+#include "qt/DBusHostLink.h"
+#include "qt/DBusProcess.h"
+#include "qt/QtEventDelivery.h"
+
+namespace logbook {
+namespace {
+
+using test::PrivateBus;
+
+class Bus : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!bus.Runs()) GTEST_SKIP() << "dbus-daemon is not installed or does not start";
+  }
+
+  PrivateBus bus;
+};
+
+// A host control panel in a thread of its own, so that it can answer while the logbook waits.
+class FakeHost : public QDBusVirtualObject {
+ public:
+  using Answer = std::function<QDBusMessage(const QDBusMessage&)>;
+
+  FakeHost(QDBusConnection connection, const char* id, Answer answer)
+      : connection_(std::move(connection)), answer_(std::move(answer)) {
+    moveToThread(&thread_);
+    thread_.start();
+    connection_.registerVirtualObject(QStringLiteral("/CPWAIT"), this);
+    registered_ = connection_.registerService(QString::fromStdString(HostBusName(id)));
+  }
+  ~FakeHost() override {
+    connection_.unregisterObject(QStringLiteral("/CPWAIT"));
+    thread_.quit();
+    thread_.wait();
+  }
+
+  bool Registered() const { return registered_; }
+  QString introspect(const QString&) const override { return {}; }
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+    const QDBusMessage reply = answer_(message);
+    if (reply.type() != QDBusMessage::InvalidMessage) connection.send(reply);
+    return true;
+  }
+
+ private:
+  QDBusConnection connection_;
+  Answer answer_;
+  QThread thread_;
+  bool registered_ = false;
+};
+
+QDBusMessage AnswerWithItem(const QDBusMessage& call) {
+  if (call.interface() != QLatin1String("com.norvane.Quorex.Host") ||
+      call.member() != QLatin1String("Request") || call.signature() != QLatin1String("s")) {
+    return call.createErrorReply(QStringLiteral("com.norvane.Wrong"), QStringLiteral("wrong call"));
+  }
+  const QString item = call.arguments().constFirst().toString();
+  if (item == QLatin1String("_exepath$")) return call.createReply(QStringLiteral("C:\\Qu\u00F6\\"));
+  return call.createErrorReply(QStringLiteral("com.norvane.Quorex.UnknownItem"),
+                               QStringLiteral("no item ") + item);
+}
+
+using HostLink = Bus;
+
+TEST_F(HostLink, ARequestBringsTheItemsText) {
+  FakeHost host(bus.Connect(), "HOST", AnswerWithItem);
+  ASSERT_TRUE(host.Registered());
+  DBusHostLink link(bus.Connect());
+  EXPECT_EQ(link.Request("HOST", "CPWAIT", "_exepath$"), "C:\\Qu\xC3\xB6\\");
+  link.Close();
+  EXPECT_EQ(link.Request("HOST", "CPWAIT", "_exepath$"), "C:\\Qu\xC3\xB6\\");
+}
+
+TEST_F(HostLink, AnUnknownItemFailsWithTheHostsWords) {
+  FakeHost host(bus.Connect(), "HOST", AnswerWithItem);
+  DBusHostLink link(bus.Connect());
+  try {
+    link.Request("HOST", "CPWAIT", "_nothing$");
+    FAIL() << "no error";
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(error.Description(), "no item _nothing$");
+  }
+}
+
+TEST_F(HostLink, AHostThatDoesNotRunFails) {
+  FakeHost host(bus.Connect(), "HOST", AnswerWithItem);
+  DBusHostLink link(bus.Connect());
+  EXPECT_THROW(link.Request("OTHER", "CPWAIT", "_exepath$"), RunTimeError);
+  EXPECT_THROW(link.Request("HOST", "OTHER", "_exepath$"), RunTimeError);
+}
+
+TEST_F(HostLink, AReplyThatIsNoTextFails) {
+  FakeHost host(bus.Connect(), "HOST",
+                [](const QDBusMessage& call) { return call.createReply(7); });
+  DBusHostLink link(bus.Connect());
+  EXPECT_THROW(link.Request("HOST", "CPWAIT", "_exepath$"), RunTimeError);
+}
+
+TEST_F(HostLink, AHostThatDoesNotAnswerInTimeFails) {
+  FakeHost host(bus.Connect(), "HOST", [](const QDBusMessage&) { return QDBusMessage(); });
+  DBusHostLink link(bus.Connect(), 200);
+  QElapsedTimer elapsed;
+  elapsed.start();
+  EXPECT_THROW(link.Request("HOST", "CPWAIT", "_exepath$"), RunTimeError);
+  EXPECT_GE(elapsed.elapsed(), 190);
+}
+
+TEST_F(HostLink, WithoutABusEveryRequestFails) {
+  DBusHostLink link(QDBusConnection(QStringLiteral("never connected")));
+  EXPECT_THROW(link.Request("HOST", "CPWAIT", "_exepath$"), RunTimeError);
+}
+
+// Runs a program to its end while this process delivers events; returns what it printed.
+std::string OutputOf(const QString& program, const QStringList& arguments) {
+  QProcess process;
+  process.setProcessChannelMode(QProcess::MergedChannels);
+  process.start(program, arguments);
+  if (!process.waitForStarted()) return "cannot start";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, 20000));
+  return process.readAll().toStdString();
+}
+
+class Cell : public Bus {
+ protected:
+  void SetUp() override {
+    Bus::SetUp();
+    if (IsSkipped()) return;
+    if (!OutputOf(QStringLiteral("gdbus"), {QStringLiteral("help")}).starts_with("Usage"))
+      GTEST_SKIP() << "gdbus is not installed";
+  }
+
+  // Calls a method of the cell's object with the bus's own command-line client.
+  std::string Call(const QString& method, const QStringList& arguments = {}) {
+    return OutputOf(QStringLiteral("gdbus"), Common(QStringLiteral("call")) +
+                                                 QStringList{QStringLiteral("--method"), method} +
+                                                 arguments);
+  }
+  std::string Get() {
+    return Call(QStringLiteral("org.freedesktop.DBus.Properties.Get"),
+                {QStringLiteral("com.norvane.Quorex.Cell"), QStringLiteral("Text")});
+  }
+  std::string Set(const QString& text) {
+    return Call(QStringLiteral("org.freedesktop.DBus.Properties.Set"),
+                {QStringLiteral("com.norvane.Quorex.Cell"), QStringLiteral("Text"),
+                 QStringLiteral("<'%1'>").arg(text)});
+  }
+  QStringList Common(const QString& command) {
+    return {command,
+            QStringLiteral("--address"),
+            bus.Address(),
+            QStringLiteral("--dest"),
+            connection.baseService(),
+            QStringLiteral("--object-path"),
+            QStringLiteral("/DDELabel")};
+  }
+
+  QDBusConnection connection = bus.Connect();
+  DBusCell cell{connection};
+};
+
+TEST_F(Cell, IsEmptyAtStart) {
+  EXPECT_EQ(cell.Text(), "");
+  EXPECT_EQ(Get(), "(<''>,)\n");
+}
+
+TEST_F(Cell, APeerReadsWhatTheLogbookWrote) {
+  cell.SetText("1");
+  EXPECT_EQ(Get(), "(<'1'>,)\n");
+}
+
+TEST_F(Cell, TheLogbookReadsWhatAPeerWrote) {
+  cell.SetText("1");
+  EXPECT_EQ(Set(QStringLiteral("0")), "()\n");
+  EXPECT_EQ(cell.Text(), "0");
+}
+
+TEST_F(Cell, IsOutOfReachOnceTheBusHasGone) {
+  cell.SetText("1");
+  EXPECT_TRUE(cell.IsReachable());
+  bus.Stop();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !cell.IsReachable(); }, 20000));
+  EXPECT_EQ(cell.Text(), "1");
+}
+
+TEST_F(Cell, IsIntrospectable) {
+  const std::string text = OutputOf(QStringLiteral("gdbus"), Common(QStringLiteral("introspect")));
+  EXPECT_NE(text.find("interface com.norvane.Quorex.Cell"), std::string::npos) << text;
+  EXPECT_NE(text.find("readwrite s Text = ''"), std::string::npos) << text;
+}
+
+// gdbus watching the cell's object; what it printed so far.
+class Watch {
+ public:
+  explicit Watch(QStringList arguments) {
+    arguments.removeLast();
+    arguments.removeLast();  // all objects of the peer
+    process_.start(QStringLiteral("gdbus"), arguments);
+    EXPECT_TRUE(WaitFor("is owned by"));
+  }
+  ~Watch() {
+    process_.kill();
+    process_.waitForFinished();
+  }
+  bool WaitFor(const std::string& text) {
+    return QTest::qWaitFor(
+        [&] {
+          seen_ += process_.readAll().toStdString();
+          return seen_.find(text) != std::string::npos;
+        },
+        20000);
+  }
+  int Changes() const {
+    int changes = 0;
+    for (std::size_t at = seen_.find("PropertiesChanged"); at != std::string::npos;
+         at = seen_.find("PropertiesChanged", at + 1))
+      ++changes;
+    return changes;
+  }
+  const std::string& Seen() const { return seen_; }
+
+ private:
+  QProcess process_;
+  std::string seen_;
+};
+
+TEST_F(Cell, EveryChangeIsAnnouncedWhoeverMadeIt) {
+  Watch watch(Common(QStringLiteral("monitor")));
+  cell.SetText("1");
+  EXPECT_TRUE(watch.WaitFor("('com.norvane.Quorex.Cell', {'Text': <'1'>}, @as [])"))
+      << watch.Seen();
+  Set(QStringLiteral("0"));
+  EXPECT_TRUE(watch.WaitFor("('com.norvane.Quorex.Cell', {'Text': <'0'>}, @as [])"))
+      << watch.Seen();
+}
+
+TEST_F(Cell, TheSameTextAgainIsNoChange) {
+  Watch watch(Common(QStringLiteral("monitor")));
+  cell.SetText("1");
+  cell.SetText("1");
+  Set(QStringLiteral("1"));
+  cell.SetText("9");
+  EXPECT_TRUE(watch.WaitFor("<'9'>")) << watch.Seen();
+  EXPECT_EQ(watch.Changes(), 2) << watch.Seen();
+}
+
+TEST_F(Cell, APeersChangeEndsTheSleepOfAWaitAtOnce) {
+  const QDBusConnection peer = bus.Connect();
+  QDBusMessage set = QDBusMessage::createMethodCall(
+      connection.baseService(), QStringLiteral("/DDELabel"),
+      QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Set"));
+  set << QStringLiteral("com.norvane.Quorex.Cell") << QStringLiteral("Text")
+      << QVariant::fromValue(QDBusVariant(QStringLiteral("0")));
+  QtEventDelivery events;
+  // The sleep itself would last some 30 ms longer; a loaded machine gets more tries.
+  constexpr qint64 kAtOnce = 10;
+  qint64 fastest = 1000;
+  for (int i = 0; i < 50 && fastest >= kAtOnce; ++i) {
+    cell.SetText("1");
+    while (events.Deliver() < QtEventDelivery::kLongestSleep / QtEventDelivery::kPoll) {
+      // Until nothing is pending and the wait sleeps.
+    }
+    QElapsedTimer elapsed;
+    QThread* host = QThread::create([&] {
+      QThread::msleep(20);
+      elapsed.start();
+      peer.send(set);
+    });
+    host->start();
+    while (cell.Text() == "1") events.Deliver();
+    fastest = std::min(fastest, elapsed.elapsed());
+    host->wait();
+    delete host;
+  }
+  EXPECT_LT(fastest, kAtOnce);
+}
+
+TEST(CellWithoutABus, StillHoldsItsText) {
+  DBusCell cell(QDBusConnection(QStringLiteral("never connected")));
+  cell.SetText("9");
+  EXPECT_EQ(cell.Text(), "9");
+}
+
+using ProcessOnTheBus = Bus;
+
+TEST_F(ProcessOnTheBus, TheFirstOneIsTheRunningLogbookAndTheSecondIsNot) {
+  DBusProcess first(bus.Connect()), second(bus.Connect());
+  EXPECT_FALSE(first.OtherInstanceRuns());
+  EXPECT_TRUE(second.OtherInstanceRuns());
+  EXPECT_FALSE(first.OtherInstanceRuns());
+}
+
+TEST_F(ProcessOnTheBus, TheNameIsFreeAgainWhenItsOwnerHasGone) {
+  {
+    const QString name = QStringLiteral("short-lived");
+    DBusProcess first(QDBusConnection::connectToBus(bus.Address(), name));
+    EXPECT_FALSE(first.OtherInstanceRuns());
+    QDBusConnection::disconnectFromBus(name);
+  }
+  DBusProcess second(bus.Connect());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !second.OtherInstanceRuns(); }, 5000));
+}
+
+TEST(ProcessWithoutABus, ThereIsNoOtherInstance) {
+  EXPECT_FALSE(DBusProcess(QDBusConnection(QStringLiteral("never connected"))).OtherInstanceRuns());
+}
+
+// Receives the cell's signal on a peer's connection.
+class Receiver : public QObject {
+  Q_OBJECT
+ public:
+  std::vector<std::string> texts;
+
+ public Q_SLOTS:
+  void PropertiesChanged(const QString&, const QVariantMap& changed, const QStringList&) {
+    texts.push_back(changed.value(QStringLiteral("Text")).toString().toStdString());
+  }
+};
+
+TEST_F(ProcessOnTheBus, TheLastValueOfTheCellIsOutWhenTheProcessHasEnded) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  QDBusConnection peer = bus.Connect();
+  Receiver receiver;
+  ASSERT_TRUE(peer.connect({}, QStringLiteral("/DDELabel"),
+                           QStringLiteral("org.freedesktop.DBus.Properties"),
+                           QStringLiteral("PropertiesChanged"), &receiver,
+                           SLOT(PropertiesChanged(QString, QVariantMap, QStringList))));
+  EXPECT_EXIT(
+      {
+        const QDBusConnection own = bus.Connect();
+        DBusCell cell(own);
+        DBusProcess process(own);
+        cell.SetText("9");
+        process.End(3);
+      },
+      testing::ExitedWithCode(3), "");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !receiver.texts.empty(); }, 5000));
+  EXPECT_EQ(receiver.texts, std::vector<std::string>{"9"});
+}
+
+}  // namespace
+}  // namespace logbook
+
+#include "BusTest.moc"

@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "qt/QtMessageBoxes.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QMessageBox>
+#include <functional>
+#include <utility>
+
+#include "FormsWorkstation.h"
+
+namespace logbook {
+namespace {
+
+using test::WhenModal;
+
+// Shows a message, runs the action on its box, returns the answer.
+MessageAnswer Show(const Message& message, const std::function<void(QMessageBox&)>& action) {
+  WhenModal(kMessageBoxName,
+            [action](QWidget* modal) { action(*qobject_cast<QMessageBox*>(modal)); });
+  return QtMessageBoxes().Show(message);
+}
+
+QAbstractButton* Button(QMessageBox& box, const char* name) {
+  return box.findChild<QAbstractButton*>(QString::fromUtf8(name));
+}
+
+TEST(QtMessageBoxes, TheDefaultTitleIsTheProgramsTitle) {
+  Show({.Text = "Text"}, [](QMessageBox& box) {
+    EXPECT_EQ(box.windowTitle(), QLatin1String("Maintenance LogBook"));
+    box.close();
+  });
+}
+
+TEST(QtMessageBoxes, AGivenTitleStands) {
+  Show({.Text = "Text", .Title = "Logbook Editor"}, [](QMessageBox& box) {
+    EXPECT_EQ(box.windowTitle(), QLatin1String("Logbook Editor"));
+    box.close();
+  });
+}
+
+TEST(QtMessageBoxes, AnEmptyTitleDoesNotGiveWayToTheProgramsName) {
+  Show({.Text = "Text", .Title = ""}, [](QMessageBox& box) {
+    EXPECT_EQ(box.windowTitle(), QLatin1String(" "));
+    box.close();
+  });
+}
+
+TEST(QtMessageBoxes, ABoxOverAWindowThatTakesNoInputCanBeAnswered) {
+  QWidget window(nullptr, Qt::Window);
+  window.setEnabled(false);
+  window.show();
+  Show({.Text = "Text"}, [](QMessageBox& box) {
+    EXPECT_TRUE(box.isEnabled());
+    EXPECT_TRUE(Button(box, "OK")->isEnabled());
+    box.done(QMessageBox::Ok);
+  });
+}
+
+TEST(QtMessageBoxes, CarriageReturnsBreakLinesWithAndWithoutLineFeed) {
+  Show({.Text = "a\rb\r\nc"}, [](QMessageBox& box) {
+    EXPECT_EQ(box.text(), QLatin1String("a\nb\nc"));
+    box.close();
+  });
+}
+
+TEST(QtMessageBoxes, MarkupAndAmpersandsAreShownAsTheyStand) {
+  Show({.Text = "<b>R&D</b>"}, [](QMessageBox& box) {
+    EXPECT_EQ(box.text(), QLatin1String("<b>R&D</b>"));
+    EXPECT_EQ(box.textFormat(), Qt::PlainText);
+    const auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    ASSERT_NE(label, nullptr);
+    EXPECT_EQ(label->textFormat(), Qt::PlainText);
+    EXPECT_EQ(label->buddy(), nullptr);  // an ampersand marks a key only for a buddy
+    box.close();
+  });
+}
+
+TEST(QtMessageBoxes, EachIconIsTheToolkitsIconOfItsKind) {
+  const std::pair<MessageIcon, QMessageBox::Icon> cases[] = {
+      {MessageIcon::kNone, QMessageBox::NoIcon},
+      {MessageIcon::kCritical, QMessageBox::Critical},
+      {MessageIcon::kExclamation, QMessageBox::Warning},
+      {MessageIcon::kInformation, QMessageBox::Information}};
+  for (const auto& [icon, expected] : cases) {
+    Show({.Text = "Text", .Icon = icon}, [expected = expected](QMessageBox& box) {
+      EXPECT_EQ(box.icon(), expected);
+      box.close();
+    });
+  }
+}
+
+TEST(QtMessageBoxes, OkAnswersOk) {
+  EXPECT_EQ(Show({.Text = "Text"},
+                 [](QMessageBox& box) {
+                   EXPECT_EQ(box.buttons().size(), 1);
+                   EXPECT_EQ(Button(box, "OK")->accessibleName(), QLatin1String("OK"));
+                   Button(box, "OK")->click();
+                 }),
+            MessageAnswer::kOk);
+}
+
+TEST(QtMessageBoxes, AQuestionIsAnsweredByItsButtonsItsKeysAndItsCloseBox) {
+  using Action = std::function<void(QMessageBox&)>;
+  const std::pair<Action, MessageAnswer> cases[] = {
+      {[](QMessageBox& box) { Button(box, "Yes")->click(); }, MessageAnswer::kYes},
+      {[](QMessageBox& box) { Button(box, "No")->click(); }, MessageAnswer::kNo},
+      {[](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }, MessageAnswer::kYes},
+      {[](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }, MessageAnswer::kNo},
+      {[](QMessageBox& box) { box.close(); }, MessageAnswer::kNo}};
+  int number = 0;
+  for (const auto& [action, answer] : cases) {
+    EXPECT_EQ(Show({.Text = "Sure?", .Buttons = MessageButtons::kYesNo}, action), answer)
+        << number++;
+  }
+}
+
+TEST(QtMessageBoxes, TextsOfAnyLengthAreShownWhole) {
+  const std::string folder = "C:\\QUOREX\\inst1\\maintain\\26111500";
+  for (const std::string& text :
+       {std::string("Delete Logfiles ?"), "Can not delete logfile:" + folder + " !",
+        "There are 256 or more logs in Log Folder. Recording new log is failed! " + folder}) {
+    Show({.Text = text}, [text](QMessageBox& box) {
+      const auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+      ASSERT_NE(label, nullptr);
+      const QSize needed =
+          label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
+      EXPECT_GE(label->width(), needed.width()) << text;
+      EXPECT_GE(label->height(), needed.height()) << text;
+      box.close();
+    });
+  }
+}
+
+TEST(QtMessageBoxes, ABoxMayComeUpWhileAnotherIsShown) {
+  const MessageAnswer outer =
+      Show({.Text = "outer", .Buttons = MessageButtons::kYesNo}, [](QMessageBox& box) {
+        EXPECT_EQ(Show({.Text = "inner"},
+                       [&box](QMessageBox& inner) {
+                         EXPECT_EQ(inner.parentWidget(), &box);
+                         inner.close();
+                       }),
+                  MessageAnswer::kOk);
+        Button(box, "Yes")->click();
+      });
+  EXPECT_EQ(outer, MessageAnswer::kYes);
+}
+
+}  // namespace
+}  // namespace logbook

@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "records/WrappedText.h"
+
+#include <gtest/gtest.h>
+
+#include "support/FixedWidthBox.h"
+#include "support/TestMachine.h"
+
+namespace logbook {
+namespace {
+
+using test::FixedWidthBox;
+using test::TestMachine;
+
+std::string Wrap(const Machine& machine, long width, const std::string& text) {
+  return GetWrappedText(machine, FixedWidthBox(machine, width, text));
+}
+
+TEST(GetWrappedText, OneDisplayedLineComesBackAsTyped) {
+  TestMachine disk;
+  EXPECT_EQ(Wrap(disk, 20, "cones cleaned"), "cones cleaned");
+  EXPECT_EQ(Wrap(disk, 20, ""), "");
+}
+
+TEST(GetWrappedText, LongParagraphIsBrokenWhereTheBoxWraps) {
+  TestMachine disk;
+  EXPECT_EQ(Wrap(disk, 5, "abcdefghijkl"), "abcde\r\nfghij\r\nkl");
+}
+
+TEST(GetWrappedText, TypedLineEndBeforeAWrappedLineMakesNoEmptyLine) {
+  TestMachine disk;
+  EXPECT_EQ(Wrap(disk, 5, "abc\r\ndefghijk"), "abc\r\ndefgh\r\nijk");
+}
+
+TEST(GetWrappedText, EmptyTypedLinesStay) {
+  TestMachine disk;
+  EXPECT_EQ(Wrap(disk, 5, "abc\r\n\r\ndef\r\n"), "abc\r\n\r\ndef\r\n");
+}
+
+TEST(GetWrappedText, DoubleByteTextIsBrokenAtTheSamePlacesAsShown) {
+  TestMachine disk(932);
+  EXPECT_EQ(Wrap(disk, 6, "コーン清掃済み"), "コーン\r\n清掃済\r\nみ");
+  EXPECT_EQ(Wrap(disk, 5, "aコーンb"), "aコー\r\nンb");
+}
+
+TEST(GetWrappedText, WrapAfterAtMostTwoCharactersStaysUnbroken) {
+  TestMachine disk;
+  EXPECT_EQ(Wrap(disk, 2, "abcdef"), "abcd\r\nef");
+  EXPECT_EQ(Wrap(disk, 3, "abcdef"), "abc\r\ndef");
+}
+
+TEST(GetWrappedText, FailureGivesWhatWasBuiltSoFar) {
+  TestMachine disk;
+  FixedWidthBox box(disk, 3, "abcdefghi");
+  box.fails_at_line = 2;
+  EXPECT_EQ(GetWrappedText(disk, box), "abc\r\n");
+  box.fails_at_line = 1;
+  EXPECT_EQ(GetWrappedText(disk, box), "");
+}
+
+TEST(GetWrappedText, CharacterOutsideTheCodePageCountsAsItsQuestionMarks) {
+  TestMachine disk;
+  EXPECT_EQ(Wrap(disk, 4, "ab\U0001F600cd"), "ab\U0001F600\r\ncd");
+}
+
+}  // namespace
+}  // namespace logbook

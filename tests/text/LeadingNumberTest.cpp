@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "text/LeadingNumber.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "base/RunTimeError.h"
+#include "support/GermanLocale.h"
+
+namespace logbook {
+namespace {
+
+struct Reading {
+  const char* text;
+  double value;
+};
+
+TEST(LeadingNumber, TakesTheNumberThatTheTextBeginsWith) {
+  const Reading readings[] = {
+      {"", 0},
+      {"1", 1},
+      {"1.0", 1},
+      {" 1", 1},
+      {"   -2.5 V", -2.5},
+      {"+3", 3},
+      {"\t4", 4},
+      {"5.", 5},
+      {".5", 0.5},
+      {"-.5x", -0.5},
+      {"1e3", 1000},
+      {"1E3", 1000},
+      {"1e+3", 1000},
+      {"1.5e-3", 0.0015},
+      {"007", 7},
+      {"12abc", 12},
+      {"1.2.3", 1.2},
+      {"1,5", 1},
+      {"1 2", 1},
+      {"0.1", 0.1},
+      {"&H1F", 31},
+      {"&hfF", 255},
+      {" &H10", 16},
+      {"&HFFFF", 65535},
+      {"&H12G4", 0x12},
+      {"65536", 65536},
+      {"1e308", 1e308},
+      {"123456789012345678", 123456789012345678.0},
+  };
+  for (const Reading& reading : readings) {
+    EXPECT_EQ(LeadingNumber(reading.text), reading.value) << '"' << reading.text << '"';
+  }
+}
+
+TEST(LeadingNumber, ReadsATextThatDoesNotBeginWithANumberAsZero) {
+  for (const char* text :
+       {"",     " ",    "x",   "x1",  "-",   "+",   ".",        "-.",          "e5",
+        "E5",   ".e5",  "- 1", "+ 1", "--1", "&",   "&H",       "&HG",         "& H1",
+        "-&H1", "&O17", "H1",  "$1",  "inf", "nan", "Infinity", "\xEF\xBC\x91"}) {
+    EXPECT_EQ(LeadingNumber(text), 0) << '"' << text << '"';
+  }
+}
+
+TEST(LeadingNumber, EndsBeforeAnExponentWithoutDigits) {
+  for (const char* text : {"7e", "7E", "7e+", "7e-", "7ex", "7e 2", "7 e2", "7d2"}) {
+    EXPECT_EQ(LeadingNumber(text), 7) << '"' << text << '"';
+  }
+}
+
+TEST(LeadingNumber, BlanksInsideEndTheNumber) {
+  EXPECT_EQ(LeadingNumber("1 000"), 1);
+  EXPECT_EQ(LeadingNumber("1. 5"), 1);
+  EXPECT_EQ(LeadingNumber("&H1 F"), 1);
+}
+
+TEST(LeadingNumber, RaisesOverflowForANumberTooLargeForADouble) {
+  for (const std::string& text :
+       {std::string("1e309"), std::string("-1e309"), std::string("1e999999999999999999999"),
+        std::string(400, '9'), "0.001e" + std::string("400"), "&H" + std::string(300, 'F')}) {
+    try {
+      LeadingNumber(text);
+      ADD_FAILURE() << text << " was read";
+    } catch (const RunTimeError& error) {
+      EXPECT_EQ(error.Number(), ErrorNumber::kOverflow) << text;
+    }
+  }
+}
+
+TEST(LeadingNumber, ReadsANumberTooSmallForADoubleAsZero) {
+  EXPECT_EQ(LeadingNumber("1e-400"), 0);
+  EXPECT_EQ(LeadingNumber("1e-999999999999999999999"), 0);
+  EXPECT_EQ(LeadingNumber("0." + std::string(400, '0') + "1"), 0);
+  EXPECT_EQ(LeadingNumber("0e999999999999999999999"), 0);
+}
+
+TEST(LeadingNumber, DoesNotDependOnTheLocale) {
+  const test::GermanLocale locale;
+  if (!locale.InForce()) GTEST_SKIP() << locale.WhyNot();
+  EXPECT_EQ(LeadingNumber("1.5"), 1.5);
+  EXPECT_EQ(LeadingNumber("1,5"), 1);
+}
+
+TEST(LeadingInt16, RoundsHalvesToTheNearestEvenNumber) {
+  const Reading readings[] = {{"0.5", 0},   {"1.5", 2},  {"2.5", 2},   {"-0.5", 0},
+                              {"-1.5", -2}, {"0.51", 1}, {"-2.5", -2}, {"1.49", 1},
+                              {"x", 0},     {"", 0},     {"7", 7},     {"&H7FFF", 32767}};
+  for (const Reading& reading : readings) {
+    EXPECT_EQ(LeadingInt16(reading.text), reading.value) << '"' << reading.text << '"';
+  }
+}
+
+TEST(LeadingInt16, RaisesOverflowOutsideSixteenBits) {
+  EXPECT_EQ(LeadingInt16("32767"), 32767);
+  EXPECT_EQ(LeadingInt16("32767.4"), 32767);
+  EXPECT_EQ(LeadingInt16("-32768"), -32768);
+  EXPECT_EQ(LeadingInt16("-32768.5"), -32768);
+  for (const char* text :
+       {"32768", "32767.5", "-32769", "65536", "1e10", "-1e300", "1e400", "&H8000"}) {
+    try {
+      LeadingInt16(text);
+      ADD_FAILURE() << text << " was read";
+    } catch (const RunTimeError& error) {
+      EXPECT_EQ(error.Number(), ErrorNumber::kOverflow) << text;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace logbook

@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "text/NumberFormat.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cstdint>
+#include <fstream>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "support/GermanLocale.h"
+
+namespace logbook {
+namespace {
+
+TEST(NumberFormat, AgreesWithEveryReferenceCase) {
+  std::ifstream file(TEST_DATA_DIR "/format.json");
+  const nlohmann::json cases = nlohmann::json::parse(file).at("cases");
+  ASSERT_EQ(cases.size(), 387u);
+  for (const nlohmann::json& entry : cases) {
+    const std::string bits = entry.at("bits");
+    const double value = std::bit_cast<double>(std::uint64_t{std::stoull(bits, nullptr, 16)});
+    const std::string picture = entry.at("picture");
+    EXPECT_EQ(FormatNumber(value, picture), entry.at("expect"))
+        << entry.at("value") << " in \"" << picture << '"';
+  }
+}
+
+struct Rendering {
+  double value;
+  const char* picture;
+  const char* text;
+};
+
+void Expect(std::initializer_list<Rendering> renderings) {
+  for (const Rendering& rendering : renderings) {
+    EXPECT_EQ(FormatNumber(rendering.value, rendering.picture), rendering.text)
+        << rendering.value << " in \"" << rendering.picture << '"';
+  }
+}
+
+TEST(NumberFormat, FixedPointHasThatManyDecimalsAndADigitBeforeThePoint) {
+  Expect({{0, "0", "0"},
+          {0, "0.000000", "0.000000"},
+          {0.25, "0.0", "0.3"},
+          {12.3456, "0.000", "12.346"},
+          {99.95, "0.0", "100.0"},
+          {1e20, "0.0", "100000000000000000000.0"}});
+}
+
+TEST(NumberFormat, HalvesOfTheFifteenDigitNumberRoundAwayFromZero) {
+  Expect({{1.005, "0.00", "1.01"},
+          {-1.005, "0.00", "-1.01"},
+          {2.5, "0", "3"},
+          {-2.5, "0", "-3"},
+          {0.5, "0", "1"},
+          {0.49999999999999994, "0", "1"},
+          {0.4999999999999, "0", "0"}});
+}
+
+TEST(NumberFormat, ANegativeNumberThatRoundsToZeroKeepsItsSign) {
+  Expect({{-0.001, "0.00", "-0.00"}, {-0.4, "0", "-0"}, {-0.0, "0.00", "0.00"}, {-0.0, "0", "0"}});
+}
+
+TEST(NumberFormat, ScientificHasOneDigitBeforeThePointAndABareExponent) {
+  Expect({{1.7, "0.00e-#", "1.70e0"},
+          {12345, "0.000e-#", "1.235e4"},
+          {9.9996e-4, "0.000e-#", "1.000e-3"},
+          {-5e-7, "0.0e-#", "-5.0e-7"},
+          {6.02214076e23, "0.0000000e-#", "6.0221408e23"},
+          {1e-300, "0.0e-#", "1.0e-300"}});
+}
+
+TEST(NumberFormat, ZeroInAScientificPictureHasTheExponentZero) {
+  Expect({{0, "0.00e-#", "0.00e0"}, {-0.0, "0.0e-#", "0.0e0"}, {0, "0.0000000e-#", "0.0000000e0"}});
+}
+
+TEST(NumberFormat, APictureThatEndsInTheMinusPrintsAsTheOneWithADigitPlaceholder) {
+  for (const double value : {0.0, 1.0, -1.0, 0.000123456, 123456.0, 1e300, 9.9996e-4, -2.5e-9}) {
+    EXPECT_EQ(FormatNumber(value, "0.000e-"), FormatNumber(value, "0.000e-#"));
+  }
+  Expect({{0, "0.000e-", "0.000e0"}, {0.000123456, "0.000e-", "1.235e-4"}});
+}
+
+TEST(NumberFormat, APictureWithoutAPlaceholderPrintsItself) {
+  Expect({{1234.5, "1", "1"}, {-1, "1", "1"}, {0, "1", "1"}, {3, "", ""}});
+}
+
+TEST(NumberFormat, TheLargestAndSmallestNumbersAreRendered) {
+  constexpr double kMax = std::numeric_limits<double>::max();
+  constexpr double kTiny = std::numeric_limits<double>::denorm_min();
+  EXPECT_EQ(FormatNumber(kMax, "0").size(), 309u);
+  Expect({{kMax, "0.00e-#", "1.80e308"}, {kTiny, "0.00e-#", "4.94e-324"}, {kTiny, "0.0", "0.0"}});
+}
+
+TEST(NumberFormat, DoesNotDependOnTheLocale) {
+  const test::GermanLocale locale;
+  if (!locale.InForce()) GTEST_SKIP() << locale.WhyNot();
+  Expect({{1.5, "0.00", "1.50"}, {1.5, "0.00e-#", "1.50e0"}});
+}
+
+}  // namespace
+}  // namespace logbook
