@@ -24,7 +24,7 @@ bool Takes(const std::string& page, const std::string& similar = "") {
   return std::system(command.c_str()) == 0;
 }
 
-TEST(CodePageMakerTest, runs_ranges_and_read_only_codes_are_taken) {
+TEST(CodePageMakerTest, RunsRangesAndReadOnlyCodesAreTaken) {
   const std::string page = kGoodPage;
   EXPECT_TRUE(Takes(page));
   EXPECT_TRUE(Takes(page + "# comment\n\n8140\t亜唖\nrange 8180 8182 E000\n"));
@@ -32,7 +32,7 @@ TEST(CodePageMakerTest, runs_ranges_and_read_only_codes_are_taken) {
   EXPECT_TRUE(Takes(page, "932\tU+00A5\t5c\n"));
 }
 
-TEST(CodePageMakerTest, a_line_that_cannot_be_read_or_does_not_fit_is_refused) {
+TEST(CodePageMakerTest, ALineThatCannotBeReadOrDoesNotFitIsRefused) {
   const char* lines[] = {
       "rubbish",  "8140 亜", "xx\t亜",     "8340\t亜",           "817F\t亜",           "20\t亜",
       "81\t亜",   "8140\t😀", "8140\t\xFF", "8140\t亜\n8140\t唖", "8140\t亜\n8240\t亜", "range 8140",

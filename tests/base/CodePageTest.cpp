@@ -43,7 +43,7 @@ std::string TextOfCharacter(char32_t character) {
   return text;
 }
 
-TEST(CodePageTest, every_recorded_text_has_its_bytes_and_its_length) {
+TEST(CodePageTest, EveryRecordedTextHasItsBytesAndItsLength) {
   int count = 0;
   for (const auto& each : ReadCases("codepage.json")) {
     const CodePage* page = CodePage::Find(each.at("code_page"));
@@ -62,7 +62,7 @@ TEST(CodePageTest, every_recorded_text_has_its_bytes_and_its_length) {
   EXPECT_EQ(count, 1103);
 }
 
-TEST(CodePageTest, every_similar_character_is_written_for_the_missing_one) {
+TEST(CodePageTest, EverySimilarCharacterIsWrittenForTheMissingOne) {
   std::ifstream in(BEST_FIT_FILE);
   int count = 0;
   for (std::string line; std::getline(in, line);) {
@@ -79,14 +79,14 @@ TEST(CodePageTest, every_similar_character_is_written_for_the_missing_one) {
   EXPECT_EQ(count, 2628);
 }
 
-TEST(CodePageTest, pages_of_other_numbers_are_unknown) {
+TEST(CodePageTest, PagesOfOtherNumbersAreUnknown) {
   for (const int number : {0, 1, 437, 850, 1253, 65001, -1252}) {
     EXPECT_EQ(CodePage::Find(number), nullptr) << number;
   }
   for (const int number : kPages) EXPECT_EQ(CodePage::Find(number)->Number(), number);
 }
 
-TEST(CodePageTest, ascii_is_the_same_in_all_pages_nul_and_controls_included) {
+TEST(CodePageTest, AsciiIsTheSameInAllPagesNulAndControlsIncluded) {
   std::string ascii;
   for (int byte = 0; byte < 0x80; ++byte) ascii.push_back(static_cast<char>(byte));
   for (const int number : kPages) {
@@ -96,7 +96,7 @@ TEST(CodePageTest, ascii_is_the_same_in_all_pages_nul_and_controls_included) {
   }
 }
 
-TEST(CodePageTest, single_byte_text_comes_back_unchanged) {
+TEST(CodePageTest, SingleByteTextComesBackUnchanged) {
   std::string bytes;
   for (int byte = 0; byte < 0x100; ++byte) bytes.push_back(static_cast<char>(byte));
   for (const int number : {1250, 1251, 1252}) {
@@ -108,12 +108,12 @@ TEST(CodePageTest, single_byte_text_comes_back_unchanged) {
   }
 }
 
-TEST(CodePageTest, bytes_without_a_character_are_controls_in_single_byte_pages) {
+TEST(CodePageTest, BytesWithoutACharacterAreControlsInSingleBytePages) {
   EXPECT_EQ(CodePage::Find(1252)->ToUtf8("\x81"), "\xC2\x81");
   EXPECT_EQ(CodePage::Find(1251)->ToUtf8("\x98"), "\xC2\x98");
 }
 
-TEST(CodePageTest, every_character_of_a_double_byte_page_keeps_its_length_and_its_reading) {
+TEST(CodePageTest, EveryCharacterOfADoubleBytePageKeepsItsLengthAndItsReading) {
   for (const int number : {932, 936, 949, 950}) {
     const CodePage* page = CodePage::Find(number);
     int pairs = 0;
@@ -132,13 +132,13 @@ TEST(CodePageTest, every_character_of_a_double_byte_page_keeps_its_length_and_it
   }
 }
 
-TEST(CodePageTest, a_pair_without_a_character_is_one_replacement_character) {
+TEST(CodePageTest, APairWithoutACharacterIsOneReplacementCharacter) {
   const std::string replacement = "\xEF\xBF\xBD";
   EXPECT_EQ(CodePage::Find(932)->ToUtf8("\x81\xAD!"), replacement + "!");
   EXPECT_EQ(CodePage::Find(949)->ToUtf8("\xC9\x41!"), replacement + "!");
 }
 
-TEST(CodePageTest, a_lead_byte_without_a_trail_byte_takes_nothing_with_it) {
+TEST(CodePageTest, ALeadByteWithoutATrailByteTakesNothingWithIt) {
   const std::string replacement = "\xEF\xBF\xBD";
   for (const int number : {932, 936, 949, 950}) {
     const CodePage* page = CodePage::Find(number);
@@ -148,13 +148,13 @@ TEST(CodePageTest, a_lead_byte_without_a_trail_byte_takes_nothing_with_it) {
   }
 }
 
-TEST(CodePageTest, the_two_spellings_of_a_character_are_read_alike_and_written_as_one) {
+TEST(CodePageTest, TheTwoSpellingsOfACharacterAreReadAlikeAndWrittenAsOne) {
   const CodePage* page = CodePage::Find(932);
   EXPECT_EQ(page->ToUtf8("\xED\x40"), page->ToUtf8("\xFA\x5C"));
   EXPECT_EQ(page->FromUtf8(page->ToUtf8("\xED\x40")), "\xFA\x5C");
 }
 
-TEST(CodePageTest, bytes_that_are_no_utf8_become_question_marks) {
+TEST(CodePageTest, BytesThatAreNoUtf8BecomeQuestionMarks) {
   const CodePage* page = CodePage::Find(1252);
   const std::pair<std::string, std::string> cases[] = {{"a\xFFz", "a?z"},
                                                        {"\xC3", "?"},
@@ -172,7 +172,7 @@ TEST(CodePageTest, bytes_that_are_no_utf8_become_question_marks) {
   }
 }
 
-TEST(CodePageTest, non_ascii_characters_at_each_place_of_a_long_run_are_found) {
+TEST(CodePageTest, NonAsciiCharactersAtEachPlaceOfALongRunAreFound) {
   const CodePage* page = CodePage::Find(1252);
   for (std::size_t place = 0; place <= 40; ++place) {
     std::string text(40, 'x'), bytes(40, 'x');

@@ -38,7 +38,7 @@ mode_t ModeOf(const TestMachine& machine, const char* path) {
   return status.st_mode & 07777;
 }
 
-TEST(FileWritingTest, a_write_makes_the_file_or_replaces_all_its_bytes) {
+TEST(FileWritingTest, AWriteMakesTheFileOrReplacesAllItsBytes) {
   const TestMachine machine;
   WriteFile(machine, "C:\\a.txt", "a long first text");
   EXPECT_EQ(machine.Get("C:\\a.txt"), "a long first text");
@@ -48,7 +48,7 @@ TEST(FileWritingTest, a_write_makes_the_file_or_replaces_all_its_bytes) {
   EXPECT_EQ(machine.Get("C:\\a.txt"), "");
 }
 
-TEST(FileWritingTest, a_write_leaves_no_other_file_behind) {
+TEST(FileWritingTest, AWriteLeavesNoOtherFileBehind) {
   const TestMachine machine;
   WriteFile(machine, "C:\\a.txt", "one");
   WriteFile(machine, "C:\\a.txt", "two");
@@ -60,7 +60,7 @@ TEST(FileWritingTest, a_write_leaves_no_other_file_behind) {
   EXPECT_THAT(names, testing::UnorderedElementsAre("a.txt", "b.ini"));
 }
 
-TEST(FileWritingTest, a_replaced_file_keeps_its_mode) {
+TEST(FileWritingTest, AReplacedFileKeepsItsMode) {
   const TestMachine machine;
   for (const mode_t mode : {0600, 0640, 0666, 0755}) {
     machine.Put("C:\\a.txt", "old");
@@ -72,7 +72,7 @@ TEST(FileWritingTest, a_replaced_file_keeps_its_mode) {
   }
 }
 
-TEST(FileWritingTest, a_new_file_has_the_mode_that_the_users_mask_leaves) {
+TEST(FileWritingTest, ANewFileHasTheModeThatTheUsersMaskLeaves) {
   const TestMachine machine;
   const mode_t old_mask = umask(027);
   WriteFile(machine, "C:\\a.txt", "new");
@@ -80,7 +80,7 @@ TEST(FileWritingTest, a_new_file_has_the_mode_that_the_users_mask_leaves) {
   EXPECT_EQ(ModeOf(machine, "C:\\a.txt"), 0640u);
 }
 
-TEST(FileWritingTest, the_target_of_a_link_is_replaced_and_the_link_stays) {
+TEST(FileWritingTest, TheTargetOfALinkIsReplacedAndTheLinkStays) {
   const TestMachine machine;
   machine.Put("C:\\real\\a.ini", "[s]\r\nk=old\r\n");
   fs::create_symlink("real/a.ini", machine.Native("C:\\link.ini"));
@@ -94,7 +94,7 @@ TEST(FileWritingTest, the_target_of_a_link_is_replaced_and_the_link_stays) {
   EXPECT_TRUE(fs::is_symlink(machine.Native("C:\\link.ini")));
 }
 
-TEST(FileWritingTest, a_link_that_leads_nowhere_gets_its_target_made) {
+TEST(FileWritingTest, ALinkThatLeadsNowhereGetsItsTargetMade) {
   const TestMachine machine;
   machine.MakeFolders("C:\\real");
   fs::create_symlink("real/a.txt", machine.Native("C:\\link.txt"));
@@ -103,7 +103,7 @@ TEST(FileWritingTest, a_link_that_leads_nowhere_gets_its_target_made) {
   EXPECT_TRUE(fs::is_symlink(machine.Native("C:\\link.txt")));
 }
 
-TEST(FileWritingTest, links_in_a_circle_are_error_57_and_change_nothing) {
+TEST(FileWritingTest, LinksInACircleAreError57AndChangeNothing) {
   const TestMachine machine;
   fs::create_symlink("b", machine.Native("C:\\a"));
   fs::create_symlink("a", machine.Native("C:\\b"));
@@ -111,7 +111,7 @@ TEST(FileWritingTest, links_in_a_circle_are_error_57_and_change_nothing) {
   EXPECT_TRUE(fs::is_symlink(machine.Native("C:\\a")));
 }
 
-TEST(FileWritingTest, a_write_that_cannot_be_done_raises_its_number_and_changes_nothing) {
+TEST(FileWritingTest, AWriteThatCannotBeDoneRaisesItsNumberAndChangesNothing) {
   const TestMachine machine;
   machine.Put("C:\\locked.ini", "[s]\r\nk=v\r\n");
   chmod(machine.Native("C:\\locked.ini").c_str(), 0444);
@@ -129,7 +129,7 @@ TEST(FileWritingTest, a_write_that_cannot_be_done_raises_its_number_and_changes_
   }
 }
 
-TEST(FileWritingTest, a_write_that_the_system_refuses_is_error_70_and_changes_nothing) {
+TEST(FileWritingTest, AWriteThatTheSystemRefusesIsError70AndChangesNothing) {
   const TestMachine machine;
   chmod(machine.home().c_str(), 0755);
   machine.Put("C:\\others.ini", "[s]\r\nk=v\r\n");
@@ -152,7 +152,7 @@ TEST(FileWritingTest, a_write_that_the_system_refuses_is_error_70_and_changes_no
   }
 }
 
-TEST(FileWritingTest, a_disk_without_room_is_error_61_and_the_old_file_stays) {
+TEST(FileWritingTest, ADiskWithoutRoomIsError61AndTheOldFileStays) {
   const TestMachine machine;
   machine.Put("C:\\a.ini", "[s]\r\nk=v\r\n");
   const std::string before = Picture(machine);
@@ -165,7 +165,7 @@ TEST(FileWritingTest, a_disk_without_room_is_error_61_and_the_old_file_stays) {
   EXPECT_EQ(Picture(machine), before);
 }
 
-TEST(FileWritingTest, what_a_killed_writer_left_is_gone_after_the_next_write) {
+TEST(FileWritingTest, WhatAKilledWriterLeftIsGoneAfterTheNextWrite) {
   const TestMachine machine;
   machine.Put("C:\\" + std::string(kTemporaryName), "half a fi");
   WriteFile(machine, "C:\\a.txt", "whole");
@@ -173,7 +173,7 @@ TEST(FileWritingTest, what_a_killed_writer_left_is_gone_after_the_next_write) {
   EXPECT_EQ(machine.Get("C:\\a.txt"), "whole");
 }
 
-TEST(FileWritingTest, a_file_name_of_the_greatest_length_can_be_written) {
+TEST(FileWritingTest, AFileNameOfTheGreatestLengthCanBeWritten) {
   const TestMachine machine;
   const std::string path = "C:\\" + std::string(255, 'n');
   WriteFile(machine, path, "x");

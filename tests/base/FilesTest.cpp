@@ -29,7 +29,7 @@ std::vector<std::string> NamesOf(const std::vector<FolderEntry>& entries) {
   return names;
 }
 
-TEST(FilesTest, a_drive_is_a_folder_or_link_below_the_home) {
+TEST(FilesTest, ADriveIsAFolderOrLinkBelowTheHome) {
   const TestMachine machine;
   const std::string drives = machine.home() + "/drives";
   EXPECT_EQ(NativePath(machine, "C:"), drives + "/c");
@@ -45,14 +45,14 @@ TEST(FilesTest, a_drive_is_a_folder_or_link_below_the_home) {
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "over the link");
 }
 
-TEST(FilesTest, a_drive_folder_in_upper_case_is_found_too) {
+TEST(FilesTest, ADriveFolderInUpperCaseIsFoundToo) {
   const TestMachine machine;
   fs::create_directory(machine.home() + "/drives/E");
   EXPECT_TRUE(FolderExists(machine, "e:\\"));
   EXPECT_EQ(NativePath(machine, "E:\\x"), machine.home() + "/drives/E/x");
 }
 
-TEST(FilesTest, a_path_without_a_drive_starts_at_the_root) {
+TEST(FilesTest, APathWithoutADriveStartsAtTheRoot) {
   const TestMachine machine;
   EXPECT_EQ(NativePath(machine, "\\no such folder\\x"), "/no such folder/x");
   EXPECT_EQ(NativePath(machine, "no such folder\\x"), "/no such folder/x");
@@ -63,7 +63,7 @@ TEST(FilesTest, a_path_without_a_drive_starts_at_the_root) {
   EXPECT_EQ(ReadFile(machine, PathText(machine.home()) + "\\drives\\c\\a.txt"), "a");
 }
 
-TEST(FilesTest, separators_of_both_kinds_doubled_or_trailing_do_not_matter) {
+TEST(FilesTest, SeparatorsOfBothKindsDoubledOrTrailingDoNotMatter) {
   const TestMachine machine;
   machine.Put("C:\\a\\b\\c.txt", "found");
   for (const char* path : {"C:\\a\\b\\c.txt", "C:/a/b/c.txt", "C:\\\\a\\/b//c.txt", "C:a\\b\\c.txt",
@@ -73,7 +73,7 @@ TEST(FilesTest, separators_of_both_kinds_doubled_or_trailing_do_not_matter) {
   EXPECT_TRUE(FolderExists(machine, "C:\\a\\b\\\\"));
 }
 
-TEST(FilesTest, each_component_is_found_without_regard_to_case_beyond_ascii_too) {
+TEST(FilesTest, EachComponentIsFoundWithoutRegardToCaseBeyondAsciiToo) {
   const TestMachine machine;
   machine.Put("C:\\Quorex\\Été\\Журнал.TXT", "found");
   for (const char* path : {"C:\\QUOREX\\éTé\\ЖУРНАЛ.txt", "c:\\quorex\\ÉTÉ\\журнал.txt",
@@ -83,7 +83,7 @@ TEST(FilesTest, each_component_is_found_without_regard_to_case_beyond_ascii_too)
   EXPECT_FALSE(Exists(machine, "C:\\Quorex\\Ete\\Журнал.TXT"));
 }
 
-TEST(FilesTest, the_exact_name_comes_before_one_that_differs_in_case) {
+TEST(FilesTest, TheExactNameComesBeforeOneThatDiffersInCase) {
   const TestMachine machine;
   machine.Put("C:\\NOTE.TXT", "upper");
   machine.Put("C:\\note.txt", "lower");
@@ -92,14 +92,14 @@ TEST(FilesTest, the_exact_name_comes_before_one_that_differs_in_case) {
   EXPECT_EQ(ReadFile(machine, "C:\\Note.txt"), "upper") << "of several the first by its bytes";
 }
 
-TEST(FilesTest, a_component_that_does_not_exist_stands_as_it_is_given) {
+TEST(FilesTest, AComponentThatDoesNotExistStandsAsItIsGiven) {
   const TestMachine machine;
   machine.MakeFolders("C:\\Logs");
   EXPECT_EQ(NativePath(machine, "C:\\LOGS\\New Log\\A.txt"),
             machine.Native("C:\\Logs\\New Log\\A.txt"));
 }
 
-TEST(FilesTest, a_native_path_becomes_a_path_text_without_a_drive) {
+TEST(FilesTest, ANativePathBecomesAPathTextWithoutADrive) {
   EXPECT_EQ(PathText("/srv/logs/a.txt"), "\\srv\\logs\\a.txt");
   EXPECT_EQ(PathText("/srv//logs/../x"), "\\srv\\x");
   const TestMachine machine;
@@ -107,14 +107,14 @@ TEST(FilesTest, a_native_path_becomes_a_path_text_without_a_drive) {
   EXPECT_EQ(NativePath(machine, text), (fs::current_path() / "a.txt").string());
 }
 
-TEST(FilesTest, a_typed_path_with_a_drive_or_a_backslash_is_a_path_text_and_any_other_native) {
+TEST(FilesTest, ATypedPathWithADriveOrABackslashIsAPathTextAndAnyOtherNative) {
   for (const char* text : {"C:\\a", "c:", "C:a/b", "\\srv\\a", "a\\b"})
     EXPECT_EQ(TypedPathText(text), text);
   for (const char* native : {"/srv/a", "a", "./a/../b", "1:", "1:/x"})
     EXPECT_EQ(TypedPathText(native), PathText(native));
 }
 
-TEST(FilesTest, existence_is_told_for_files_and_folders) {
+TEST(FilesTest, ExistenceIsToldForFilesAndFolders) {
   const TestMachine machine;
   machine.Put("C:\\f\\a.txt", "");
   EXPECT_TRUE(Exists(machine, "C:\\f\\a.txt"));
@@ -127,7 +127,7 @@ TEST(FilesTest, existence_is_told_for_files_and_folders) {
   }
 }
 
-TEST(FilesTest, a_folder_is_scanned_in_ascending_order_without_regard_to_case) {
+TEST(FilesTest, AFolderIsScannedInAscendingOrderWithoutRegardToCase) {
   const TestMachine machine;
   for (const char* name : {"b", "A", "a1", "Z", "_", "26111502", "26111501", "é", "É2", "a", "."}) {
     if (name != std::string(".")) machine.Put(std::string("C:\\s\\") + name, "");
@@ -136,7 +136,7 @@ TEST(FilesTest, a_folder_is_scanned_in_ascending_order_without_regard_to_case) {
               ElementsAre("26111501", "26111502", "A", "a", "a1", "b", "Z", "_", "é", "É2"));
 }
 
-TEST(FilesTest, a_scan_tells_files_folders_and_what_cannot_be_read) {
+TEST(FilesTest, AScanTellsFilesFoldersAndWhatCannotBeRead) {
   const TestMachine machine;
   machine.Put("C:\\s\\file", "");
   machine.MakeFolders("C:\\s\\folder");
@@ -150,7 +150,7 @@ TEST(FilesTest, a_scan_tells_files_folders_and_what_cannot_be_read) {
   EXPECT_EQ(entries[3].kind, Kind::kFolder);
 }
 
-TEST(FilesTest, an_entry_that_no_path_text_can_name_is_unreadable) {
+TEST(FilesTest, AnEntryThatNoPathTextCanNameIsUnreadable) {
   const TestMachine machine;
   machine.MakeFolders("C:\\logs");
   fs::create_directory(machine.home() + "/drives/c/logs/..\\programs");
@@ -160,7 +160,7 @@ TEST(FilesTest, an_entry_that_no_path_text_can_name_is_unreadable) {
   EXPECT_EQ(entries[0].kind, Kind::kUnreadable);
 }
 
-TEST(FilesTest, scanning_what_is_no_folder_is_error_76) {
+TEST(FilesTest, ScanningWhatIsNoFolderIsError76) {
   const TestMachine machine;
   machine.Put("C:\\file", "");
   for (const char* path : {"C:\\none", "C:\\none\\deeper", "C:\\file", "Q:\\", ""}) {
@@ -168,7 +168,7 @@ TEST(FilesTest, scanning_what_is_no_folder_is_error_76) {
   }
 }
 
-TEST(FilesTest, the_stamp_of_a_file_changes_with_the_file_and_only_then) {
+TEST(FilesTest, TheStampOfAFileChangesWithTheFileAndOnlyThen) {
   const TestMachine machine;
   EXPECT_EQ(StampOf(machine, "C:\\a.txt"), FileStamp());
   EXPECT_EQ(StampOf(machine, ""), FileStamp());
@@ -180,7 +180,7 @@ TEST(FilesTest, the_stamp_of_a_file_changes_with_the_file_and_only_then) {
   EXPECT_NE(StampOf(machine, "C:\\a.txt"), first);
 }
 
-TEST(FilesTest, a_file_is_read_with_all_its_bytes) {
+TEST(FilesTest, AFileIsReadWithAllItsBytes) {
   const TestMachine machine;
   std::string bytes(100000, '\0');
   for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7);
@@ -190,7 +190,7 @@ TEST(FilesTest, a_file_is_read_with_all_its_bytes) {
   EXPECT_EQ(ReadFile(machine, "C:\\empty"), "");
 }
 
-TEST(FilesTest, reading_raises_53_for_a_file_76_for_its_folder_75_for_a_folder_or_no_name) {
+TEST(FilesTest, ReadingRaises53ForAFile76ForItsFolder75ForAFolderOrNoName) {
   const TestMachine machine;
   machine.Put("C:\\f\\a.txt", "");
   EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, "C:\\f\\b.txt"); }), 53);
@@ -201,7 +201,7 @@ TEST(FilesTest, reading_raises_53_for_a_file_76_for_its_folder_75_for_a_folder_o
   EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, ""); }), 75);
 }
 
-TEST(FilesTest, a_pipe_or_device_is_no_file_and_nobody_waits_for_it) {
+TEST(FilesTest, APipeOrDeviceIsNoFileAndNobodyWaitsForIt) {
   const TestMachine machine;
   ASSERT_EQ(mkfifo((machine.home() + "/drives/c/errlog.txt").c_str(), 0600), 0);
   fs::create_symlink("/dev/zero", machine.home() + "/drives/c/acqlog.txt");
@@ -215,7 +215,7 @@ TEST(FilesTest, a_pipe_or_device_is_no_file_and_nobody_waits_for_it) {
   }
 }
 
-TEST(FilesTest, what_the_system_refuses_is_error_70) {
+TEST(FilesTest, WhatTheSystemRefusesIsError70) {
   const TestMachine machine;
   machine.Put("C:\\f\\a.txt", "secret");
   machine.MakeFolders("C:\\f\\folder");
@@ -236,7 +236,7 @@ TEST(FilesTest, what_the_system_refuses_is_error_70) {
   EXPECT_EQ(machine.Get("C:\\f\\a.txt"), "secret");
 }
 
-TEST(FilesTest, one_folder_is_made_and_only_one_level) {
+TEST(FilesTest, OneFolderIsMadeAndOnlyOneLevel) {
   const TestMachine machine;
   MakeFolder(machine, "C:\\logs");
   EXPECT_TRUE(FolderExists(machine, "C:\\logs"));
@@ -251,7 +251,7 @@ TEST(FilesTest, one_folder_is_made_and_only_one_level) {
   EXPECT_FALSE(Exists(machine, "C:\\x"));
 }
 
-TEST(FilesTest, an_empty_folder_is_removed_and_a_full_one_stays) {
+TEST(FilesTest, AnEmptyFolderIsRemovedAndAFullOneStays) {
   const TestMachine machine;
   machine.Put("C:\\full\\a.txt", "a");
   machine.MakeFolders("C:\\empty");
@@ -263,7 +263,7 @@ TEST(FilesTest, an_empty_folder_is_removed_and_a_full_one_stays) {
   EXPECT_EQ(machine.Get("C:\\full\\a.txt"), "a");
 }
 
-TEST(FilesTest, what_a_killed_writer_left_is_no_entry_and_does_not_keep_a_folder) {
+TEST(FilesTest, WhatAKilledWriterLeftIsNoEntryAndDoesNotKeepAFolder) {
   const TestMachine machine;
   machine.Put("C:\\log\\" + std::string(kTemporaryName), "half a fi");
   EXPECT_TRUE(ScanFolder(machine, "C:\\log").empty());
@@ -277,7 +277,7 @@ TEST(FilesTest, what_a_killed_writer_left_is_no_entry_and_does_not_keep_a_folder
   EXPECT_FALSE(machine.Has("C:\\log"));
 }
 
-TEST(FilesTest, one_file_is_deleted) {
+TEST(FilesTest, OneFileIsDeleted) {
   const TestMachine machine;
   machine.Put("C:\\f\\a.txt", "");
   machine.Put("C:\\f\\b.txt", "");
@@ -292,7 +292,7 @@ TEST(FilesTest, one_file_is_deleted) {
   EXPECT_TRUE(machine.Has("C:\\f\\b.txt"));
 }
 
-TEST(FilesTest, a_link_is_deleted_and_its_target_stays) {
+TEST(FilesTest, ALinkIsDeletedAndItsTargetStays) {
   const TestMachine machine;
   machine.Put("C:\\target.txt", "kept");
   fs::create_symlink("target.txt", machine.Native("C:\\link.txt"));
@@ -303,7 +303,7 @@ TEST(FilesTest, a_link_is_deleted_and_its_target_stays) {
   EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\")), ElementsAre("target.txt"));
 }
 
-TEST(FilesTest, deleting_the_files_of_a_folder_spares_folders_and_hidden_files) {
+TEST(FilesTest, DeletingTheFilesOfAFolderSparesFoldersAndHiddenFiles) {
   const TestMachine machine;
   machine.Put("C:\\f\\a.txt", "");
   machine.Put("C:\\f\\no extension", "");
@@ -314,7 +314,7 @@ TEST(FilesTest, deleting_the_files_of_a_folder_spares_folders_and_hidden_files) 
   EXPECT_TRUE(machine.Has("C:\\f\\sub\\b.txt"));
 }
 
-TEST(FilesTest, deleting_spares_a_read_only_file_deletes_the_others_and_raises_75) {
+TEST(FilesTest, DeletingSparesAReadOnlyFileDeletesTheOthersAndRaises75) {
   const TestMachine machine;
   for (const char* name : {"a", "b", "c"}) machine.Put(std::string("C:\\f\\") + name, "");
   chmod(machine.Native("C:\\f\\b").c_str(), 0444);
@@ -322,7 +322,7 @@ TEST(FilesTest, deleting_spares_a_read_only_file_deletes_the_others_and_raises_7
   EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\f")), ElementsAre("b"));
 }
 
-TEST(FilesTest, deleting_raises_53_where_no_file_matches_and_76_without_the_folder) {
+TEST(FilesTest, DeletingRaises53WhereNoFileMatchesAnd76WithoutTheFolder) {
   const TestMachine machine;
   machine.MakeFolders("C:\\f\\sub");
   machine.Put("C:\\f\\.hidden", "");
@@ -330,7 +330,7 @@ TEST(FilesTest, deleting_raises_53_where_no_file_matches_and_76_without_the_fold
   EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\g"); }), 76);
 }
 
-TEST(FilesTest, a_native_path_below_a_drive_has_a_path_text_with_that_drive) {
+TEST(FilesTest, ANativePathBelowADriveHasAPathTextWithThatDrive) {
   const TestMachine machine;
   EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/c"), "C:\\");
   EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/c/a/b"), "C:\\a\\b");
@@ -339,7 +339,7 @@ TEST(FilesTest, a_native_path_below_a_drive_has_a_path_text_with_that_drive) {
   EXPECT_EQ(DrivePathText(machine, "/usr/bin"), "\\usr\\bin");
 }
 
-TEST(FilesTest, a_native_path_below_the_target_of_a_drive_that_is_a_link_has_that_drive) {
+TEST(FilesTest, ANativePathBelowTheTargetOfADriveThatIsALinkHasThatDrive) {
   const TestMachine machine;
   fs::create_directories(machine.home() + "/disk/of the workstation");
   fs::create_directory_symlink("../disk", machine.home() + "/drives/d");
@@ -351,7 +351,7 @@ TEST(FilesTest, a_native_path_below_the_target_of_a_drive_that_is_a_link_has_tha
   EXPECT_EQ(DrivePathText(machine, disk + "ette/x"), PathText(disk + "ette/x"));
 }
 
-TEST(FilesTest, a_copy_has_the_same_bytes_and_replaces_what_was_there) {
+TEST(FilesTest, ACopyHasTheSameBytesAndReplacesWhatWasThere) {
   const TestMachine machine;
   machine.Put("C:\\a.txt", "text\r\n");
   machine.Put("C:\\f\\b.txt", "older and longer");
@@ -362,7 +362,7 @@ TEST(FilesTest, a_copy_has_the_same_bytes_and_replaces_what_was_there) {
   EXPECT_FALSE(machine.Has("C:\\c.txt"));
 }
 
-TEST(FilesTest, a_file_of_a_quarter_gigabyte_is_copied_through_bounded_memory) {
+TEST(FilesTest, AFileOfAQuarterGigabyteIsCopiedThroughBoundedMemory) {
   const TestMachine machine;
   machine.Put("C:\\big.bin", "x");
   fs::resize_file(machine.Native("C:\\big.bin"), 256 << 20);

@@ -16,7 +16,7 @@ std::vector<std::string> LinesOf(InputFile& file) {
   return lines;
 }
 
-TEST(InputFileTest, lines_end_at_cr_lf_cr_or_lf) {
+TEST(InputFileTest, LinesEndAtCrLfCrOrLf) {
   const TestMachine machine;
   const std::pair<std::string, std::vector<std::string>> cases[] = {
       {"", {}},
@@ -38,7 +38,7 @@ TEST(InputFileTest, lines_end_at_cr_lf_cr_or_lf) {
   }
 }
 
-TEST(InputFileTest, line_ends_across_the_border_of_the_buffer_are_whole) {
+TEST(InputFileTest, LineEndsAcrossTheBorderOfTheBufferAreWhole) {
   const TestMachine machine;
   constexpr std::size_t kBorder = 65536;
   for (const std::string end : {"\r\n", "\r", "\n"}) {
@@ -51,7 +51,7 @@ TEST(InputFileTest, line_ends_across_the_border_of_the_buffer_are_whole) {
   }
 }
 
-TEST(InputFileTest, reading_on_at_the_end_is_error_62) {
+TEST(InputFileTest, ReadingOnAtTheEndIsError62) {
   const TestMachine machine;
   machine.Put("C:\\a.txt", "one\r\n");
   InputFile file(machine, "C:\\a.txt");
@@ -61,7 +61,7 @@ TEST(InputFileTest, reading_on_at_the_end_is_error_62) {
   EXPECT_EQ(NumberRaisedBy([&] { file.ReadLine(); }), 62);
 }
 
-TEST(InputFileTest, bytes_are_seen_and_taken_one_by_one_between_lines) {
+TEST(InputFileTest, BytesAreSeenAndTakenOneByOneBetweenLines) {
   const TestMachine machine;
   machine.Put("C:\\a.txt",
               "\xFF"
@@ -77,7 +77,7 @@ TEST(InputFileTest, bytes_are_seen_and_taken_one_by_one_between_lines) {
   EXPECT_EQ(file.Get(), -1);
 }
 
-TEST(InputFileTest, bytes_are_taken_across_the_border_of_the_buffer) {
+TEST(InputFileTest, BytesAreTakenAcrossTheBorderOfTheBuffer) {
   const TestMachine machine;
   std::string bytes(200000, '\0');
   for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i % 251);
@@ -90,7 +90,7 @@ TEST(InputFileTest, bytes_are_taken_across_the_border_of_the_buffer) {
   EXPECT_EQ(taken, bytes);
 }
 
-TEST(InputFileTest, a_moved_reader_goes_on_where_it_was) {
+TEST(InputFileTest, AMovedReaderGoesOnWhereItWas) {
   const TestMachine machine;
   machine.Put("C:\\a.txt", "one\r\ntwo\r\n");
   InputFile file(machine, "C:\\a.txt");
@@ -99,7 +99,7 @@ TEST(InputFileTest, a_moved_reader_goes_on_where_it_was) {
   EXPECT_EQ(other.ReadLine(), "two");
 }
 
-TEST(InputFileTest, opening_raises_53_75_and_76) {
+TEST(InputFileTest, OpeningRaises5375And76) {
   const TestMachine machine;
   machine.MakeFolders("C:\\folder");
   const std::pair<const char*, int> cases[] = {

@@ -40,7 +40,7 @@ class Variable {
   std::optional<std::string> old_;
 };
 
-TEST(MachineTest, the_home_is_the_first_of_three_variables_that_is_set) {
+TEST(MachineTest, TheHomeIsTheFirstOfThreeVariablesThatIsSet) {
   const Variable home("HOME", "/home/service");
   const Variable data("XDG_DATA_HOME", "/data/");
   {
@@ -53,7 +53,7 @@ TEST(MachineTest, the_home_is_the_first_of_three_variables_that_is_set) {
   EXPECT_EQ(DefaultHome(), "/home/service/.local/share/quorex-logbook");
 }
 
-TEST(MachineTest, an_empty_variable_does_not_count_nor_does_a_relative_data_folder) {
+TEST(MachineTest, AnEmptyVariableDoesNotCountNorDoesARelativeDataFolder) {
   const Variable home("HOME", "/home/service");
   const Variable own("LOGBOOK_HOME", "");
   {
@@ -70,7 +70,7 @@ std::string HiveWithCodePage(const std::string& value) {
          value + "\r\n";
 }
 
-TEST(MachineTest, the_code_page_is_what_the_hive_says_and_1252_else) {
+TEST(MachineTest, TheCodePageIsWhatTheHiveSaysAnd1252Else) {
   const std::pair<const char*, int> cases[] = {
       {"\"932\"", 932},   {"\"936\"", 936},   {"\"949\"", 949},         {"\"950\"", 950},
       {"\"1250\"", 1250}, {"\"1251\"", 1251}, {"\"1252\"", 1252},       {"\"437\"", 1252},
@@ -84,7 +84,7 @@ TEST(MachineTest, the_code_page_is_what_the_hive_says_and_1252_else) {
   }
 }
 
-TEST(MachineTest, a_home_is_absolute_and_has_no_slash_at_its_end_however_it_is_given) {
+TEST(MachineTest, AHomeIsAbsoluteAndHasNoSlashAtItsEndHoweverItIsGiven) {
   const TestMachine machine;
   const std::string relative = fs::relative(machine.home()).string();
   for (const std::string& home : {machine.home() + "/", machine.home() + "//", relative,
@@ -94,7 +94,7 @@ TEST(MachineTest, a_home_is_absolute_and_has_no_slash_at_its_end_however_it_is_g
   EXPECT_EQ(OpenMachine("/").home, "/");
 }
 
-TEST(MachineTest, a_machine_without_a_hive_or_a_home_has_code_page_1252) {
+TEST(MachineTest, AMachineWithoutAHiveOrAHomeHasCodePage1252) {
   const TestMachine machine;
   EXPECT_EQ(OpenMachine(machine.home()).code_page->Number(), 1252);
   EXPECT_EQ(OpenMachine(machine.home() + "/none").code_page->Number(), 1252);

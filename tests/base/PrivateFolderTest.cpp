@@ -23,7 +23,7 @@ mode_t ModeOf(const TestMachine& machine, const char* path) {
   return status.st_mode & 07777;
 }
 
-TEST(PrivateFolderTest, a_folder_is_its_owners_alone_whether_it_is_new_or_not) {
+TEST(PrivateFolderTest, AFolderIsItsOwnersAloneWhetherItIsNewOrNot) {
   const TestMachine machine;
   MakePrivateFolder(machine, "C:\\new");
   EXPECT_EQ(ModeOf(machine, "C:\\new"), 0700u);
@@ -34,7 +34,7 @@ TEST(PrivateFolderTest, a_folder_is_its_owners_alone_whether_it_is_new_or_not) {
   EXPECT_EQ(machine.Get("C:\\old\\a.txt"), "a");
 }
 
-TEST(PrivateFolderTest, a_file_of_the_name_is_error_75_and_a_missing_parent_76) {
+TEST(PrivateFolderTest, AFileOfTheNameIsError75AndAMissingParent76) {
   const TestMachine machine;
   machine.Put("C:\\file", "bytes");
   EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(machine, "C:\\file"); }), 75);
@@ -42,7 +42,7 @@ TEST(PrivateFolderTest, a_file_of_the_name_is_error_75_and_a_missing_parent_76) 
   EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(machine, "C:\\none\\new"); }), 76);
 }
 
-TEST(PrivateFolderTest, a_folder_or_a_link_of_another_user_is_error_70) {
+TEST(PrivateFolderTest, AFolderOrALinkOfAnotherUserIsError70) {
   if (geteuid() != 0) GTEST_SKIP() << "only the administrator can make what is another user's";
   const TestMachine machine;
   constexpr uid_t kNobody = 65534;
@@ -57,7 +57,7 @@ TEST(PrivateFolderTest, a_folder_or_a_link_of_another_user_is_error_70) {
   EXPECT_EQ(ModeOf(machine, "C:\\ours"), 0755u);
 }
 
-TEST(PrivateFolderTest, a_hidden_folder_stands_once_in_the_list_of_the_folder_above) {
+TEST(PrivateFolderTest, AHiddenFolderStandsOnceInTheListOfTheFolderAbove) {
   const TestMachine machine;
   machine.MakeFolders("C:\\one");
   HideFolder(machine, "C:\\one\\");
@@ -66,7 +66,7 @@ TEST(PrivateFolderTest, a_hidden_folder_stands_once_in_the_list_of_the_folder_ab
   EXPECT_EQ(machine.Get("C:\\.hidden"), "one\ntwo\n");
 }
 
-TEST(PrivateFolderTest, a_last_line_without_a_line_end_is_not_joined_with_the_name) {
+TEST(PrivateFolderTest, ALastLineWithoutALineEndIsNotJoinedWithTheName) {
   const TestMachine machine;
   machine.Put("C:\\.hidden", "by hand");
   HideFolder(machine, "C:\\one");

@@ -45,7 +45,7 @@ void CheckCall(const TestMachine& machine, const nlohmann::json& call, const std
   }
 }
 
-TEST(ProfileTest, every_recorded_call_gives_its_value_and_its_file) {
+TEST(ProfileTest, EveryRecordedCallGivesItsValueAndItsFile) {
   int count = 0;
   for (const auto& each : ReadCases("profile.json")) {
     const std::string id = each.at("id");
@@ -70,7 +70,7 @@ std::string AfterWriting(const std::string& before, std::string_view section, st
   return machine.Get(kFile);
 }
 
-TEST(ProfileTest, a_missing_file_folder_or_drive_gives_the_default) {
+TEST(ProfileTest, AMissingFileFolderOrDriveGivesTheDefault) {
   const TestMachine machine;
   for (const char* file : {"C:\\none.ini", "C:\\none\\a.ini", "Q:\\a.ini", "C:\\", ""}) {
     EXPECT_EQ(GetPrivateProfileString(machine, "s", "k", "dflt", 512, file), "dflt") << file;
@@ -78,7 +78,7 @@ TEST(ProfileTest, a_missing_file_folder_or_drive_gives_the_default) {
   }
 }
 
-TEST(ProfileTest, a_value_is_cut_to_one_byte_less_than_the_size_and_may_be_cut_to_nothing) {
+TEST(ProfileTest, AValueIsCutToOneByteLessThanTheSizeAndMayBeCutToNothing) {
   const TestMachine machine;
   machine.Put(kFile, "[s]\r\nk=value\r\n");
   EXPECT_EQ(GetPrivateProfileString(machine, "s", "k", "", 1, kFile), "");
@@ -86,14 +86,14 @@ TEST(ProfileTest, a_value_is_cut_to_one_byte_less_than_the_size_and_may_be_cut_t
   EXPECT_EQ(GetPrivateProfileString(machine, "s", "none", "default", 4, kFile), "def");
 }
 
-TEST(ProfileTest, an_empty_value_is_a_value) {
+TEST(ProfileTest, AnEmptyValueIsAValue) {
   const TestMachine machine;
   machine.Put(kFile, "[s]\r\nk=\r\n");
   EXPECT_EQ(Read(machine, "s", "k"), "");
   EXPECT_EQ(GetPrivateProfileInt(machine, "s", "k", 7, kFile), 0);
 }
 
-TEST(ProfileTest, names_beyond_ascii_are_compared_without_regard_to_case) {
+TEST(ProfileTest, NamesBeyondAsciiAreComparedWithoutRegardToCase) {
   const TestMachine machine;
   machine.Put(kFile, "[\xC9t\xE9]\r\n\xE0=1\r\n");
   EXPECT_EQ(Read(machine, "éTÉ", "À"), "1");
@@ -101,32 +101,32 @@ TEST(ProfileTest, names_beyond_ascii_are_compared_without_regard_to_case) {
             "[\xC9t\xE9]\r\n\xE0=2\r\n");
 }
 
-TEST(ProfileTest, names_go_through_the_code_page_before_they_are_compared) {
+TEST(ProfileTest, NamesGoThroughTheCodePageBeforeTheyAreCompared) {
   const TestMachine machine;
   machine.Put(kFile, "[A]\r\n?=1\r\n");
   EXPECT_EQ(Read(machine, "Ā", "漢"), "1");
 }
 
-TEST(ProfileTest, second_bytes_of_characters_are_no_brackets) {
+TEST(ProfileTest, SecondBytesOfCharactersAreNoBrackets) {
   const TestMachine machine(932);
   machine.Put(kFile, "[\x83\x5D]\r\nk=1\r\n[\x83\x5B\r\nk=2\r\n");
   EXPECT_EQ(Read(machine, "ゾ", "k"), "1");
   EXPECT_EQ(Read(machine, "ゼ", "k"), "dflt");
 }
 
-TEST(ProfileTest, a_double_byte_value_may_be_cut_inside_a_character) {
+TEST(ProfileTest, ADoubleByteValueMayBeCutInsideACharacter) {
   const TestMachine machine(932);
   machine.Put(kFile, "[s]\r\nk=\x8A\xBF\x8E\x9A\r\n");
   EXPECT_EQ(GetPrivateProfileString(machine, "s", "k", "", 4, kFile), "\x8A\xBF\x8E");
 }
 
-TEST(ProfileTest, a_value_ends_at_a_nul) {
+TEST(ProfileTest, AValueEndsAtANul) {
   const TestMachine machine;
   machine.Put(kFile, std::string("[s]\r\nk=ab\0cd\r\n", 14));
   EXPECT_EQ(Read(machine, "s", "k"), "ab");
 }
 
-TEST(ProfileTest, a_mark_before_the_first_line_does_not_count_and_stays) {
+TEST(ProfileTest, AMarkBeforeTheFirstLineDoesNotCountAndStays) {
   const TestMachine machine;
   machine.Put(kFile, "\xEF\xBB\xBF[s]\r\nk=1\r\n");
   EXPECT_EQ(Read(machine, "s", "k"), "1");
@@ -134,7 +134,7 @@ TEST(ProfileTest, a_mark_before_the_first_line_does_not_count_and_stays) {
             "\xEF\xBB\xBF[s]\r\nk=2\r\n");
 }
 
-TEST(ProfileTest, comment_lines_and_lines_without_an_equals_sign_hold_no_key) {
+TEST(ProfileTest, CommentLinesAndLinesWithoutAnEqualsSignHoldNoKey) {
   const TestMachine machine;
   machine.Put(kFile, "[s]\r\n;k=1\r\n ; k=2\r\nk\r\n[s\r\nz=3\r\n");
   EXPECT_EQ(Read(machine, "s", "k"), "dflt");
@@ -142,7 +142,7 @@ TEST(ProfileTest, comment_lines_and_lines_without_an_equals_sign_hold_no_key) {
   EXPECT_EQ(Read(machine, "s", "z"), "3");
 }
 
-TEST(ProfileTest, only_the_first_of_two_equal_sections_is_looked_at) {
+TEST(ProfileTest, OnlyTheFirstOfTwoEqualSectionsIsLookedAt) {
   const TestMachine machine;
   machine.Put(kFile, "[s]\r\na=1\r\n[t]\r\n[S]\r\nb=2\r\n");
   EXPECT_EQ(Read(machine, "s", "b"), "dflt");
@@ -150,7 +150,7 @@ TEST(ProfileTest, only_the_first_of_two_equal_sections_is_looked_at) {
             "[s]\r\na=1\r\nb=3\r\n[t]\r\n[S]\r\nb=2\r\n");
 }
 
-TEST(ProfileTest, whole_numbers_have_a_sign_and_end_at_the_first_other_character) {
+TEST(ProfileTest, WholeNumbersHaveASignAndEndAtTheFirstOtherCharacter) {
   const std::pair<const char*, int> cases[] = {{"-5", -5},    {"12abc", 12}, {"abc", 0}, {"1 2", 1},
                                                {"\" 8\"", 8}, {"0x10", 0},   {"1.9", 1}};
   for (const auto& [value, number] : cases) {
@@ -160,7 +160,7 @@ TEST(ProfileTest, whole_numbers_have_a_sign_and_end_at_the_first_other_character
   }
 }
 
-TEST(ProfileTest, a_write_touches_the_value_and_nothing_else_in_its_line) {
+TEST(ProfileTest, AWriteTouchesTheValueAndNothingElseInItsLine) {
   EXPECT_EQ(AfterWriting("[s]\r\n k \t= \t1\t \r\n", "s", "k", "2"), "[s]\r\n k \t= \t2\t \r\n");
   EXPECT_EQ(AfterWriting("[s]\nk='1'\nz=3", "s", "k", "2"), "[s]\nk=2\nz=3");
   EXPECT_EQ(AfterWriting("[s]\rk=\rz=3\r", "s", "k", "2"), "[s]\rk=2\rz=3\r");
@@ -168,7 +168,7 @@ TEST(ProfileTest, a_write_touches_the_value_and_nothing_else_in_its_line) {
   EXPECT_EQ(AfterWriting("[s]\r\nk=1", "s", "k", "2"), "[s]\r\nk=2");
 }
 
-TEST(ProfileTest, a_new_key_goes_behind_the_last_line_of_its_section_that_is_not_blank) {
+TEST(ProfileTest, ANewKeyGoesBehindTheLastLineOfItsSectionThatIsNotBlank) {
   EXPECT_EQ(AfterWriting("[a]\r\nx=1\r\n;c\r\n\r\n \t\r\n[b]\r\n", "a", "k", "v"),
             "[a]\r\nx=1\r\n;c\r\nk=v\r\n\r\n \t\r\n[b]\r\n");
   EXPECT_EQ(AfterWriting("[a]\r\n\r\n[b]\r\n", "a", "k", "v"), "[a]\r\nk=v\r\n\r\n[b]\r\n");
@@ -176,26 +176,26 @@ TEST(ProfileTest, a_new_key_goes_behind_the_last_line_of_its_section_that_is_not
   EXPECT_EQ(AfterWriting("[a]", "a", "k", "v"), "[a]\r\nk=v\r\n");
 }
 
-TEST(ProfileTest, a_new_section_goes_to_the_end_of_the_file) {
+TEST(ProfileTest, ANewSectionGoesToTheEndOfTheFile) {
   EXPECT_EQ(AfterWriting("", "s", "k", "v"), "[s]\r\nk=v\r\n");
   EXPECT_EQ(AfterWriting("[a]\r\n\r\n", "s", "k", "v"), "[a]\r\n\r\n[s]\r\nk=v\r\n");
   EXPECT_EQ(AfterWriting("[a]\nx=1\n", "s", "k", "v"), "[a]\nx=1\n[s]\r\nk=v\r\n");
   EXPECT_EQ(AfterWriting("k=v", "s", "k", "v"), "k=v\r\n[s]\r\nk=v\r\n");
 }
 
-TEST(ProfileTest, bytes_that_stand_for_no_character_survive_a_write) {
+TEST(ProfileTest, BytesThatStandForNoCharacterSurviveAWrite) {
   const std::string odd = "[s]\r\nx=\x81\x7F\xFF\x80\r\n\xFF\xFE\r\n";
   for (const int page : {932, 936, 949, 950, 1250, 1251, 1252}) {
     EXPECT_EQ(AfterWriting(odd + "k=1\r\n", "s", "k", "2", page), odd + "k=2\r\n") << page;
   }
 }
 
-TEST(ProfileTest, a_written_text_is_in_the_code_page_with_similar_characters) {
+TEST(ProfileTest, AWrittenTextIsInTheCodePageWithSimilarCharacters) {
   EXPECT_EQ(AfterWriting("", "s", "k", "été ＡĀ漢"), "[s]\r\nk=\xE9t\xE9 AA?\r\n");
   EXPECT_EQ(AfterWriting("", "節", "鍵", "値", 932), "[\x90\xDF]\r\n\x8C\xAE=\x92\x6C\r\n");
 }
 
-TEST(ProfileTest, the_end_mark_of_old_editors_is_a_blank) {
+TEST(ProfileTest, TheEndMarkOfOldEditorsIsABlank) {
   const TestMachine machine;
   machine.Put(kFile, "[s]\r\nk=1\x1A");
   EXPECT_EQ(Read(machine, "s", "k"), "1");
@@ -203,7 +203,7 @@ TEST(ProfileTest, the_end_mark_of_old_editors_is_a_blank) {
             "[s]\r\nk=1\r\n\x1A\r\n[t]\r\nk=2\r\n");
 }
 
-TEST(ProfileTest, the_example_of_the_manual_comes_out_as_printed_there) {
+TEST(ProfileTest, TheExampleOfTheManualComesOutAsPrintedThere) {
   const TestMachine machine;
   machine.Put(kFile,
               "; written by service\r\n[Header3]\r\nCat=Meter\r\nItem = 7\r\n\r\n"
@@ -224,7 +224,7 @@ TEST(ProfileTest, the_example_of_the_manual_comes_out_as_printed_there) {
             "[LogBook]\r\nLastFile=C:\\QUOREX\\maintain\\26111500\\\r\n");
 }
 
-TEST(ProfileTest, the_value_is_found_again_whatever_stood_in_the_file) {
+TEST(ProfileTest, TheValueIsFoundAgainWhateverStoodInTheFile) {
   for (const auto& each : ReadCases("profile.json")) {
     const TestMachine machine(each.at("code_page"));
     machine.MakeFolders("C:\\folder");
@@ -237,7 +237,7 @@ TEST(ProfileTest, the_value_is_found_again_whatever_stood_in_the_file) {
   }
 }
 
-TEST(ProfileTest, every_prefix_of_a_good_file_is_read_and_written_without_fault) {
+TEST(ProfileTest, EveryPrefixOfAGoodFileIsReadAndWrittenWithoutFault) {
   const std::string whole =
       "; head\r\n\r\n[LogFile]\r\nDate=11/15/2026 05:09:59\r\n[OPTION]\r\nLENS = \"1\"\r\n"
       "junk\r\n;x=1\r\n[\x83\x5D]\r\nk=\x8A\xBF\r\n";

@@ -45,7 +45,7 @@ int CountFiles(const TestMachine& machine) {
   return count;
 }
 
-TEST(ProfileWritersTest, two_processes_that_write_the_same_file_lose_no_key) {
+TEST(ProfileWritersTest, TwoProcessesThatWriteTheSameFileLoseNoKey) {
   const TestMachine machine;
   machine.MakeFolders("C:\\folder");
   const auto write_keys = [&machine](const std::string& prefix) {
@@ -70,7 +70,7 @@ TEST(ProfileWritersTest, two_processes_that_write_the_same_file_lose_no_key) {
   EXPECT_EQ(CountFiles(machine), 1);
 }
 
-TEST(ProfileWritersTest, a_reader_beside_a_writer_sees_whole_values_only) {
+TEST(ProfileWritersTest, AReaderBesideAWriterSeesWholeValuesOnly) {
   const TestMachine machine;
   machine.Put(kFile, "[Shared]\r\nother=kept\r\nv=0\r\n");
   const pid_t writer = Start([&machine] {
@@ -100,7 +100,7 @@ void WriteForever(const Machine& machine, int pipe_end) {
   }
 }
 
-TEST(ProfileWritersTest, a_writer_killed_at_any_moment_tears_nothing_and_blocks_nobody) {
+TEST(ProfileWritersTest, AWriterKilledAtAnyMomentTearsNothingAndBlocksNobody) {
   const TestMachine machine;
   machine.Put(kFile, "; top\r\n[Shared]\r\nother=kept\r\nv=start\r\n\r\n[Last]\r\nx=1\r\n");
   std::mt19937 random(20261115);

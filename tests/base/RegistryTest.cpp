@@ -41,7 +41,7 @@ std::string Utf16(const std::string& text) {
 
 using Text = std::optional<std::string>;
 
-TEST(RegistryTest, a_text_is_found_in_utf16_and_in_utf8_with_or_without_a_mark) {
+TEST(RegistryTest, ATextIsFoundInUtf16AndInUtf8WithOrWithoutAMark) {
   const std::string hive = Hive("\"Path\"=\"C:\\\\QUOREX\\\\Été 測定 😀\"\r\n");
   const Text expected = "C:\\QUOREX\\Été 測定 😀";
   EXPECT_EQ(FindRegistryText(hive, kKey, "Path"), expected);
@@ -49,7 +49,7 @@ TEST(RegistryTest, a_text_is_found_in_utf16_and_in_utf8_with_or_without_a_mark) 
   EXPECT_EQ(FindRegistryText(Utf16(hive), kKey, "Path"), expected);
 }
 
-TEST(RegistryTest, keys_and_names_are_compared_without_regard_to_case) {
+TEST(RegistryTest, KeysAndNamesAreComparedWithoutRegardToCase) {
   const std::string hive = Hive("\"Path\"=\"x\"\r\n\"Été\"=\"y\"\r\n");
   EXPECT_EQ(FindRegistryText(
                 hive, R"(software\NORVANE instruments\quorex TESSALINE\currentversion)", "PATH"),
@@ -57,7 +57,7 @@ TEST(RegistryTest, keys_and_names_are_compared_without_regard_to_case) {
   EXPECT_EQ(FindRegistryText(hive, kKey, "ÉTÉ"), Text("y"));
 }
 
-TEST(RegistryTest, each_form_of_a_text_is_read) {
+TEST(RegistryTest, EachFormOfATextIsRead) {
   const std::pair<const char*, const char*> cases[] = {
       {"\"v\"=\"plain\"", "plain"},
       {"\"v\"=\"\"", ""},
@@ -75,16 +75,16 @@ TEST(RegistryTest, each_form_of_a_text_is_read) {
   }
 }
 
-TEST(RegistryTest, the_default_value_of_a_key_has_an_empty_name) {
+TEST(RegistryTest, TheDefaultValueOfAKeyHasAnEmptyName) {
   EXPECT_EQ(FindRegistryText(Hive("@=\"standard\"\r\n\"v\"=\"x\""), kKey, ""), Text("standard"));
   EXPECT_EQ(FindRegistryText(Hive("\"v\"=\"x\""), kKey, ""), std::nullopt);
 }
 
-TEST(RegistryTest, a_name_may_hold_quotes_backslashes_and_equals_signs) {
+TEST(RegistryTest, ANameMayHoldQuotesBackslashesAndEqualsSigns) {
   EXPECT_EQ(FindRegistryText(Hive("\"a=\\\"b\\\\\"=\"x\""), kKey, "a=\"b\\"), Text("x"));
 }
 
-TEST(RegistryTest, a_value_that_is_no_text_is_none) {
+TEST(RegistryTest, AValueThatIsNoTextIsNone) {
   for (const char* lines :
        {"\"v\"=dword:0000000a", "\"v\"=hex:01,02,\\\r\n  03", "\"v\"=hex(7):41,00,00,00,00,00",
         "\"v\"=hex(b):01,00,00,00,00,00,00,00", "\"v\"=\"old\"\r\n\"v\"=dword:00000001"}) {
@@ -92,13 +92,13 @@ TEST(RegistryTest, a_value_that_is_no_text_is_none) {
   }
 }
 
-TEST(RegistryTest, bytes_that_go_on_in_the_next_line_do_not_hide_what_follows) {
+TEST(RegistryTest, BytesThatGoOnInTheNextLineDoNotHideWhatFollows) {
   EXPECT_EQ(
       FindRegistryText(Hive("\"b\"=hex:01,\\\r\n  02,\\\r\n  03\r\n\"v\"=\"x\"\r\n"), kKey, "v"),
       Text("x"));
 }
 
-TEST(RegistryTest, a_deletion_takes_values_and_keys_away_and_later_lines_count) {
+TEST(RegistryTest, ADeletionTakesValuesAndKeysAwayAndLaterLinesCount) {
   EXPECT_EQ(FindRegistryText(Hive("\"v\"=\"x\"\r\n\"v\"=-\r\n"), kKey, "v"), std::nullopt);
   EXPECT_EQ(FindRegistryText(Hive("\"v\"=-\r\n\"v\"=\"x\"\r\n"), kKey, "v"), Text("x"));
   const std::string set = Hive("\"v\"=\"x\"\r\n");
@@ -113,7 +113,7 @@ TEST(RegistryTest, a_deletion_takes_values_and_keys_away_and_later_lines_count) 
             Text("x"));
 }
 
-TEST(RegistryTest, only_the_key_itself_counts_and_only_below_the_local_machine) {
+TEST(RegistryTest, OnlyTheKeyItselfCountsAndOnlyBelowTheLocalMachine) {
   const std::string key = kKey;
   const std::string others = "[HKEY_CURRENT_USER\\" + key + "]\r\n\"v\"=\"user\"\r\n" +
                              "[HKEY_LOCAL_MACHINE\\" + key + "\\Sub]\r\n\"v\"=\"below\"\r\n" +
@@ -122,7 +122,7 @@ TEST(RegistryTest, only_the_key_itself_counts_and_only_below_the_local_machine) 
   EXPECT_EQ(FindRegistryText(Hive("\"v\"=\"x\"\r\n") + others, kKey, "v"), Text("x"));
 }
 
-TEST(RegistryTest, comments_blank_lines_and_unreadable_lines_are_passed_over) {
+TEST(RegistryTest, CommentsBlankLinesAndUnreadableLinesArePassedOver) {
   const std::string lines =
       "; \"v\"=\"comment\"\r\n\r\nrubbish\r\n\"v\r\n\"v\"\r\n\"v\"=rubbish\r\n=\r\n[\r\n";
   EXPECT_EQ(FindRegistryText(Hive("; \"v\"=\"comment\"\r\n\r\nrubbish\r\n\"v\"=\"x\""), kKey, "v"),
@@ -130,14 +130,14 @@ TEST(RegistryTest, comments_blank_lines_and_unreadable_lines_are_passed_over) {
   EXPECT_EQ(FindRegistryText(Hive(lines), kKey, "v"), std::nullopt);
 }
 
-TEST(RegistryTest, the_older_form_of_the_file_has_bytes_instead_of_double_bytes) {
+TEST(RegistryTest, TheOlderFormOfTheFileHasBytesInsteadOfDoubleBytes) {
   const std::string key = kKey;
   const std::string hive =
       "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\" + key + "]\n\"v\"=hex(2):25,41,25,00\n";
   EXPECT_EQ(FindRegistryText(hive, kKey, "v"), Text("%A%"));
 }
 
-TEST(RegistryTest, every_prefix_of_a_good_file_is_read_without_fault) {
+TEST(RegistryTest, EveryPrefixOfAGoodFileIsReadWithoutFault) {
   const std::string hive = Hive(
       "@=\"standard\"\r\n\"a\"=hex(2):25,00,\\\r\n  "
       "41,00\r\n\"d\"=dword:00000001\r\n\"v\"=\"x\\\\\"");
@@ -150,7 +150,7 @@ TEST(RegistryTest, every_prefix_of_a_good_file_is_read_without_fault) {
   }
 }
 
-TEST(RegistryTest, the_hive_is_the_file_machine_reg_in_the_home_and_is_read_at_each_call) {
+TEST(RegistryTest, TheHiveIsTheFileMachineRegInTheHomeAndIsReadAtEachCall) {
   const TestMachine machine;
   EXPECT_EQ(ReadMachineRegistry(machine.home(), kKey, "v"), std::nullopt);
   std::ofstream(machine.home() + "/machine.reg") << Hive("\"v\"=\"one\"\r\n");

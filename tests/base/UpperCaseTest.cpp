@@ -8,7 +8,7 @@
 namespace logbook::test {
 namespace {
 
-TEST(UpperCaseTest, letters_of_several_scripts_have_their_upper_case) {
+TEST(UpperCaseTest, LettersOfSeveralScriptsHaveTheirUpperCase) {
   const std::pair<const char*, const char*> cases[] = {{"", ""},           {"abz{AZ09", "ABZ{AZ09"},
                                                        {"éàÿ", "ÉÀŸ"},     {"жёя", "ЖЁЯ"},
                                                        {"αως", "ΑΩΣ"},     {"čžđ", "ČŽĐ"},
@@ -21,24 +21,24 @@ TEST(UpperCaseTest, letters_of_several_scripts_have_their_upper_case) {
   }
 }
 
-TEST(UpperCaseTest, no_letter_beyond_ascii_becomes_an_ascii_one) {
+TEST(UpperCaseTest, NoLetterBeyondAsciiBecomesAnAsciiOne) {
   for (const char* text : {"ı", "ſ", "µ"}) EXPECT_EQ(UpperCaseText(text), text);
   EXPECT_FALSE(EqualIgnoringCase("lıst", "LIST"));
 }
 
-TEST(UpperCaseTest, bytes_that_are_no_utf8_stay) {
+TEST(UpperCaseTest, BytesThatAreNoUtf8Stay) {
   EXPECT_EQ(UpperCaseText("a\xFFz"), "A\xFFZ");
   EXPECT_FALSE(EqualIgnoringCase("a\xFF", "a\xFE"));
 }
 
-TEST(UpperCaseTest, texts_of_other_lengths_or_letters_differ) {
+TEST(UpperCaseTest, TextsOfOtherLengthsOrLettersDiffer) {
   EXPECT_FALSE(EqualIgnoringCase("log", "logs"));
   EXPECT_FALSE(EqualIgnoringCase("log", "lag"));
   EXPECT_FALSE(EqualIgnoringCase("e", "é"));
   EXPECT_FALSE(EqualIgnoringCase("@", "`"));
 }
 
-TEST(UpperCaseTest, a_text_ends_in_its_last_letters_of_any_case) {
+TEST(UpperCaseTest, ATextEndsInItsLastLettersOfAnyCase) {
   for (const char* text : {"quorex.chm", "QUOREX.CHM", ".Chm", "é.chm"})
     EXPECT_TRUE(EndsInIgnoringCase(text, ".chm")) << text;
   for (const char* text : {"", "chm", "quorex.chm ", "quorex.hlp", "quorex.ſhm"})
@@ -47,7 +47,7 @@ TEST(UpperCaseTest, a_text_ends_in_its_last_letters_of_any_case) {
   EXPECT_TRUE(EndsInIgnoringCase("", ""));
 }
 
-TEST(UpperCaseTest, a_word_is_found_anywhere_in_a_text) {
+TEST(UpperCaseTest, AWordIsFoundAnywhereInAText) {
   for (const char* text : {"CE", "HOST ce", "ACE", "aCEb"})
     EXPECT_TRUE(ContainsIgnoringCase(text, "Ce")) << text;
   for (const char* text : {"", "C E", "EC", "C", "çe"})
