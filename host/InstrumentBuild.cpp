@@ -74,10 +74,6 @@ void ParseOption(std::string_view text, InstrumentBuild& build) {
   build.*found->value = number;
 }
 
-std::string Flag(bool set) {
-  return set ? "1" : "0";
-}
-
 }  // namespace
 
 InstrumentBuild ParseBuild(std::string_view text) {

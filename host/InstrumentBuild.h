@@ -31,6 +31,11 @@ struct InstrumentBuild {
   bool operator==(const InstrumentBuild&) const = default;
 };
 
+// The text of an option that is fitted or not: "1" or "0".
+inline std::string Flag(bool set) {
+  return set ? "1" : "0";
+}
+
 // The hardware that a reading needs.
 enum class Fitted {
   kAlways,

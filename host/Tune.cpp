@@ -96,10 +96,6 @@ bool HasCellOptionGas(const Instrument& instrument) {
   return IsFitted(instrument.build, Fitted::kCellOptionGas);
 }
 
-std::string Flag(bool set) {
-  return set ? "1" : "0";
-}
-
 std::string Cell(std::string_view text, std::size_t width) {
   std::string cell(width > text.size() ? width - text.size() : 0, ' ');
   return cell.append(text);

@@ -10,6 +10,7 @@
 
 #include "base/Files.h"
 #include "base/HostLinkNames.h"
+#include "base/PlainText.h"
 #include "base/Profile.h"
 #include "base/Registry.h"
 #include "base/RunTimeError.h"
@@ -50,11 +51,6 @@ constexpr auto kColumns = std::to_array<ColumnRow>({
     { "Header_CE8", "Meter",    4 },  // Carrier Gas
 });
 // clang-format on
-
-std::string WithBackslash(std::string text) {
-  if (text.empty() || text.back() != '\\') text += '\\';
-  return text;
-}
 
 std::string Setting(const Workstation& workstation, std::string_view file, std::string_view section,
                     std::string_view key, std::string_view default_value) {

@@ -3,12 +3,10 @@
 
 #include "base/HostLinkNames.h"
 
+#include "base/PlainText.h"
+
 namespace logbook {
 namespace {
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 bool StandsAsItIs(char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || IsDigit(c) || c == '_';

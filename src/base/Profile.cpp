@@ -9,17 +9,13 @@
 
 #include "base/Files.h"
 #include "base/NativeFile.h"
+#include "base/PlainText.h"
 #include "base/ProfileText.h"
 #include "base/RunTimeError.h"
 
 namespace logbook {
 
 namespace {
-
-// The platform's calls take texts that end at the first NUL.
-std::string_view UpToNul(std::string_view text) {
-  return text.substr(0, text.find('\0'));
-}
 
 std::optional<std::string> Find(const Machine& machine, std::string_view section,
                                 std::string_view key, std::string_view file) {

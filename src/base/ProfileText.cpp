@@ -33,10 +33,6 @@ std::string_view WithoutQuotes(std::string_view value) {
   return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
-bool IsAscii(std::string_view text) {
-  return EndOfAscii(text, 0) == text.size();
-}
-
 bool IsSameName(const CodePage& page, std::string_view a, std::string_view b) {
   if (IsAscii(a) && IsAscii(b)) return EqualIgnoringCase(a, b);
   return EqualIgnoringCase(page.ToUtf8(a), page.ToUtf8(b));

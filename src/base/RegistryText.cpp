@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "base/PlainText.h"
 #include "base/UpperCase.h"
 #include "base/Utf8.h"
 
@@ -110,22 +111,18 @@ class Cursor {
   std::size_t position_ = 0;
 };
 
-std::string UpToNul(std::string text) {
-  return text.substr(0, text.find('\0'));
-}
-
 // What stands behind the "=" of a value; nothing if it is no text, or takes the value away.
 std::optional<std::string> TakeValue(Cursor& cursor, bool bytes_are_utf16) {
   cursor.SkipBlanks();
   if (cursor.Peek() == '"') {
     auto text = cursor.TakeQuoted();
-    return text ? std::optional(UpToNul(*text)) : std::nullopt;
+    return text ? std::optional(std::string(UpToNul(*text))) : std::nullopt;
   }
   const bool is_text = cursor.Take("hex(1):") || cursor.Take("hex(2):");
   if (is_text || cursor.Take("hex")) {
     if (!is_text) cursor.Take(cursor.RestOfLine().substr(0, cursor.RestOfLine().find(':') + 1));
     const std::string bytes = cursor.TakeBytes();
-    if (is_text) return UpToNul(bytes_are_utf16 ? FromUtf16(bytes) : bytes);
+    if (is_text) return std::string(UpToNul(bytes_are_utf16 ? FromUtf16(bytes) : bytes));
   }
   return std::nullopt;
 }

@@ -41,10 +41,6 @@ bool EqualBytes(char a, char b) {
   return UpperCaseByte(a) == UpperCaseByte(b);
 }
 
-bool IsAscii(std::string_view text) {
-  return EndOfAscii(text, 0) == text.size();
-}
-
 }  // namespace
 
 char32_t UpperCase(char32_t character) {

@@ -75,4 +75,8 @@ std::size_t EndOfAscii(std::string_view text, std::size_t position) {
   return position;
 }
 
+bool IsAscii(std::string_view text) {
+  return EndOfAscii(text, 0) == text.size();
+}
+
 }  // namespace logbook

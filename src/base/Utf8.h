@@ -24,4 +24,7 @@ void AppendCharacter(char32_t character, std::string& text);
 // The position of the first byte from here on that is not ASCII, or the text's length.
 std::size_t EndOfAscii(std::string_view text, std::size_t position);
 
+// True if the text has no other characters.
+bool IsAscii(std::string_view text);
+
 }  // namespace logbook

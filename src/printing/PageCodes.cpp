@@ -3,6 +3,8 @@
 
 #include "printing/PageCodes.h"
 
+#include "base/PlainText.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <utility>
@@ -12,10 +14,6 @@ namespace logbook {
 namespace {
 
 constexpr int kLargestSize = 999;
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 class PageCodeReader {
  public:

@@ -9,14 +9,11 @@
 #include <limits>
 #include <system_error>
 
+#include "base/PlainText.h"
 #include "base/RunTimeError.h"
 
 namespace logbook {
 namespace {
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 // Number of decimal digits that the text begins with.
 std::size_t DigitRun(std::string_view text) {

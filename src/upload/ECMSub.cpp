@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "base/Files.h"
+#include "base/PlainText.h"
 #include "base/PrivateFolder.h"
 #include "base/Profile.h"
 #include "base/Registry.h"
@@ -65,11 +66,6 @@ std::optional<std::string> WorkstationValue(const AppState& state, const char* n
   const auto value = ReadMachineRegistry(state.machine.home, kWorkstationKey, name);
   if (!value || state.machine.code_page->Length(*value) > bytes) return std::nullopt;
   return TrimAtNul(*value + '\0');
-}
-
-std::string WithBackslash(std::string path) {
-  if (!EndsWithBackslash(path)) path += '\\';
-  return path;
 }
 
 std::string Owner(const AppState& state) {

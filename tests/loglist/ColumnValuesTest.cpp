@@ -6,13 +6,13 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "base/RunTimeError.h"
 #include "catalogue/OptionGating.h"
+#include "support/Errors.h"
 #include "support/TestMachine.h"
 #include "text/NumberFormat.h"
 
@@ -21,14 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::optional<ErrorNumber> ErrorOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const RunTimeError& error) {
-    return error.Number();
-  }
-  return std::nullopt;
-}
+using test::ErrorOf;
 
 // Numbers 0.5, 1.5, 2.5 ... as a snapshot file.
 std::string Numbers(int count) {

@@ -6,11 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <functional>
 #include <optional>
 #include <string>
 
 #include "base/RunTimeError.h"
+#include "support/Errors.h"
 #include "support/TestMachine.h"
 
 namespace logbook {
@@ -19,14 +19,7 @@ namespace {
 constexpr const char* kFolder = "C:\\logs\\26111500\\";
 constexpr const char* kFile = "C:\\logs\\26111500\\paramvar.mac";
 
-std::optional<ErrorNumber> ErrorOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const RunTimeError& error) {
-    return error.Number();
-  }
-  return std::nullopt;
-}
+using test::ErrorOf;
 
 class MacroFile : public testing::Test {
  protected:

@@ -7,13 +7,13 @@
 
 #include <cmath>
 #include <fstream>
-#include <functional>
 #include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "base/RunTimeError.h"
+#include "support/Errors.h"
 #include "support/TestMachine.h"
 
 namespace logbook {
@@ -21,15 +21,7 @@ namespace {
 
 constexpr const char* kFile = "C:\\log\\aall.txt";
 
-// The run-time error that the action raises; nothing if it raises none.
-std::optional<ErrorNumber> ErrorOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const RunTimeError& error) {
-    return error.Number();
-  }
-  return std::nullopt;
-}
+using test::ErrorOf;
 
 class SequentialFields : public testing::Test {
  protected:

@@ -28,6 +28,13 @@ std::optional<int> NumberRaisedBy(Call call) {
   }
 }
 
+// The same as the number's name.
+template <typename Call>
+std::optional<ErrorNumber> ErrorOf(Call call) {
+  const std::optional<int> number = NumberRaisedBy(call);
+  return number ? std::optional(static_cast<ErrorNumber>(*number)) : std::nullopt;
+}
+
 // Root may do everything, so what the system refuses is tried as an ordinary user while this
 // object lives.
 class AsOrdinaryUser {

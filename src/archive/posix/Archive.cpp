@@ -20,6 +20,7 @@
 #include "archive/posix/ZipAddition.h"
 #include "archive/posix/ZipStore.h"
 #include "base/Files.h"
+#include "base/PlainText.h"
 #include "base/RunTimeError.h"
 #include "base/posix/Descriptor.h"
 #include "base/posix/SystemError.h"
@@ -31,10 +32,6 @@ namespace logbook {
 using posix::Descriptor;
 
 namespace {
-
-std::string_view UpToNul(std::string_view text) {
-  return text.substr(0, text.find('\0'));
-}
 
 // The text into a buffer that keeps its size.
 void Fill(std::string& buffer, const std::string& text) {

@@ -30,11 +30,6 @@ bool IsTemporary(std::string_view name) {
   return name.starts_with(kTemporaryName);
 }
 
-bool IsFolder(const std::string& native_path) {
-  struct stat status = {};
-  return stat(native_path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
 // All names but "." and "..". A missing folder is error 76 here, and so is a file in its place.
 std::vector<std::string> AllNamesIn(const std::string& native_folder) {
   const std::unique_ptr<DIR, int (*)(DIR*)> scan(opendir(native_folder.c_str()), closedir);
@@ -148,7 +143,7 @@ void DeleteFilesIn(const Machine& machine, std::string_view folder) {
   std::sort(names.begin(), names.end());
   for (const std::string& name : names) {
     const std::string file = native + "/" + name;
-    if (name[0] == '.' || IsFolder(file)) continue;
+    if (name[0] == '.' || posix::IsFolder(file)) continue;
     matched = true;
     try {
       DeleteNativeFile(file);

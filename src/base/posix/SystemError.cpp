@@ -13,11 +13,6 @@ namespace logbook::posix {
 
 namespace {
 
-bool IsFolder(const std::string& native_path) {
-  struct stat status = {};
-  return stat(native_path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
 ErrorNumber CommonNumber(int error) {
   switch (error) {
     case EISDIR:
@@ -39,6 +34,11 @@ ErrorNumber CommonNumber(int error) {
 }
 
 }  // namespace
+
+bool IsFolder(const std::string& native_path) {
+  struct stat status = {};
+  return stat(native_path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
 
 void RaiseFileError(int error, const std::string& native_path) {
   if (error == ENOENT && IsFolder(ParentOf(native_path))) {

@@ -17,6 +17,9 @@ namespace logbook::posix {
 // no folder is 75.
 [[noreturn]] void RaiseFolderError(int error);
 
+// True if the path leads to a folder, through links too.
+bool IsFolder(const std::string& native_path);
+
 // The folder part of a native path: "/" for "/a", "." for "a".
 std::string ParentOf(const std::string& native_path);
 
