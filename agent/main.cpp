@@ -5,12 +5,12 @@
 // The logbook starts it; it ends when the outbox is empty. It may be killed at any moment.
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <iostream>
 #include <string>
 
 #include "base/Files.h"
 #include "base/Machine.h"
+#include "base/NativeProgram.h"
 #include "base/RunTimeError.h"
 #include "state/AppState.h"
 #include "upload/Delivery.h"
@@ -23,11 +23,6 @@ using logbook::Rounds;
 
 constexpr int kSomethingWaits = 1;  // or nobody can tell
 constexpr int kWrongUse = 2;
-
-std::string OwnFolder() {
-  std::error_code ignored;
-  return std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path().string();
-}
 
 int ShowStatus(const logbook::Machine& machine, const std::string& area,
                const std::string& settings_file) {
@@ -47,7 +42,7 @@ int Work(const logbook::Machine& machine, const std::string& area, const std::st
 int main(int argc, char** argv) {
   CLI::App app("Carries uploads of the maintenance logbook to the content server.", "ecm-agent");
   std::string home = logbook::DefaultHome();
-  std::string application = OwnFolder();
+  std::string application = logbook::OwnProgramFolder();
   bool status = false;
   bool once = false;
   app.add_option("--home", home, "Home of the logbook, with its drives and its registry hive")

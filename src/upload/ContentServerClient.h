@@ -39,8 +39,4 @@ class ContentServerClient : public EcmClient {
   const std::string agent_program_;
 };
 
-// Starts a program on its own, detached from this process and its terminal. False if it cannot be
-// started.
-bool StartDetached(const std::string& program, const std::vector<std::string>& arguments);
-
 }  // namespace logbook

@@ -11,6 +11,7 @@
 #include <set>
 #include <thread>
 
+#include "base/FileLock.h"
 #include "base/RunTimeError.h"
 
 namespace logbook {

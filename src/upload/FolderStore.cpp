@@ -3,19 +3,12 @@
 
 #include "upload/FolderStore.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <charconv>
-#include <cstring>
-#include <filesystem>
+#include <system_error>
 
 #include "base/Files.h"
-#include "base/posix/Descriptor.h"
-
-namespace fs = std::filesystem;
+#include "base/NativeDisk.h"
+#include "base/RunTimeError.h"
 
 namespace logbook {
 
@@ -24,27 +17,36 @@ namespace {
 using Reach = DeliveryError::Reach;
 
 // Failures that lie in a name or in what bears it; the other submissions have other names.
-bool IsOfThisName(int error) {
-  for (const int each : {ENAMETOOLONG, EINVAL, EILSEQ, EEXIST, EISDIR, ENOTDIR, EFBIG}) {
+bool IsOfThisName(const std::error_code& error) {
+  for (const std::errc each :
+       {std::errc::filename_too_long, std::errc::invalid_argument, std::errc::illegal_byte_sequence,
+        std::errc::file_exists, std::errc::is_a_directory, std::errc::not_a_directory,
+        std::errc::file_too_large}) {
     if (error == each) return true;
   }
   return false;
 }
 
-[[noreturn]] void Fail(const std::string& path, int error) {
-  if (error == ENOSPC || error == EDQUOT)
+[[noreturn]] void Fail(const std::string& path, const std::error_code& error) {
+  if (error == std::errc::no_space_on_device)
     throw DeliveryError(Reach::kThisSubmission,
                         "The disk of the shared folder is full: " + path + ".");
   throw DeliveryError(IsOfThisName(error) ? Reach::kThisSubmission : Reach::kWholeServer,
-                      "The shared folder refuses " + path + ": " + std::strerror(error) + ".");
+                      "The shared folder refuses " + path + ": " + error.message() + ".");
 }
 
 // Whether something bears the name. A share that does not answer is not an empty one.
-bool IsThere(const std::string& native) {
-  struct stat status = {};
-  if (stat(native.c_str(), &status) == 0) return true;
-  if (errno != ENOENT) Fail(native, errno);
-  return false;
+bool IsThere(const std::string& path) {
+  auto kind = native::Kind::kNothing;
+  if (const auto error = native::LookAt(path, native::Links::kFollowed, kind)) Fail(path, error);
+  return kind != native::Kind::kNothing;
+}
+
+// Makes a folder unless it exists; true if it is new.
+bool MakeOneFolder(const std::string& path) {
+  const auto error = native::MakeFolder(path, native::Audience::kUsers);
+  if (error && error != std::errc::file_exists) Fail(path, error);
+  return !error;
 }
 
 }  // namespace
@@ -72,52 +74,43 @@ FolderStore::FolderStore(const std::string& base, const std::string& folder)
 
 void FolderStore::MakeRoot() {
   // The base is not made: a share that is not mounted must not be taken for an empty one.
-  std::error_code error;
-  if (!fs::is_directory(base_, error))
+  auto kind = native::Kind::kNothing;
+  native::LookAt(base_, native::Links::kFollowed, kind);
+  if (kind != native::Kind::kFolder)
     throw DeliveryError(Reach::kWholeServer, "The shared folder " + base_ + " is not there.");
   std::string made = base_;
   for (const std::string& component : components_) {
     const std::string parent = made;
     made += "/" + component;
-    if (mkdir(made.c_str(), 0777) == 0) {
-      posix::SyncFolder(parent);
-    } else if (errno != EEXIST) {
-      Fail(made, errno);
-    }
+    if (MakeOneFolder(made)) native::Sync(parent);
   }
 }
 
 void FolderStore::MakeFolder(const std::string& path) {
-  const std::string native = root_ + "/" + path;
-  if (mkdir(native.c_str(), 0777) != 0 && errno != EEXIST) Fail(native, errno);
-  posix::SyncFolder(root_);
+  MakeOneFolder(root_ + "/" + path);
+  native::Sync(root_);
 }
 
 std::optional<Digest> FolderStore::DigestOf(const std::string& path) {
-  const std::string native = root_ + "/" + path;
-  if (!IsThere(native)) return std::nullopt;
-  return DigestOfFile(native);
+  const std::string file = root_ + "/" + path;
+  if (!IsThere(file)) return std::nullopt;
+  return DigestOfFile(file);
 }
 
 void FolderStore::Put(const std::string& path, const std::string& native_file) {
-  const std::string native = root_ + "/" + path;
-  const posix::Descriptor in(open(native_file.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!in.IsOpen()) Fail(native_file, errno);
-  const posix::Descriptor out(open(native.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-  if (!out.IsOpen()) Fail(native, errno);
-  if (!CopyToEnd(in, out)) {
-    const int error = errno;
-    unlink(native.c_str());
-    Fail(native, error);
-  }
-  if (fsync(out.Number()) != 0) Fail(native, errno);
+  native::Reader in;
+  if (const auto error = in.Open(native_file)) Fail(native_file, error);
+  const std::string file = root_ + "/" + path;
+  const auto error = native::CopyAndSync(in, file);
+  if (in.Failure()) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+  if (error) Fail(file, error);
 }
 
 void FolderStore::Move(const std::string& from, const std::string& to) {
   const std::string target = root_ + "/" + to;
-  if (IsThere(target)) Fail(target, EEXIST);
-  if (std::rename((root_ + "/" + from).c_str(), target.c_str()) != 0) Fail(target, errno);
-  posix::SyncFolder(fs::path(target).parent_path().string());
+  if (IsThere(target)) Fail(target, std::make_error_code(std::errc::file_exists));
+  if (const auto error = native::Rename(root_ + "/" + from, target)) Fail(target, error);
+  native::Sync(target.substr(0, target.rfind('/')));
 }
 
 }  // namespace logbook

@@ -3,23 +3,14 @@
 
 #include "upload/Outbox.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <random>
 
+#include "base/FileLock.h"
+#include "base/NativeDisk.h"
 #include "base/RunTimeError.h"
-#include "base/posix/Descriptor.h"
-#include "base/posix/SystemError.h"
-
-namespace fs = std::filesystem;
 
 namespace logbook {
 
@@ -30,42 +21,37 @@ constexpr const char* kDelivered = ".done";  // arrived, being deleted
 constexpr std::size_t kRandomDigits = 9;     // a hyphen and eight hexadecimal digits
 
 void Rename(const std::string& from, const std::string& to) {
-  if (std::rename(from.c_str(), to.c_str()) != 0) posix::RaiseFileError(errno, from);
+  if (const auto error = native::Rename(from, to)) native::RaiseFileError(error, from);
 }
 
 // Up to the disk: a file's bytes or a folder's names.
 void Sync(const std::string& path) {
-  const posix::Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file.IsOpen() || fsync(file.Number()) != 0) posix::RaiseFileError(errno, path);
+  if (const auto error = native::Sync(path)) native::RaiseFileError(error, path);
 }
 
 void MakeFolder(const std::string& path) {
-  if (mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) posix::RaiseFolderError(errno);
+  const auto error = native::MakeFolder(path, native::Audience::kOwner);
+  if (error && error != std::errc::file_exists) native::RaiseFolderError(error);
 }
 
 bool IsThere(const std::string& path) {
-  struct stat status = {};
-  return lstat(path.c_str(), &status) == 0;
+  auto kind = native::Kind::kNothing;
+  return !native::LookAt(path, native::Links::kAsThemselves, kind) &&
+         kind != native::Kind::kNothing;
 }
 
 // Never a part of the names: what is not seen here would be deleted with the rest after delivery.
 std::vector<std::string> NamesIn(const std::string& folder) {
   std::vector<std::string> names;
-  std::error_code error;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error))
-    names.push_back(entry->path().filename().string());
-  if (error) posix::RaiseFolderError(error.value());
-  std::sort(names.begin(), names.end());
+  if (const auto error = native::NamesIn(folder, names)) native::RaiseFolderError(error);
   return names;
 }
 
 // Puts what has been taken back where it was staged. What refuses to go is left to Recover.
 void GiveBack(const std::string& unfinished, const std::string& staged) {
-  std::error_code ignored;
-  fs::rename(unfinished + "/upload.xml", staged + ".xml", ignored);
-  fs::rename(unfinished + "/files", staged, ignored);
-  fs::remove(unfinished, ignored);
+  native::Rename(unfinished + "/upload.xml", staged + ".xml");
+  native::Rename(unfinished + "/files", staged);
+  native::RemoveFolder(unfinished);
 }
 
 std::string RandomEnding() {
@@ -141,7 +127,7 @@ void Outbox::Recover() {
   const FileLock lock(folder_ + "/.taking-over", FileLock::Patience::kWait);
   for (const std::string& name : NamesIn(folder_)) {
     try {
-      if (name.ends_with(kDelivered)) fs::remove_all(PathOf(name));
+      if (name.ends_with(kDelivered)) native::RemoveTree(PathOf(name));
       if (name.ends_with(kUnfinished)) RecoverUnfinished(name);
     } catch (const std::exception&) {
       // What cannot be brought to its end now stays for the next time.
@@ -152,7 +138,7 @@ void Outbox::Recover() {
 void Outbox::RecoverUnfinished(const std::string& name) {
   const std::string path = PathOf(name);
   if (!IsThere(path + "/files")) {
-    rmdir(path.c_str());  // cut short before anything was taken
+    native::RemoveFolder(path);  // cut short before anything was taken
     return;
   }
   const std::string staging_name =
@@ -163,8 +149,9 @@ void Outbox::RecoverUnfinished(const std::string& name) {
 }
 
 std::vector<std::string> Outbox::Names() const {
-  struct stat status = {};
-  if (lstat(folder_.c_str(), &status) != 0 && errno == ENOENT) return {};
+  auto kind = native::Kind::kNothing;
+  const auto error = native::LookAt(folder_, native::Links::kAsThemselves, kind);
+  if (!error && kind == native::Kind::kNothing) return {};
   return NamesIn(folder_);
 }
 
@@ -194,8 +181,7 @@ void Outbox::Remove(const std::string& submission) {
   const std::string delivered = PathOf(submission) + kDelivered;
   Rename(PathOf(submission), delivered);
   Sync(folder_);
-  std::error_code ignored;
-  fs::remove_all(delivered, ignored);
+  native::RemoveTree(delivered);
 }
 
 DeliveryNote Outbox::NoteOf(const std::string& submission) const {
@@ -212,25 +198,7 @@ void Outbox::SetNote(const std::string& submission, const DeliveryNote& note) {
   std::ofstream out(path + ".new", std::ios::trunc);
   out << note.tries << ' ' << note.last_try << '\n' << OneLine(note.reason) << '\n';
   out.close();
-  if (out) std::rename((path + ".new").c_str(), path.c_str());
-}
-
-FileLock::FileLock(const std::string& path, Patience patience)
-    : descriptor_(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
-  if (descriptor_ < 0) posix::RaiseFileError(errno, path);
-  const int operation = LOCK_EX | (patience == Patience::kTry ? LOCK_NB : 0);
-  while (flock(descriptor_, operation) != 0) {
-    if (errno == EINTR) continue;
-    const int error = errno;
-    close(descriptor_);
-    descriptor_ = -1;
-    if (error == EWOULDBLOCK) return;
-    posix::RaiseFileError(error, path);
-  }
-}
-
-FileLock::~FileLock() {
-  if (descriptor_ >= 0) close(descriptor_);
+  if (out) native::Rename(path + ".new", path);
 }
 
 }  // namespace logbook

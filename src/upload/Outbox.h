@@ -68,20 +68,4 @@ class Outbox {
   std::string folder_;
 };
 
-// An exclusive lock on a file, made if it is missing; released with the object.
-class FileLock {
- public:
-  enum class Patience { kWait, kTry };
-  // Raises RunTimeError if the file cannot be made or its disk knows no locks.
-  FileLock(const std::string& path, Patience patience);
-  ~FileLock();
-  FileLock(const FileLock&) = delete;
-  FileLock& operator=(const FileLock&) = delete;
-  // False if somebody else holds it, which only kTry meets.
-  bool IsHeld() const { return descriptor_ >= 0; }
-
- private:
-  int descriptor_ = -1;
-};
-
 }  // namespace logbook

@@ -3,11 +3,11 @@
 
 #include "upload/ServerSettings.h"
 
-#include <sys/stat.h>
-
 #include <fstream>
 
 #include "base/Files.h"
+#include "base/NativeDisk.h"
+#include "base/PrivateFile.h"
 #include "base/Profile.h"
 #include "upload/ContentStore.h"
 
@@ -56,11 +56,12 @@ std::string ReadPassword(const Machine& machine, const ServerSettings& settings)
     throw DeliveryError(DeliveryError::Reach::kWholeServer,
                         "The password file " + settings.password_file + what);
   };
-  const std::string native = NativePath(machine, settings.password_file);
-  struct stat status = {};
-  if (stat(native.c_str(), &status) != 0) fail(" is missing.");
-  if ((status.st_mode & S_IROTH) != 0) fail(" can be read by every user of this machine.");
-  std::ifstream in(native);
+  const std::string path = NativePath(machine, settings.password_file);
+  auto kind = native::Kind::kNothing;
+  native::LookAt(path, native::Links::kFollowed, kind);
+  if (kind == native::Kind::kNothing) fail(" is missing.");
+  if (EverybodyMayRead(path)) fail(" can be read by every user of this machine.");
+  std::ifstream in(path);
   std::string password;
   if (!std::getline(in, password)) fail(" cannot be read or is empty.");
   if (password.ends_with('\r')) password.pop_back();

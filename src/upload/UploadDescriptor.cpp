@@ -3,24 +3,17 @@
 
 #include "upload/UploadDescriptor.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <iterator>
 #include <pugixml.hpp>
 #include <sstream>
 
 #include "base/Files.h"
 #include "base/NativeFile.h"
+#include "base/PrivateFile.h"
 #include "base/RunTimeError.h"
 #include "base/UpperCase.h"
 #include "base/Utf8.h"
-#include "base/posix/Descriptor.h"
-#include "base/posix/SystemError.h"
 
 namespace logbook {
 
@@ -67,19 +60,6 @@ std::vector<pugi::xml_node> FilesOf(pugi::xml_node upload) {
   return files;
 }
 
-// A new file beside the old one, for the owner's eyes only, then the old one's name.
-void Replace(const std::string& native, const std::string& bytes) {
-  std::string temporary = native + ".XXXXXX";
-  posix::Descriptor file(mkostemp(temporary.data(), O_CLOEXEC));  // mode 0600
-  if (!file.IsOpen()) posix::RaiseFileError(errno, native);
-  if (WriteAll(file, bytes) && fsync(file.Number()) == 0 &&
-      std::rename(temporary.c_str(), native.c_str()) == 0)
-    return;
-  const int error = errno;
-  unlink(temporary.c_str());
-  posix::RaiseFileError(error, native);
-}
-
 }  // namespace
 
 void AddToUploadDescriptor(const Machine& machine, std::string_view descriptor,
@@ -109,7 +89,7 @@ void AddToUploadDescriptor(const Machine& machine, std::string_view descriptor,
 
   std::ostringstream out;
   document.save(out, "", pugi::format_raw, pugi::encoding_utf8);
-  Replace(native, out.str());
+  ReplacePrivateFile(native, out.str());
 }
 
 std::vector<UploadFile> ReadUploadDescriptor(const Machine& machine, std::string_view descriptor) {

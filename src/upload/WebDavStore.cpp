@@ -5,9 +5,7 @@
 
 #include <curl/curl.h>
 
-#include <cstdio>
-#include <filesystem>
-
+#include "base/NativeDisk.h"
 #include "upload/Sha256.h"
 
 namespace logbook {
@@ -19,18 +17,15 @@ constexpr long kSilenceSeconds = 60;  // a transfer that stands still for so lon
 
 using Reach = DeliveryError::Reach;
 
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
 std::size_t ReadBody(char* buffer, std::size_t size, std::size_t count, void* file) {
-  return std::fread(buffer, size, count, static_cast<std::FILE*>(file));
+  return static_cast<native::Reader*>(file)->Read(buffer, size * count);
 }
 
-int SeekBody(void* file, curl_off_t offset, int origin) {
-  return fseeko(static_cast<std::FILE*>(file), offset, origin) == 0 ? CURL_SEEKFUNC_OK
-                                                                    : CURL_SEEKFUNC_FAIL;
+// The library seeks from the start alone.
+int SeekBody(void* file, curl_off_t offset, int) {
+  return static_cast<native::Reader*>(file)->SeekTo(static_cast<std::uint64_t>(offset))
+             ? CURL_SEEKFUNC_FAIL
+             : CURL_SEEKFUNC_OK;
 }
 
 std::size_t DropAnswer(char*, std::size_t size, std::size_t count, void*) {
@@ -194,18 +189,17 @@ std::optional<Digest> WebDavStore::DigestOf(const std::string& path) {
 }
 
 void WebDavStore::Put(const std::string& path, const std::string& native_file) {
-  const File file(std::fopen(native_file.c_str(), "rbe"));
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(native_file, error);
-  if (file == nullptr || error)
+  native::Reader file;
+  std::uint64_t size = 0;
+  if (file.Open(native_file) || file.Size(size))
     throw DeliveryError(Reach::kThisSubmission,
                         "The file " + native_file + " in the outbox cannot be read.");
   state_->Prepare(state_->UrlOf(path));
   curl_easy_setopt(state_->curl, CURLOPT_UPLOAD, 1L);
   curl_easy_setopt(state_->curl, CURLOPT_READFUNCTION, ReadBody);
-  curl_easy_setopt(state_->curl, CURLOPT_READDATA, file.get());
+  curl_easy_setopt(state_->curl, CURLOPT_READDATA, &file);
   curl_easy_setopt(state_->curl, CURLOPT_SEEKFUNCTION, SeekBody);
-  curl_easy_setopt(state_->curl, CURLOPT_SEEKDATA, file.get());
+  curl_easy_setopt(state_->curl, CURLOPT_SEEKDATA, &file);
   curl_easy_setopt(state_->curl, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(size));
   const long status = state_->Run();
   if (status != 200 && status != 201 && status != 204) FailWithStatus("PUT", path, status);

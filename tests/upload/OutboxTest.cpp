@@ -281,19 +281,5 @@ TEST_F(OutboxTest, WithoutAnOutboxNothingWaits) {
   outbox.Recover();
 }
 
-TEST_F(OutboxTest, ALockIsHeldByOneAtATime) {
-  const std::string path = disk.Native("C:\\area\\lock");
-  {
-    const FileLock first(path, FileLock::Patience::kTry);
-    EXPECT_TRUE(first.IsHeld());
-    EXPECT_FALSE(FileLock(path, FileLock::Patience::kTry).IsHeld());
-  }
-  EXPECT_TRUE(FileLock(path, FileLock::Patience::kTry).IsHeld());
-}
-
-TEST_F(OutboxTest, ALockThatCannotBeMadeIsAnErrorAndNotSomebodyElses) {
-  EXPECT_THROW(FileLock(disk.Native("C:\\no\\lock"), FileLock::Patience::kTry), RunTimeError);
-}
-
 }  // namespace
 }  // namespace logbook::test

@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "base/NativeDisk.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+
+#include "base/posix/Descriptor.h"
+#include "base/posix/SystemError.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook::native {
+
+using posix::Descriptor;
+
+namespace {
+
+std::error_code ErrorOf(int error) {
+  return {error == EDQUOT ? ENOSPC : error, std::generic_category()};
+}
+
+// Of a call that gives 0 for success.
+std::error_code ResultOf(int result) {
+  return result == 0 ? std::error_code() : ErrorOf(errno);
+}
+
+Kind KindOf(mode_t mode) {
+  if (S_ISREG(mode)) return Kind::kFile;
+  if (S_ISDIR(mode)) return Kind::kFolder;
+  return S_ISLNK(mode) ? Kind::kLink : Kind::kOther;
+}
+
+}  // namespace
+
+std::error_code LookAt(const std::string& path, Links links, Kind& kind) {
+  struct stat status = {};
+  kind = Kind::kNothing;
+  const int result =
+      links == Links::kFollowed ? stat(path.c_str(), &status) : lstat(path.c_str(), &status);
+  if (result != 0) return errno == ENOENT ? std::error_code() : ErrorOf(errno);
+  kind = KindOf(status.st_mode);
+  return {};
+}
+
+std::error_code MakeFolder(const std::string& path, Audience audience) {
+  return ResultOf(mkdir(path.c_str(), audience == Audience::kOwner ? 0700 : 0777));
+}
+
+std::error_code RemoveFolder(const std::string& path) {
+  return ResultOf(rmdir(path.c_str()));
+}
+
+std::error_code RemoveTree(const std::string& path) {
+  std::error_code error;
+  fs::remove_all(path, error);
+  return error;
+}
+
+std::error_code Rename(const std::string& from, const std::string& to) {
+  return ResultOf(std::rename(from.c_str(), to.c_str()));
+}
+
+std::error_code Sync(const std::string& path) {
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  return file.IsOpen() ? ResultOf(fsync(file.Number())) : ErrorOf(errno);
+}
+
+std::error_code NamesIn(const std::string& folder, std::vector<std::string>& names) {
+  names.clear();
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error))
+    names.push_back(entry->path().filename().string());
+  if (error) names.clear();
+  std::sort(names.begin(), names.end());
+  return error;
+}
+
+struct Reader::State {
+  Descriptor file;
+  std::error_code failure;
+};
+
+Reader::Reader() : state_(std::make_unique<State>()) {}
+
+Reader::~Reader() = default;
+
+std::error_code Reader::Open(const std::string& path) {
+  state_->failure = {};
+  state_->file = Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  return state_->file.IsOpen() ? std::error_code() : ErrorOf(errno);
+}
+
+std::error_code Reader::Size(std::uint64_t& size) const {
+  struct stat status = {};
+  const int result = fstat(state_->file.Number(), &status);
+  size = static_cast<std::uint64_t>(status.st_size);
+  return ResultOf(result);
+}
+
+std::size_t Reader::Read(char* buffer, std::size_t size) {
+  for (;;) {
+    const ssize_t count = read(state_->file.Number(), buffer, size);
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno == EINTR) continue;
+    state_->failure = ErrorOf(errno);
+    return 0;
+  }
+}
+
+std::error_code Reader::SeekTo(std::uint64_t offset) {
+  const bool done = lseek(state_->file.Number(), static_cast<off_t>(offset), SEEK_SET) >= 0;
+  return done ? std::error_code() : ErrorOf(errno);
+}
+
+std::error_code Reader::Failure() const {
+  return state_->failure;
+}
+
+std::error_code CopyAndSync(Reader& from, const std::string& to) {
+  const Descriptor out(open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+  if (!out.IsOpen()) return ErrorOf(errno);
+  constexpr std::size_t kBuffer = 256 * 1024;
+  std::string buffer(kBuffer, '\0');
+  std::error_code error;
+  while (const std::size_t count = from.Read(buffer.data(), buffer.size())) {
+    if (!posix::WriteAll(out, std::string_view(buffer.data(), count))) error = ErrorOf(errno);
+    if (error) break;
+  }
+  if (!error && !from.Failure()) error = ResultOf(fsync(out.Number()));
+  if (error || from.Failure()) unlink(to.c_str());
+  return error;
+}
+
+void RaiseFileError(const std::error_code& error, const std::string& path) {
+  posix::RaiseFileError(error.value(), path);
+}
+
+void RaiseFolderError(const std::error_code& error) {
+  posix::RaiseFolderError(error.value());
+}
+
+}  // namespace logbook::native

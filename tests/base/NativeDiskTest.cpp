@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "base/NativeDisk.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "support/Errors.h"
+#include "support/TestMachine.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook::test {
+namespace {
+
+using native::Kind;
+using native::Links;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class NativeDiskTest : public testing::Test {
+ protected:
+  std::string Path(const std::string& name) { return disk.Native("C:\\" + name); }
+  Kind KindOf(const std::string& name, Links links = Links::kAsThemselves) {
+    Kind kind = Kind::kOther;
+    EXPECT_FALSE(native::LookAt(Path(name), links, kind)) << name;
+    return kind;
+  }
+  // Copies a file of these bytes, with files that may grow so far only.
+  std::error_code Copy(const std::string& bytes, rlim_t most) {
+    disk.Put("C:\\from", bytes);
+    native::Reader in;
+    EXPECT_FALSE(in.Open(Path("from")));
+    const SmallFilesOnly limit(most);
+    return native::CopyAndSync(in, Path("to"));
+  }
+
+  TestMachine disk;
+};
+
+TEST_F(NativeDiskTest, ALookTellsWhatBearsAName) {
+  disk.Put("C:\\file", "a");
+  disk.MakeFolders("C:\\folder");
+  fs::create_symlink("folder", Path("link"));
+  fs::create_symlink("nowhere", Path("loose"));
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  EXPECT_EQ(KindOf("file"), Kind::kFile);
+  EXPECT_EQ(KindOf("folder"), Kind::kFolder);
+  EXPECT_EQ(KindOf("link"), Kind::kLink);
+  EXPECT_EQ(KindOf("link", Links::kFollowed), Kind::kFolder);
+  EXPECT_EQ(KindOf("loose"), Kind::kLink);
+  EXPECT_EQ(KindOf("loose", Links::kFollowed), Kind::kNothing);
+  EXPECT_EQ(KindOf("pipe"), Kind::kOther);
+  EXPECT_EQ(KindOf("nothing"), Kind::kNothing);
+}
+
+TEST_F(NativeDiskTest, WhatCannotBeToldIsAnErrorAndNotNothing) {
+  disk.Put("C:\\file", "a");
+  Kind kind = Kind::kFile;
+  EXPECT_EQ(native::LookAt(Path("file/below"), Links::kFollowed, kind), std::errc::not_a_directory);
+  EXPECT_EQ(kind, Kind::kNothing);
+}
+
+TEST_F(NativeDiskTest, ATakenNameMakesNoFolder) {
+  EXPECT_FALSE(native::MakeFolder(Path("mine"), native::Audience::kOwner));
+  EXPECT_EQ(native::MakeFolder(Path("mine"), native::Audience::kUsers), std::errc::file_exists);
+  struct stat status = {};
+  ASSERT_EQ(stat(Path("mine").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0700u);
+  EXPECT_EQ(native::MakeFolder(Path("none/mine"), native::Audience::kOwner),
+            std::errc::no_such_file_or_directory);
+}
+
+TEST_F(NativeDiskTest, ATreeGoesAsAWholeAndLinksAsThemselves) {
+  disk.Put("C:\\tree\\sub\\a.txt", "a");
+  disk.Put("C:\\other\\b.txt", "b");
+  fs::create_symlink("../other", Path("tree/link"));
+  EXPECT_TRUE(native::RemoveFolder(Path("tree")));
+  EXPECT_FALSE(native::RemoveTree(Path("tree")));
+  EXPECT_EQ(KindOf("tree"), Kind::kNothing);
+  EXPECT_TRUE(disk.Has("C:\\other\\b.txt"));
+}
+
+TEST_F(NativeDiskTest, NamesComeInOrderAndAllOrNone) {
+  for (const char* name : {"b", "a", ".hidden", "B"})
+    disk.Put(std::string("C:\\folder\\") + name, "");
+  std::vector<std::string> names = {"old"};
+  EXPECT_FALSE(native::NamesIn(Path("folder"), names));
+  EXPECT_THAT(names, ElementsAre(".hidden", "B", "a", "b"));
+  EXPECT_EQ(native::NamesIn(Path("none"), names), std::errc::no_such_file_or_directory);
+  EXPECT_THAT(names, IsEmpty());
+}
+
+TEST_F(NativeDiskTest, AReaderStartsAgainWhereItIsSentTo) {
+  disk.Put("C:\\file", "abcdef");
+  native::Reader reader;
+  ASSERT_FALSE(reader.Open(Path("file")));
+  std::uint64_t size = 0;
+  EXPECT_FALSE(reader.Size(size));
+  EXPECT_EQ(size, 6u);
+  char bytes[8] = {};
+  EXPECT_EQ(reader.Read(bytes, sizeof bytes), 6u);
+  EXPECT_EQ(reader.Read(bytes, sizeof bytes), 0u);
+  EXPECT_FALSE(reader.SeekTo(4));
+  EXPECT_EQ(reader.Read(bytes, sizeof bytes), 2u);
+  EXPECT_EQ(std::string(bytes, 2), "ef");
+  EXPECT_FALSE(reader.Failure());
+  EXPECT_EQ(reader.Open(Path("none")), std::errc::no_such_file_or_directory);
+}
+
+TEST_F(NativeDiskTest, ACopyHasAllBytesOrNothingIsLeftOfIt) {
+  const std::string bytes(600000, 'x');
+  EXPECT_FALSE(Copy(bytes, RLIM_INFINITY));
+  EXPECT_EQ(disk.Get("C:\\to"), bytes);
+  EXPECT_EQ(Copy(bytes, 300000), std::errc::file_too_large);
+  EXPECT_FALSE(disk.Has("C:\\to"));
+}
+
+TEST_F(NativeDiskTest, AnErrorIsRaisedWithTheNumberOfItsKind) {
+  const auto missing = std::make_error_code(std::errc::no_such_file_or_directory);
+  EXPECT_EQ(NumberRaisedBy([&] { native::RaiseFileError(missing, Path("a")); }), 53);
+  EXPECT_EQ(NumberRaisedBy([&] { native::RaiseFileError(missing, Path("none/a")); }), 76);
+  EXPECT_EQ(NumberRaisedBy([&] { native::RaiseFolderError(missing); }), 76);
+  const auto refused = std::make_error_code(std::errc::permission_denied);
+  EXPECT_EQ(NumberRaisedBy([&] { native::RaiseFolderError(refused); }), 70);
+}
+
+}  // namespace
+}  // namespace logbook::test
