@@ -1,0 +1,68 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: The Maintenance LogBook authors
+# SPDX-License-Identifier: MIT
+"""The check of the rooms finds each kind of breach and nothing in a tree without one.
+
+    RoomsTest.py TOP    TOP is the project's folder; the check runs on a copy of its sources
+"""
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+# A file, a line that is added to it, and what the check has to say of it.
+BREACHES = [
+    ("src/base/Files.h", '#include "shell/StartUp.h"', "shell lies above base"),
+    ("src/reports/TuneReport.cpp", '#include "state/AppState.h"', "state lies above reports"),
+    ("src/shell/StartUp.cpp", '#include "qt/frmMain.h"', "qt lies above shell"),
+    ("host/main.cpp", '#include "text/CSVMan.h"', "text lies above base"),
+    ("agent/main.cpp", '#include "viewer/LogView.h"', "viewer lies above upload"),
+    ("cli/main.cpp", '#include "shell/StartUp.h"', "shell lies above viewer"),
+    ("src/records/Recording.cpp", "#include <QString>", "a header of the toolkit"),
+    ("src/viewer/LogView.h", "#include <QtGlobal>", "a header of the toolkit"),
+    ("src/text/CSVMan.cpp", "#include <unistd.h>", "a header of the system"),
+    ("src/qt/Display.cpp", "#include <sys/stat.h>", "a header of the system"),
+    ("src/archive/ArcHandler.cpp", "#include <windows.h>", "a header of the system"),
+    ("src/records/LogFolder.cpp", '#include "base/posix/Descriptor.h"',
+     "a header of a system folder"),
+    ("src/printing/ListPrinting.cpp", "#include <zip.h>", "a header that belongs to src/archive"),
+    ("src/loglist/LogList.cpp", "#ifdef _WIN32", "a macro of the platform"),
+    ("CONTRIBUTING.md", "| `src/attic/` | what nobody needs |", "its table of rooms"),
+]
+
+
+def run(top):
+    result = subprocess.run([str(top / ".ci/rooms"), str(top)], capture_output=True, text=True)
+    return result.returncode, result.stdout + result.stderr
+
+
+def main():
+    project = pathlib.Path(sys.argv[1])
+    failed = False
+    with tempfile.TemporaryDirectory() as name:
+        top = pathlib.Path(name)
+        for entry in ("src", "host", "cli", "agent", "insight", "cmake", ".ci", "CONTRIBUTING.md"):
+            if (project / entry).is_dir():
+                shutil.copytree(project / entry, top / entry)
+            elif (project / entry).exists():
+                shutil.copy2(project / entry, top / entry)
+        status, said = run(top)
+        if (status, said) != (0, ""):
+            print(f"FAIL  the tree as it is: status {status}\n{said}")
+            failed = True
+        for file, line, expected in BREACHES:
+            old = (top / file).read_text()
+            (top / file).write_text(old + line + "\n")
+            status, said = run(top)
+            (top / file).write_text(old)
+            found = status == 1 and expected in said and (file in said) and said.count("\n") == 1
+            print(f"{'OK  ' if found else 'FAIL'}  {file}: {line}")
+            if not found:
+                print(f"      status {status}, said: {said}")
+                failed = True
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
