@@ -56,7 +56,7 @@ bool IsDisabledAnalogParam(const Catalogues& catalogues, std::int16_t row,
 bool IsDisabledSysParam(std::int16_t row, const LogOptions& options);
 
 // True if options bear on a tune row of this group, or on a row of MeterItems or AnalogItems, at
-// all; for tune rows the options of the column values (catalogue/ColumnValues.h) are among them.
+// all; for tune rows the options of the column values (loglist/ColumnValues.h) are among them.
 // Where none does, the row is enabled for every log, and there is no need to read them.
 bool OptionsBearOnTuneParam(std::int16_t group);
 bool OptionsBearOnMeterParam(std::int16_t row);

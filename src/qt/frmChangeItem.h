@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // The dialog that chooses what a value column of the list shows. It shows a ColumnChooser and
-// hands its commands to the routines of catalogue/ColumnChooser.h. Escape and the close box press
+// hands its commands to the routines of loglist/ColumnChooser.h. Escape and the close box press
 // Cancel.
 #pragma once
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // frmMain as the program sees it: its controls, their captions and fonts, and the one user right
-// that the logbook enforces. The window itself shows this struct (shell/frmMain.h).
+// that the logbook enforces. The window itself shows this struct (qt/frmMain.h).
 #pragma once
 
 #include <array>

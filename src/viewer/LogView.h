@@ -3,7 +3,7 @@
 
 // frmLogView as the program sees it: the window in which one log is read, its comment below and one
 // report at a time above. Its files lie in the log's folder and are described in
-// docs/file-formats.md. The window itself shows this struct (viewer/frmLogView.h).
+// docs/file-formats.md. The window itself shows this struct (qt/frmLogView.h).
 #pragma once
 
 #include <array>
