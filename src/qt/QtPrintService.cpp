@@ -149,14 +149,14 @@ void QtPrintService::PrintSheet(const F1Book& sheet) {
 }
 
 void QtPrintService::PrintToFile(const F1Book& sheet, const std::string& path) {
-  const QByteArray bytes = SheetAsPdf(sheet, clock_.Now(), PaperOfTheLocale());
+  const QByteArray bytes = SheetAsPdf(sheet, clock_.Now(), PaperOfTheLocale(), *machine_.code_page);
   WriteFile(machine_, path, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 void QtPrintService::PrintToQueue(const F1Book& sheet, const std::string& queue) {
   const QPageSize paper = QPrinterInfo::printerInfo(ToQt(queue)).defaultPageSize();
-  const QByteArray bytes =
-      SheetAsPdf(sheet, clock_.Now(), paper.isValid() ? paper : PaperOfTheLocale());
+  const QByteArray bytes = SheetAsPdf(
+      sheet, clock_.Now(), paper.isValid() ? paper : PaperOfTheLocale(), *machine_.code_page);
   SubmitPrintJob(queue, sheet.Title(), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 

@@ -4,10 +4,7 @@
 #include "qt/SheetPainter.h"
 
 #include <QPagedPaintDevice>
-#include <QTextBoundaryFinder>
-#include <QTextLayout>
 #include <algorithm>
-#include <cmath>
 
 #include "base/RunTimeError.h"
 #include "qt/SheetPrinting.h"
@@ -31,45 +28,14 @@ QColor ColourOf(std::uint32_t colour) {
                 static_cast<int>(colour >> 16 & 0xFF));
 }
 
-// The characters of a text that begin between two places, measured from its left edge, and where
-// the first of them begins.
-struct Strip {
-  QString text;
-  double left = 0;
-};
-
-Strip CutStrip(const QString& text, const QFont& font, QPaintDevice* device, double from,
-               double to) {
-  QTextLayout layout(text, font, device);
-  layout.beginLayout();
-  const QTextLine line = layout.createLine();
-  layout.endLayout();
-  QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-  constexpr double kHair = 0.5;  // of a dot: rounding
-  int begin = -1;
-  double left = 0;
-  int end = static_cast<int>(text.size());
-  for (qsizetype at = 0; at >= 0 && at < text.size(); at = finder.toNextBoundary()) {
-    const double x = line.cursorToX(static_cast<int>(at));
-    if (begin < 0 && x >= from - kHair) {
-      begin = static_cast<int>(at);
-      left = x;
-    }
-    if (x >= to - kHair) {
-      end = static_cast<int>(at);
-      break;
-    }
-  }
-  if (begin < 0 || begin >= end) return {};
-  return {text.mid(begin, end - begin), left};
-}
-
 }  // namespace
 
-SheetPainter::SheetPainter(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now)
+SheetPainter::SheetPainter(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now,
+                           const CodePage& code_page)
     : device_(device),
       sheet_(sheet),
       now_(now),
+      code_page_(code_page),
       point_(device.logicalDpiY() / 72.0),
       page_(device.pageLayout().fullRectPixels(device.logicalDpiY())),
       body_(page_.adjusted(kSideMargin * point_, kEndMargin * point_, -kSideMargin * point_,
@@ -77,18 +43,15 @@ SheetPainter::SheetPainter(QPagedPaintDevice& device, const F1Book& sheet, const
       rows_(sheet.LastRow()),
       columns_(sheet.LastColumn()) {}
 
-const SheetPainter::Typeface& SheetPainter::TypefaceOf(const CellFont& font) {
+const Typeface& SheetPainter::TypefaceOf(const CellFont& font) {
   const auto known = std::find_if(typefaces_.begin(), typefaces_.end(),
-                                  [&](const Typeface& face) { return face.sheet_font == font; });
+                                  [&](const Typeface& face) { return face.SheetFont() == font; });
   if (known != typefaces_.end()) return *known;
-  const QFont toolkit_font(PrintFont(font), &device_);
-  const QFontMetricsF metrics(toolkit_font, &device_);
-  typefaces_.push_back({font, toolkit_font, metrics, metrics.horizontalAdvance(QLatin1Char('0'))});
-  return typefaces_.back();
+  return typefaces_.emplace_back(font, code_page_, device_);
 }
 
 void SheetPainter::Measure() {
-  const double unfitted = kDefaultColumn * TypefaceOf(sheet_.DefaultFont()).character;
+  const double unfitted = kDefaultColumn * TypefaceOf(sheet_.DefaultFont()).Character();
   for (int column = 1; column <= columns_; ++column)
     widths_.push_back(sheet_.ColumnIsFitted(column) ? 0 : unfitted);
   cells_.reserve(static_cast<std::size_t>(rows_));
@@ -97,17 +60,18 @@ void SheetPainter::Measure() {
 
 void SheetPainter::MeasureRow(int row) {
   std::vector<Cell> cells;
-  double text_height = TypefaceOf(sheet_.FontOf(row, 1)).metrics.lineSpacing();
+  double text_height = TypefaceOf(sheet_.FontOf(row, 1)).Metrics().lineSpacing();
   for (int column = 1; column <= columns_; ++column) {
     const Typeface& face = TypefaceOf(sheet_.FontOf(row, column));
-    QString text = PrintableText(sheet_.Text(row, column));
-    const double width = face.metrics.horizontalAdvance(text);
-    text_height = std::max(text_height, face.metrics.lineSpacing());
+    QString text = PrintableText(sheet_.Text(row, column), code_page_);
+    const bool in_cells = face.InCells(text);
+    const double width = face.WidthOf(text, in_cells);
+    text_height = std::max(text_height, face.Metrics().lineSpacing());
     double& column_width = widths_[static_cast<std::size_t>(column - 1)];
     // One character keeps a column off its right neighbour.
-    const double gap = column < columns_ ? face.character : 0;
+    const double gap = column < columns_ ? face.Character() : 0;
     if (sheet_.ColumnIsFitted(column)) column_width = std::max(column_width, width + gap);
-    cells.push_back({std::move(text), &face, width});
+    cells.push_back({std::move(text), &face, in_cells, width});
   }
   cells_.push_back(std::move(cells));
   heights_.push_back(text_height + kRowLead * point_);
@@ -116,45 +80,45 @@ void SheetPainter::MeasureRow(int row) {
 void SheetPainter::Paint() {
   Measure();
   const std::vector<RowBand> row_bands = BreakRows(heights_, body_.height());
-  const std::vector<ColumnBand> column_bands =
-      BreakColumns(widths_, body_.width(), TypefaceOf(sheet_.FontOf(1, 1)).character);
-  const int pages = static_cast<int>(row_bands.size() * column_bands.size());
+  bands_ = BreakColumns(widths_, body_.width(), TypefaceOf(sheet_.FontOf(1, 1)).Character());
+  const int pages = static_cast<int>(row_bands.size() * bands_.size());
 
   if (!painter_.begin(&device_)) throw RunTimeError(ErrorNumber::kPrinterError);
   int page = 0;
-  for (const ColumnBand& columns : column_bands) {
+  for (std::size_t across = 0; across < bands_.size(); ++across) {
     for (const RowBand& rows : row_bands) {
       ++page;
       if (page > 1 && !device_.newPage()) throw RunTimeError(ErrorNumber::kPrinterError);
-      PaintPage(rows, columns, page, pages);
+      PaintPage(rows, across, page, pages);
     }
   }
   if (!painter_.end()) throw RunTimeError(ErrorNumber::kPrinterError);
 }
 
-void SheetPainter::PaintPage(const RowBand& rows, const ColumnBand& columns, int page, int pages) {
+void SheetPainter::PaintPage(const RowBand& rows, std::size_t across, int page, int pages) {
   const PageFacts facts{sheet_.SheetName(), page, pages, PrintDate(now_).toStdString(),
                         PrintTime(now_).toStdString()};
   PaintMargin(Margin::kHeader, facts);
   double top = body_.top();
   for (int row = rows.Begin; row < rows.End; ++row) {
-    PaintRow(row, columns, top);
+    PaintRow(row, across, top);
     top += heights_[static_cast<std::size_t>(row)];
   }
   PaintMargin(Margin::kFooter, facts);
 }
 
-void SheetPainter::PaintRow(int row, const ColumnBand& columns, double top) {
-  const auto& cells = cells_[static_cast<std::size_t>(row)];
+void SheetPainter::PaintRow(int row, std::size_t across, double top) {
+  const ColumnBand& columns = bands_[across];
+  auto& cells = cells_[static_cast<std::size_t>(row)];
   const double height = heights_[static_cast<std::size_t>(row)];
   double ascent = 0;
-  for (const Cell& cell : cells) ascent = std::max(ascent, cell.typeface->metrics.ascent());
+  for (const Cell& cell : cells) ascent = std::max(ascent, cell.typeface->Metrics().ascent());
 
   double left = 0;  // on the sheet
   for (std::size_t i = 0; i < cells.size(); ++i) {
     const double right = left + widths_[i];
     if (right > columns.Left && left < columns.Right) {
-      PaintText(cells[i], left, columns, top + kRowLead * point_ + ascent);
+      PaintText(cells[i], left, across, top + kRowLead * point_ + ascent);
       const double first = std::max(left, columns.Left) - columns.Left;
       const double last = std::min(right, columns.Right) - columns.Left;
       PaintBorder(sheet_.Border(row + 1, static_cast<int>(i) + 1),
@@ -164,19 +128,28 @@ void SheetPainter::PaintRow(int row, const ColumnBand& columns, double top) {
   }
 }
 
-void SheetPainter::PaintText(const Cell& cell, double cell_left, const ColumnBand& columns,
-                             double baseline) {
+void SheetPainter::PaintText(Cell& cell, double cell_left, std::size_t across, double baseline) {
   if (cell.text.isEmpty()) return;
+  const ColumnBand& columns = bands_[across];
   const bool whole = cell_left >= columns.Left && cell_left + cell.width <= columns.Right + 1;
-  Strip strip{cell.text, 0};
-  if (!whole) {
-    strip = CutStrip(cell.text, cell.typeface->font, &device_, columns.Left - cell_left,
-                     columns.Right - cell_left);
+  const TextStrip strip =
+      whole ? TextStrip{0, cell.text.size(), 0} : StripOf(cell, cell_left, across);
+  if (strip.begin == strip.end) return;
+  painter_.setPen(ColourOf(cell.typeface->SheetFont().Colour));
+  DrawSheetText(painter_, *cell.typeface,
+                QPointF(body_.left() + cell_left + strip.left - columns.Left, baseline),
+                cell.text.mid(strip.begin, strip.end - strip.begin), cell.in_cells);
+}
+
+TextStrip SheetPainter::StripOf(Cell& cell, double cell_left, std::size_t across) {
+  if (cell.strips.empty()) {
+    const auto width_of = [&](QStringView character) {
+      ++placed_;
+      return cell.typeface->WidthsOf(character, cell.in_cells).place;
+    };
+    cell.strips = CutAtBands(cell.text, width_of, cell_left, bands_);
   }
-  painter_.setFont(cell.typeface->font);
-  painter_.setPen(ColourOf(cell.typeface->sheet_font.Colour));
-  painter_.drawText(QPointF(body_.left() + cell_left + strip.left - columns.Left, baseline),
-                    strip.text);
+  return cell.strips[across];
 }
 
 void SheetPainter::PaintBorder(const CellBorder& border, const QRectF& place) {
@@ -209,12 +182,13 @@ void SheetPainter::PaintRuns(const std::vector<PageRun>& runs, Qt::Alignment sid
     if (run.FontName) font.Name = *run.FontName;
     if (run.FontSize) font.Size = *run.FontSize;
     const Typeface& face = TypefaceOf(font);
-    QString text = PrintableText(run.Text);
-    const double piece_width = face.metrics.horizontalAdvance(text);
-    pieces.push_back({std::move(text), &face, piece_width});
+    QString text = PrintableText(run.Text, code_page_);
+    const bool in_cells = face.InCells(text);
+    const double piece_width = face.WidthOf(text, in_cells);
+    pieces.push_back({std::move(text), &face, in_cells, piece_width});
     width += piece_width;
-    ascent = std::max(ascent, face.metrics.ascent());
-    descent = std::max(descent, face.metrics.descent());
+    ascent = std::max(ascent, face.Metrics().ascent());
+    descent = std::max(descent, face.Metrics().descent());
   }
   double left = body_.left();
   if (side == Qt::AlignHCenter) left = body_.center().x() - width / 2;
@@ -223,9 +197,8 @@ void SheetPainter::PaintRuns(const std::vector<PageRun>& runs, Qt::Alignment sid
                               ? page_.top() + kHeaderMargin * point_ + ascent
                               : page_.bottom() - kHeaderMargin * point_ - descent;
   for (const Cell& piece : pieces) {
-    painter_.setFont(piece.typeface->font);
-    painter_.setPen(ColourOf(piece.typeface->sheet_font.Colour));
-    painter_.drawText(QPointF(left, baseline), piece.text);
+    painter_.setPen(ColourOf(piece.typeface->SheetFont().Colour));
+    DrawSheetText(painter_, *piece.typeface, QPointF(left, baseline), piece.text, piece.in_cells);
     left += piece.width;
   }
 }

@@ -5,16 +5,17 @@
 // lengths are in dots of the device.
 #pragma once
 
-#include <QFont>
-#include <QFontMetricsF>
 #include <QPainter>
 #include <QRectF>
 #include <QString>
+#include <cstddef>
 #include <deque>
 #include <vector>
 
+#include "base/CodePage.h"
 #include "printing/PageCodes.h"
 #include "printing/SheetPages.h"
+#include "qt/SheetText.h"
 #include "state/F1Report.h"
 #include "state/Services.h"
 
@@ -25,32 +26,34 @@ namespace logbook {
 class SheetPainter {
  public:
   // The device has its page layout already, in full-page mode.
-  SheetPainter(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now);
+  SheetPainter(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now,
+               const CodePage& code_page);
 
   // Raises kPrinterError if the device does not take the job or a page.
   void Paint();
 
+  // For how many characters of texts that pages cut a place has been found so far. Each is placed
+  // once, however many pages its text goes over.
+  long Placed() const { return placed_; }
+
  private:
-  // A font of the sheet on this device.
-  struct Typeface {
-    CellFont sheet_font;
-    QFont font;
-    QFontMetricsF metrics;
-    double character;  // width of a digit
-  };
   struct Cell {
     QString text;
-    const Typeface* typeface;
-    double width;
+    const Typeface* typeface = nullptr;
+    bool in_cells = true;
+    double width = 0;
+    std::vector<TextStrip> strips{};  // by page across; made when a page cuts the text
   };
 
   const Typeface& TypefaceOf(const CellFont& font);
   void Measure();
   void MeasureRow(int row);
 
-  void PaintPage(const RowBand& rows, const ColumnBand& columns, int page, int pages);
-  void PaintRow(int row, const ColumnBand& columns, double top);
-  void PaintText(const Cell& cell, double cell_left, const ColumnBand& columns, double baseline);
+  // `across` is the number of the page across, from 0.
+  void PaintPage(const RowBand& rows, std::size_t across, int page, int pages);
+  void PaintRow(int row, std::size_t across, double top);
+  void PaintText(Cell& cell, double cell_left, std::size_t across, double baseline);
+  TextStrip StripOf(Cell& cell, double cell_left, std::size_t across);
   void PaintBorder(const CellBorder& border, const QRectF& place);
   void PaintEdge(const SheetEdge& edge, QPointF from, QPointF to);
   enum class Margin { kHeader, kFooter };
@@ -60,6 +63,7 @@ class SheetPainter {
   QPagedPaintDevice& device_;
   const F1Book& sheet_;
   const LocalTime now_;
+  const CodePage& code_page_;
   const double point_;  // dots to a point of 1/72 inch
   QRectF page_, body_;
   QPainter painter_;
@@ -67,6 +71,8 @@ class SheetPainter {
   int rows_, columns_;
   std::vector<std::vector<Cell>> cells_;  // by row and column, from 0
   std::vector<double> heights_, widths_;
+  std::vector<ColumnBand> bands_;
+  long placed_ = 0;
 };
 
 }  // namespace logbook

@@ -19,7 +19,7 @@ namespace logbook {
 
 namespace {
 
-constexpr int kTabStop = 8;
+constexpr std::size_t kTabStop = 8;
 constexpr int kPdfResolution = 1200;
 
 bool CanBeEmbedded(const QString& family) {
@@ -55,20 +55,24 @@ QFont PrintFont(const CellFont& font) {
   return result;
 }
 
-QString PrintableText(const std::string& text) {
-  const QString raw = ToQt(text);
-  const bool plain =
-      std::all_of(raw.begin(), raw.end(), [](QChar c) { return c.unicode() >= 0x20; });
-  if (plain) return raw;
-  QString printable;
-  for (const QChar c : raw) {
-    if (c == QLatin1Char('\t')) {
-      printable += QString(kTabStop - printable.size() % kTabStop, QLatin1Char(' '));
-    } else if (c.unicode() >= 0x20) {
-      printable += c;
+QString PrintableText(const std::string& text, const CodePage& code_page) {
+  const auto prints = [](char c) { return static_cast<unsigned char>(c) >= 0x20; };
+  std::string printable;
+  std::size_t column = 0;
+  for (auto at = text.begin(); at != text.end();) {
+    const auto end = std::find_if_not(at, text.end(), prints);
+    const std::string_view piece(at, end);
+    printable += piece;
+    if (end == text.end()) break;
+    column += code_page.Length(piece);
+    if (*end == '\t') {
+      const std::size_t blanks = kTabStop - column % kTabStop;
+      printable.append(blanks, ' ');
+      column += blanks;
     }
+    at = end + 1;
   }
-  return printable;
+  return ToQt(printable);
 }
 
 QString PrintDate(const LocalTime& now, const QLocale& locale) {
@@ -82,12 +86,13 @@ QString PrintTime(const LocalTime& now, const QLocale& locale) {
   return locale.toString(QTime(now.Hour, now.Minute, now.Second), QLocale::ShortFormat);
 }
 
-void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now) {
+void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now,
+                const CodePage& code_page) {
   QPageLayout layout = device.pageLayout();
   layout.setMode(QPageLayout::FullPageMode);
   layout.setOrientation(sheet.Landscape() ? QPageLayout::Landscape : QPageLayout::Portrait);
   device.setPageLayout(layout);
-  SheetPainter(device, sheet, now).Paint();
+  SheetPainter(device, sheet, now, code_page).Paint();
 }
 
 QPageSize PaperOfTheLocale() {
@@ -95,7 +100,8 @@ QPageSize PaperOfTheLocale() {
   return QPageSize(metric ? QPageSize::A4 : QPageSize::Letter);
 }
 
-QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now, const QPageSize& paper) {
+QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now, const QPageSize& paper,
+                      const CodePage& code_page) {
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
@@ -104,7 +110,7 @@ QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now, const QPageSize
   writer.setPageSize(paper);
   writer.setTitle(ToQt(sheet.Title()));
   writer.setCreator(ToQt(sheet.Title()));
-  PaintSheet(writer, sheet, now);
+  PaintSheet(writer, sheet, now, code_page);
   return bytes;
 }
 

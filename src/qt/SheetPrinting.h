@@ -10,6 +10,7 @@
 #include <QPageSize>
 #include <QString>
 
+#include "base/CodePage.h"
 #include "state/F1Report.h"
 #include "state/Services.h"
 
@@ -19,12 +20,15 @@ namespace logbook {
 
 // Paints all pages of the sheet: body one inch from top and bottom and three quarters from the
 // sides, header and footer half an inch from the edge; pages go down the rows first, then across
-// the columns. Sets the device's orientation. A sheet without cells is one page. Raises
+// the columns. Columns of a fixed-pitch font are those of the code page's bytes (qt/SheetText.h).
+// Sets the device's orientation. A sheet without cells is one page. Raises
 // kPrinterError if the device does not take the job or a page of it.
-void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now);
+void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now,
+                const CodePage& code_page);
 
 // The sheet as a PDF document on this paper, with its fonts embedded. Raises kPrinterError.
-QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now, const QPageSize& paper);
+QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now, const QPageSize& paper,
+                      const CodePage& code_page);
 
 // A4, or Letter where the machine's locale measures in inches.
 QPageSize PaperOfTheLocale();
@@ -33,9 +37,9 @@ QPageSize PaperOfTheLocale();
 // has only as dots, stands for a fixed-pitch font of the same widths that can be embedded.
 QFont PrintFont(const CellFont& font);
 
-// Text as it goes to paper: tabs reach to the next multiple of eight characters, other control
-// characters print nothing.
-QString PrintableText(const std::string& text);
+// Text as it goes to paper: tabs reach to the next multiple of eight bytes of the code page, other
+// control characters print nothing.
+QString PrintableText(const std::string& text, const CodePage& code_page);
 
 // Date and time as a locale, the machine's, writes them in short, but with all digits of the year.
 QString PrintDate(const LocalTime& now, const QLocale& locale = QLocale::system());

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QFontDatabase>
+#include <QFontMetrics>
 #include <QStringList>
 #include <algorithm>
 
@@ -45,13 +47,15 @@ class SheetPrinting : public testing::Test {
 
   // Prints the sheet and returns the native path of the PDF file.
   std::string Print() {
-    const QByteArray bytes = SheetAsPdf(sheet, kNow, QPageSize(QPageSize::A4));
+    const QByteArray bytes =
+        SheetAsPdf(sheet, kNow, QPageSize(QPageSize::A4), *CodePage::Find(code_page));
     disk.Put("C:\\sheet.pdf", {bytes.constData(), static_cast<std::size_t>(bytes.size())});
     return disk.Native("C:\\sheet.pdf");
   }
 
   test::TestMachine disk;
   F1Book sheet;
+  int code_page = 1252;
 };
 
 std::vector<std::string> Texts(const std::vector<PlacedWord>& words, int page) {
@@ -68,6 +72,13 @@ PlacedWord Find(const std::vector<PlacedWord>& words, const std::string& text) {
   if (found != words.end()) return *found;
   ADD_FAILURE() << "no word " << text;
   return {};
+}
+
+bool FontHas(char32_t character) {
+  for (const QString& family : QFontDatabase::families()) {
+    if (QFontMetrics(QFont(family)).inFontUcs4(character)) return true;
+  }
+  return false;
 }
 
 TEST_F(SheetPrinting, ThePageHasTheSheetsNameOnTopAndPageDateAndTimeBelow) {
@@ -204,16 +215,86 @@ TEST_F(SheetPrinting, ALineWiderThanThePageGoesOnToTheNextWithoutLoss) {
   EXPECT_THAT(pages[1], Not(HasSubstr("short")));
 }
 
+TEST_F(SheetPrinting, TheLongestLineOfAReportGoesOnOverItsPagesWithoutLoss) {
+  std::string line;
+  for (int i = 0; line.size() < 65533; ++i) line += std::to_string(i) + ",";
+  line.resize(65533);
+  sheet.SetText(1, 1, line);
+  std::string all;
+  for (const std::string& page : test::PagesOf(Print())) {
+    for (const std::string& text : LinesOf(page)) {
+      if (text.find(',') != std::string::npos) all += text;
+    }
+  }
+  EXPECT_TRUE(all == line) << all.size() << " of " << line.size();
+}
+
+TEST_F(SheetPrinting, BytesThatAreNoTextPrintAndLeaveTheRowsBehindThemInPlace) {
+  for (const int number : {932, 1252}) {
+    code_page = number;
+    std::string bytes;
+    for (int i = 0; i < 4000; ++i) bytes += static_cast<char>(i * 7919 % 65521 % 256);
+    for (int row = 1; row <= 20; ++row) {
+      const std::string line = bytes.substr(static_cast<std::size_t>(row) * 100, 40);
+      sheet.SetText(row, 1, CodePage::Find(code_page)->ToUtf8(line));
+    }
+    sheet.SetText(21, 1, "behind");
+    const PlacedWord behind = Find(test::WordsOf(Print()), "behind");
+    EXPECT_NEAR(behind.left, 54, 2) << number;
+    EXPECT_EQ(behind.page, 1) << number;
+  }
+}
+
+// Labels and values as the reports have them, the values in column 20 of the code page's bytes.
+TEST_F(SheetPrinting, ColumnsCountedInBytesStandInColumnsUnderADoubleBytePage) {
+  code_page = 932;
+  const std::string labels[] = {"Carrier gas", "\u03a9\u03bc\u00b0", "\u65e5\u4ed8",
+                                "\uff8c\uff9f\uff97\uff7d\uff9e\uff8f", "a\u6f22b"};
+  int row = 0;
+  for (const std::string& label : labels) {
+    const std::size_t width = CodePage::Find(code_page)->Length(label);
+    ++row;
+    sheet.SetText(row, 1, label + std::string(20 - width, ' ') + "value" + std::to_string(row));
+  }
+  const std::vector<PlacedWord> words = test::WordsOf(Print());
+  for (row = 1; row <= 5; ++row) {
+    const PlacedWord value = Find(words, "value" + std::to_string(row));
+    EXPECT_NEAR(value.left, 54 + 20 * 9 * 0.6, 0.2) << labels[row - 1];
+  }
+}
+
+TEST_F(SheetPrinting, ADoubleByteTextStaysOneWordForThoseWhoSearchIt) {
+  if (!FontHas(0x6F22)) GTEST_SKIP() << "no font with Japanese characters is installed";
+  code_page = 932;
+  sheet.SetText(1, 1, "\u6f22\u5b57\u6f22\u5b57");
+  const PlacedWord word = Find(test::WordsOf(Print()), "\u6f22\u5b57\u6f22\u5b57");
+  EXPECT_NEAR(word.right - word.left, 8 * 9 * 0.6, 0.2);
+}
+
+TEST_F(SheetPrinting, AColumnIsFittedToTheBytesOfItsTexts) {
+  code_page = 932;
+  sheet.SetText(1, 1, "\u03a9\u03a9\u03a9");
+  sheet.SetText(1, 2, "second");
+  EXPECT_NEAR(Find(test::WordsOf(Print()), "second").left, 54 + 7 * 9 * 0.6, 0.2);
+}
+
 TEST_F(SheetPrinting, TabsReachToTheNextMultipleOfEight) {
-  EXPECT_EQ(PrintableText("a\tb\t\tc"), QStringLiteral("a       b               c"));
-  EXPECT_EQ(PrintableText("12345678\tx"), QStringLiteral("12345678        x"));
+  const CodePage& western = *CodePage::Find(1252);
+  EXPECT_EQ(PrintableText("a\tb\t\tc", western), QStringLiteral("a       b               c"));
+  EXPECT_EQ(PrintableText("12345678\tx", western), QStringLiteral("12345678        x"));
+}
+
+TEST_F(SheetPrinting, TabsCountBytesOfTheCodePage) {
+  EXPECT_EQ(PrintableText("\u6f22\u5b57\tx", *CodePage::Find(932)), QStringLiteral("漢字    x"));
+  EXPECT_EQ(PrintableText("\u00e9\u00e9\tx", *CodePage::Find(1252)), QStringLiteral("éé      x"));
 }
 
 TEST_F(SheetPrinting, OtherControlCharactersPrintNothing) {
   EXPECT_EQ(PrintableText(std::string("a\0b\fc\x1b"
-                                      "d",
-                                      7)),
-            QStringLiteral("abcd"));
+                                      "d\te",
+                                      9),
+                          *CodePage::Find(1252)),
+            QStringLiteral("abcd    e"));
 }
 
 TEST_F(SheetPrinting, DateAndTimeAreInTheMannerOfTheLocaleWithAllDigitsOfTheYear) {
