@@ -75,12 +75,15 @@ std::optional<QtPrintService::Device> QtPrintService::DefaultDevice(
     if (ToQt(*named).compare(QLatin1String(kPdfDeviceName), Qt::CaseInsensitive) == 0) return pdf;
     const QPrinterInfo info = QPrinterInfo::printerInfo(ToQt(*named));
     if (!info.isNull()) return queue(info);
-    error_code = kUnknownPrinter;
+    const bool stopped = FindPrintSystem() == PrintSystem::kStopped;
+    error_code = stopped ? kNoDefaultPrinter : kUnknownPrinter;
     return std::nullopt;
   }
   const QPrinterInfo info = QPrinterInfo::defaultPrinter();
   if (!info.isNull()) return queue(info);
-  if (QPrinterInfo::availablePrinterNames().isEmpty()) return pdf;
+  const bool has_queues = !QPrinterInfo::availablePrinterNames().isEmpty();
+  // A print system that does not answer hides its queues: what belongs on paper is no PDF file.
+  if (!has_queues && FindPrintSystem() != PrintSystem::kStopped) return pdf;
   error_code = kNoDefaultPrinter;
   return std::nullopt;
 }

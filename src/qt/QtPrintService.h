@@ -3,8 +3,9 @@
 
 // The print service of the workstation. The default printer is the one of the print system, unless
 // the value "DefaultPrinter" of the workstation's registry key names another. "PDF" there, or a
-// machine without any printer, stands for the built-in PDF device. A job of that device that was
-// not announced goes to the user's documents folder under the sheet's title and name.
+// machine without any printer, stands for the built-in PDF device; a print system that is stopped
+// stands for a missing default printer. A job of that device that was not announced goes to the
+// user's documents folder under the sheet's title and name.
 #pragma once
 
 #include <optional>

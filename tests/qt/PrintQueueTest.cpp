@@ -128,6 +128,37 @@ TEST_F(PrintQueue, QueuesWithoutADefaultAreNoDefaultPrinter) {
   EXPECT_THROW(service.PrintSheet(station.state.frmMain.F1Report), RunTimeError);
 }
 
+// What belongs on paper does not turn into a PDF file that is uploaded.
+TEST_F(PrintQueue, AStoppedSchedulerIsAMissingDefaultPrinter) {
+  cups->AddQueue("Office");
+  cups->SetDefault("Office");
+  cups->Stop();
+  station.ecm.enabled = true;
+  PrintList(station.state, real);
+  ASSERT_EQ(station.messages.shown.size(), 1u);
+  EXPECT_EQ(station.messages.shown[0].Text, "There is no default printer.");
+  EXPECT_EQ(station.messages.shown[0].Icon, MessageIcon::kCritical);
+  EXPECT_EQ(station.messages.shown[0].Title, std::optional<std::string>(""));
+  EXPECT_EQ(service.exptGetDefaultPrinter(printer, driver, &error_code), 0);
+  EXPECT_EQ(error_code, QtPrintService::kNoDefaultPrinter);
+  EXPECT_THROW(service.PrintSheet(station.state.frmMain.F1Report), RunTimeError);
+}
+
+TEST_F(PrintQueue, AQueueOfAStoppedSchedulerIsNotCalledUnknown) {
+  cups->AddQueue("Lab");
+  PutDefaultPrinter("Lab");
+  cups->Stop();
+  EXPECT_EQ(service.exptGetDefaultPrinter(printer, driver, &error_code), 0);
+  EXPECT_EQ(error_code, QtPrintService::kNoDefaultPrinter);
+}
+
+TEST_F(PrintQueue, ThePdfDeviceNeedsNoScheduler) {
+  cups->Stop();
+  PutDefaultPrinter("PDF");
+  EXPECT_NE(service.exptGetDefaultPrinter(printer, driver, &error_code), 0);
+  EXPECT_STREQ(driver.data(), "Adobe PDF Converter");
+}
+
 TEST_F(PrintQueue, AQueueThatTakesNoJobsIsAnError) {
   cups->AddQueue("Office");
   cups->SetDefault("Office");

@@ -77,8 +77,7 @@ PrivateCups::PrivateCups() {
 }
 
 PrivateCups::~PrivateCups() {
-  kill(scheduler_, SIGTERM);
-  waitpid(scheduler_, nullptr, 0);
+  Stop();
   std::error_code ignored;
   fs::remove_all(folder_, ignored);
 }
@@ -128,6 +127,13 @@ void PrivateCups::SetDefault(const std::string& name) {
 
 void PrivateCups::RejectJobs(const std::string& name) {
   Require("cupsreject " + name);
+}
+
+void PrivateCups::Stop() {
+  if (scheduler_ < 0) return;
+  kill(scheduler_, SIGTERM);
+  waitpid(scheduler_, nullptr, 0);
+  scheduler_ = -1;
 }
 
 std::string PrivateCups::PrintedBy(const std::string& name) const {

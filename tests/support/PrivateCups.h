@@ -29,6 +29,8 @@ class PrivateCups {
   void SetDefault(const std::string& name);
   // Has a queue refuse new jobs.
   void RejectJobs(const std::string& name);
+  // Ends the scheduler; its queues are no longer to be seen.
+  void Stop();
   // Native path of the last document that a queue has printed.
   std::string PrintedBy(const std::string& name) const;
   // The scheduler's log.

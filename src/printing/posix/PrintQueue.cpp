@@ -5,6 +5,8 @@
 
 #include <cups/cups.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
 
 #include "base/RunTimeError.h"
@@ -12,6 +14,27 @@
 namespace logbook {
 
 namespace {
+
+namespace fs = std::filesystem;
+
+bool Answers() {
+  constexpr int kWait = 2000;  // ms
+  constexpr int kBlocking = 1;
+  http_t* const scheduler = httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC,
+                                         cupsEncryption(), kBlocking, kWait, nullptr);
+  httpClose(scheduler);
+  return scheduler != nullptr;
+}
+
+// True if a scheduler that does not answer now has answered once, or ought to.
+bool IsExpected() {
+  const std::string server = cupsServer();
+  std::error_code ignored;
+  if (server.starts_with('/')) return fs::exists(fs::path(server).parent_path(), ignored);
+  const char* const named = std::getenv("CUPS_SERVER");
+  if (server != "localhost" || (named != nullptr && *named != '\0')) return true;
+  return fs::exists("/run/cups", ignored) || fs::exists("/etc/cups/printers.conf", ignored);
+}
 
 struct FreeDestination {
   void operator()(cups_dest_t* destination) const { cupsFreeDests(1, destination); }
@@ -25,6 +48,11 @@ RunTimeError LastError() {
 }
 
 }  // namespace
+
+PrintSystem FindPrintSystem() {
+  if (Answers()) return PrintSystem::kRunning;
+  return IsExpected() ? PrintSystem::kStopped : PrintSystem::kNone;
+}
 
 void SubmitPrintJob(const std::string& queue, const std::string& title, std::string_view pdf) {
   const std::unique_ptr<cups_dest_t, FreeDestination> destination(
