@@ -9,8 +9,8 @@
 
 namespace logbook {
 
-// The number that the handshake cell reads; 0 for an empty text. Raises kOverflow (6) for a number
-// that no double holds.
+// The number that the handshake cell reads; 0 for an empty text, infinity for a number too large
+// for a double, which is thus another one than all that have a meaning. Raises nothing of its own.
 double CellValue(const HandshakeCell& cell);
 
 }  // namespace logbook

@@ -260,12 +260,29 @@ TEST(GlobalEnd, CellThatNoHostCanReachAnyMoreIsNotWaitedFor) {
   EXPECT_TRUE(station.cell.written.empty());
 }
 
-TEST(GlobalEnd, NumberInTheCellThatIsTooLargeEndsTheProgramWithoutFurtherWaiting) {
+TEST(GlobalEnd, NumberInTheCellThatIsTooLargeIsWaitedForLikeAnyOther) {
   TestWorkstation station;
   station.cell.text = "1e999";
+  station.events.on_deliver = [&](int delivery) {
+    if (delivery < 3) {
+      EXPECT_TRUE(station.cell.written.empty());
+    }
+    if (delivery == 3) station.cell.text = "0";
+    if (station.cell.text == "9") station.cell.text = "0";
+  };
   EXPECT_THROW(GlobalEnd(station.state, station.services), ProcessEnded);
-  EXPECT_EQ(station.events.delivered, 0);
-  EXPECT_TRUE(station.cell.written.empty());
+  EXPECT_THAT(station.cell.written, ElementsAre("9"));
+  EXPECT_EQ(station.events.delivered, 4);
+}
+
+TEST(GlobalEnd, AnyOtherNumberThanNineEndsTheSecondWait) {
+  for (const char* answer : {"5", "1", "-9", "1e999", "90"}) {
+    TestWorkstation station;
+    station.events.on_deliver = [&](int) { station.cell.text = answer; };
+    EXPECT_THROW(GlobalEnd(station.state, station.services), ProcessEnded);
+    EXPECT_EQ(station.events.delivered, 1) << answer;
+    EXPECT_EQ(station.cell.text, answer);
+  }
 }
 
 TEST(GlobalEnd, FailureDuringTheDeliveryOfEventsEndsTheProgramToo) {
