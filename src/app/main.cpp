@@ -69,11 +69,11 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
   state.AppName = QFileInfo(QApplication::applicationFilePath()).completeBaseName().toStdString();
   const QDBusConnection bus = QDBusConnection::sessionBus();
   DBusHostLink host(bus);
-  DBusCell cell(bus);
+  DBusProcess process(bus);
+  DBusCell cell(bus, process);
   QtEventDelivery events;
   QtMessageBoxes messages;
   QtClock clock;
-  DBusProcess process(bus);
   ContentServerClient ecm(state);
   ecm.Resume();
   QtForms forms(state);
@@ -99,6 +99,8 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
   const std::string command_line = JoinedByBlanks(arguments);
+  // Such a start shows, says and asks nothing, so that it needs neither display nor bus.
+  if (command_line.empty()) return 0;
   if (command_line == "--help") {
     std::cout << kHelp;
     return 0;

@@ -6,37 +6,40 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QObject>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include <QString>
 
+#include "qt/DBusProcess.h"
 #include "state/Services.h"
 
 namespace logbook {
 
-class DBusCell : public QObject, public HandshakeCell {
-  Q_OBJECT
-  Q_CLASSINFO("D-Bus Interface", "com.norvane.Quorex.Cell")
-  Q_PROPERTY(QString Text READ PropertyText WRITE SetPropertyText NOTIFY TextChanged)
-
+class DBusCell : public QDBusVirtualObject, public HandshakeCell {
  public:
   // Exports the cell, empty, on this connection. Without a bus the cell works within the process.
-  explicit DBusCell(QDBusConnection bus);
+  // `process` tells who the running logbook is, and must outlive the cell.
+  DBusCell(QDBusConnection bus, const DBusProcess& process);
   ~DBusCell() override;
 
   std::string Text() const override;
   // Announces the new text with PropertiesChanged, unless the text is the old one.
   void SetText(const std::string& text) override;
-  // True while there is a bus.
-  bool IsReachable() const override { return bus_.isConnected(); }
+  // True while this process is the running logbook: peers find the cell by the logbook's name.
+  bool IsReachable() const override { return process_.IsRunningLogbook(); }
 
-  QString PropertyText() const { return text_; }
-  void SetPropertyText(const QString& text);
-
- Q_SIGNALS:
-  void TextChanged();
+  // What the bus asks of the object: reading and writing the property. Anything but a text is
+  // refused with the error InvalidArgs, and the cell keeps what it holds.
+  QString introspect(const QString& path) const override;
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
  private:
+  QDBusMessage Answer(const QDBusMessage& call);
+  QDBusMessage AnswerToSet(const QDBusMessage& call);
+  void Take(const QString& text);
+
   QDBusConnection bus_;
+  const DBusProcess& process_;
   QString text_;
 };
 

@@ -6,6 +6,7 @@
 #include "base/RunTimeError.h"
 #include "qt/Widgets.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <utility>
 
@@ -29,6 +30,11 @@ std::string DBusHostLink::Request(const std::string& host_id, const std::string&
     throw RunTimeError(ErrorNumber::kDeviceInputOutput, "The host's reply is no text");
   }
   return reply.arguments().constFirst().toString().toStdString();
+}
+
+bool DBusHostLink::IsThere(const std::string& host_id) {
+  QDBusConnectionInterface* daemon = bus_.isConnected() ? bus_.interface() : nullptr;
+  return daemon != nullptr && daemon->isServiceRegistered(ToQt(HostBusName(host_id)));
 }
 
 }  // namespace logbook

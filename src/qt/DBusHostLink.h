@@ -20,6 +20,8 @@ class DBusHostLink : public HostLink {
   // if there is no bus, no such host, an error reply, a reply that is no text, or none in time.
   std::string Request(const std::string& host_id, const std::string& topic,
                       const std::string& item) override;
+  // True if the name of this host has an owner.
+  bool IsThere(const std::string& host_id) override;
   // Requests stand alone, so that there is nothing to close.
   void Close() override {}
 

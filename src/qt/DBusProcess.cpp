@@ -27,7 +27,14 @@ bool DBusProcess::OtherInstanceRuns() {
   const auto reply =
       daemon->registerService(ToQt(kLogbookBusName), QDBusConnectionInterface::DontQueueService,
                               QDBusConnectionInterface::DontAllowReplacement);
+  owns_name_ = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
   return reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceNotRegistered;
+}
+
+void DBusProcess::Resign() {
+  if (!IsRunningLogbook()) return;
+  bus_.interface()->unregisterService(ToQt(kLogbookBusName));
+  owns_name_ = false;
 }
 
 void DBusProcess::End(int status) {

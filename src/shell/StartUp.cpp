@@ -84,6 +84,8 @@ void GetPath(AppState& state, Services& services) {
     services.host.Close();
     if (!FolderExists(state.machine, state.LogRoot)) MakeFolder(state.machine, state.LogRoot);
   } catch (const std::exception&) {
+    // A host that does not run looks at no cell, so that the end has nobody to wait for.
+    if (!services.host.IsThere(state.HostId)) services.process.Resign();
     GlobalEnd(state, services);
   }
 }

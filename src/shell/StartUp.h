@@ -26,13 +26,13 @@ void Form_Load(AppState& state, Services& services, const std::string& command_l
 [[noreturn]] void Form_Unload(AppState& state, Services& services);
 
 // Fetches the paths from the host and makes LogRoot (one level) if it is missing. Any failure ends
-// the process through GlobalEnd, silently.
+// the process through GlobalEnd, silently, and without a wait if the host does not run at all.
 void GetPath(AppState& state, Services& services);
 
 // Makes the main window unavailable, waits without limit until the handshake cell reads 0, writes
 // 9, waits for at most 200000 polls until the host has changed it, closes the help bridge
-// and ends the process with status 0. A failure, such as a cell that no host can reach any more,
-// ends the waits.
+// and ends the process with status 0. A failure, such as a cell that no host can reach, ends the
+// waits: it keeps nobody who is not the running logbook, nor one whose bus has gone.
 [[noreturn]] void GlobalEnd(AppState& state, Services& services);
 
 // Takes HostId, CEMode and AutoRec from the command line. HostId is what lies before the first

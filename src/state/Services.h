@@ -26,6 +26,8 @@ class HostLink {
   // at most. Raises RunTimeError if there is no host, no such item or no answer in time.
   virtual std::string Request(const std::string& host_id, const std::string& topic,
                               const std::string& item) = 0;
+  // True if a host of this id runs, whether it answers or not. Raises nothing.
+  virtual bool IsThere(const std::string& host_id) = 0;
   // Closes the link. Raises nothing.
   virtual void Close() = 0;
 };
@@ -37,7 +39,8 @@ class HandshakeCell {
   // The text; empty at start.
   virtual std::string Text() const = 0;
   virtual void SetText(const std::string& text) = 0;
-  // True while another process can read and write the text.
+  // True while another process can read and write the text; never before this process is the
+  // running logbook.
   virtual bool IsReachable() const = 0;
 };
 
@@ -105,6 +108,8 @@ class Process {
   virtual ~Process() = default;
   // True if another process is the running logbook. Claims that place otherwise.
   virtual bool OtherInstanceRuns() = 0;
+  // Gives that place back. Raises nothing.
+  virtual void Resign() = 0;
   // Ends the process at once with this exit status; windows get no further events.
   [[noreturn]] virtual void End(int status) = 0;
 };

@@ -3,6 +3,11 @@
 
 // How a run of the logbook begins and ends, with the real programs.
 
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
+
 #include "CellWatch.h"
 #include "Pages.h"
 #include "Workplace.h"
@@ -73,19 +78,6 @@ TEST_F(StartAndEndTest, SecondInstanceEndsSilentlyAndTheFirstLivesOn) {
   EXPECT_EQ(desktop().Windows(kMainTitle), std::vector<WindowId>{main.window()});
 }
 
-TEST_F(StartAndEndTest, EmptyCommandLineEndsSilently) {
-  work().StartHost();
-  const auto logbook = work().StartLogbook({});
-  EXPECT_EQ(logbook->WaitForEnd(), 0);
-  EXPECT_EQ(logbook->Output(), "");
-}
-
-TEST_F(StartAndEndTest, WithoutAHostItEndsSilently) {
-  const auto logbook = work().StartLogbook({kHostId});
-  EXPECT_EQ(logbook->WaitForEnd(), 0);
-  EXPECT_EQ(logbook->Output(), "");
-}
-
 TEST_F(StartAndEndTest, HostOfAnotherIdIsNoHost) {
   work().StartHost();
   const auto logbook = work().StartLogbook({"OTHER"});
@@ -100,6 +92,67 @@ TEST_F(StartAndEndTest, DeafHostCountsAsNoneAfterFiveSeconds) {
   EXPECT_EQ(logbook->WaitForEnd(), 0);
   EXPECT_EQ(logbook->Output(), "");
   EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+}
+
+// How long a process has been ready to run while others had the processor.
+std::chrono::milliseconds QueueingOf(int process) {
+  std::ifstream in("/proc/" + std::to_string(process) + "/schedstat");
+  std::int64_t running = 0, queueing = 0;
+  in >> running >> queueing;
+  return std::chrono::milliseconds(queueing / 1000000);
+}
+
+// Starts that end at once, and silently. What one takes is measured less what it queued for a
+// processor; others' load only ever adds to the rest, so that one start that is quick enough is
+// enough. A start that waits out its end is never below two seconds.
+void ExpectToEndWithinHalfASecond(Workplace& work, const Words& arguments) {
+  using Clock = std::chrono::steady_clock;
+  constexpr std::chrono::milliseconds kOwed{500};
+  auto quickest = std::chrono::milliseconds::max();
+  for (int start = 0; start < 10 && quickest >= kOwed; ++start) {
+    std::chrono::milliseconds queueing{0};
+    const auto begin = Clock::now();
+    const auto logbook = work.StartLogbook(arguments);
+    WaitFor("the end of the logbook", [&] {
+      queueing = std::max(queueing, QueueingOf(logbook->Id()));
+      return !logbook->Runs();
+    });
+    const auto taken = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
+    EXPECT_EQ(logbook->WaitForEnd(), 0);
+    EXPECT_EQ(logbook->Output(), "");
+    quickest = std::min(quickest, taken - queueing);
+  }
+  std::printf("A start that ended at once took %d ms\n", static_cast<int>(quickest.count()));
+  EXPECT_LT(quickest, kOwed);
+}
+
+TEST_F(StartAndEndTest, EmptyCommandLineEndsSilentlyWithinHalfASecond) {
+  work().StartHost();
+  ExpectToEndWithinHalfASecond(work(), {});
+}
+
+TEST_F(StartAndEndTest, WithoutAHostItEndsSilentlyWithinHalfASecond) {
+  ExpectToEndWithinHalfASecond(work(), {kHostId});
+}
+
+TEST_F(StartAndEndTest, SecondInstanceEndsWithinHalfASecond) {
+  work().StartHostWithLogbook();
+  const MainPage main(desktop());
+  ExpectToEndWithinHalfASecond(work(), {kHostId});
+}
+
+TEST_F(StartAndEndTest, WithoutDisplayAndArgumentsItEndsSilentlyWithStatusZero) {
+  Environment variables = work().Variables();
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "WAYLAND_SOCKET", "QT_QPA_PLATFORM",
+                           "XDG_RUNTIME_DIR", "DBUS_SESSION_BUS_ADDRESS"})
+    variables[name] = std::nullopt;
+  for (const Words& arguments : {Words{}, Words{""}}) {
+    Words command = {LOGBOOK_PROGRAM};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    const auto result = RunCommand(command, variables, desktop().NewFile("silent"));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "");
+  }
 }
 
 TEST_F(StartAndEndTest, HelpAndVersionAreAnsweredOnTheTerminalWithoutADisplay) {

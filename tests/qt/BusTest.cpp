@@ -127,9 +127,20 @@ TEST_F(HostLink, AHostThatDoesNotAnswerInTimeFails) {
   EXPECT_GE(elapsed.elapsed(), 190);
 }
 
-TEST_F(HostLink, WithoutABusEveryRequestFails) {
+TEST_F(HostLink, AHostIsThereWhileItsNameHasAnOwnerEvenIfItNeverAnswers) {
+  DBusHostLink link(bus.Connect());
+  EXPECT_FALSE(link.IsThere("HOST"));
+  {
+    FakeHost host(bus.Connect(), "HOST", [](const QDBusMessage&) { return QDBusMessage(); });
+    EXPECT_TRUE(link.IsThere("HOST"));
+    EXPECT_FALSE(link.IsThere("OTHER"));
+  }
+}
+
+TEST_F(HostLink, WithoutABusEveryRequestFailsAndNoHostIsThere) {
   DBusHostLink link(QDBusConnection(QStringLiteral("never connected")));
   EXPECT_THROW(link.Request("HOST", "CPWAIT", "_exepath$"), RunTimeError);
+  EXPECT_FALSE(link.IsThere("HOST"));
 }
 
 // Runs a program to its end while this process delivers events; returns what it printed.
@@ -161,10 +172,12 @@ class Cell : public Bus {
     return Call(QStringLiteral("org.freedesktop.DBus.Properties.Get"),
                 {QStringLiteral("com.norvane.Quorex.Cell"), QStringLiteral("Text")});
   }
-  std::string Set(const QString& text) {
+  std::string Set(const QString& text) { return SetValue(QStringLiteral("'%1'").arg(text)); }
+  // The value as gdbus writes it, its type included.
+  std::string SetValue(const QString& value) {
     return Call(QStringLiteral("org.freedesktop.DBus.Properties.Set"),
                 {QStringLiteral("com.norvane.Quorex.Cell"), QStringLiteral("Text"),
-                 QStringLiteral("<'%1'>").arg(text)});
+                 QStringLiteral("<%1>").arg(value)});
   }
   QStringList Common(const QString& command) {
     return {command,
@@ -177,7 +190,8 @@ class Cell : public Bus {
   }
 
   QDBusConnection connection = bus.Connect();
-  DBusCell cell{connection};
+  DBusProcess process{connection};
+  DBusCell cell{connection, process};
 };
 
 TEST_F(Cell, IsEmptyAtStart) {
@@ -196,8 +210,52 @@ TEST_F(Cell, TheLogbookReadsWhatAPeerWrote) {
   EXPECT_EQ(cell.Text(), "0");
 }
 
+TEST_F(Cell, TakesATextAndRefusesEveryOtherType) {
+  cell.SetText("1");
+  for (const char* value : {"0", "0.0", "true", "byte 0x30", "@as []", "['0']", "@ay []", "@s '0'",
+                            "objectpath '/'", "signature 's'", "<'0'>", "{'0': '0'}", "('0',)"}) {
+    const bool is_text = value == std::string("@s '0'");
+    const std::string answer = SetValue(QString::fromLatin1(value));
+    EXPECT_EQ(answer.find("InvalidArgs") == std::string::npos, is_text) << value << answer;
+    EXPECT_EQ(cell.Text(), is_text ? "0" : "1") << value;
+    cell.SetText("1");
+  }
+}
+
+TEST_F(Cell, AnswersForItsOwnPropertyAlone) {
+  cell.SetText("1");
+  const QString get = QStringLiteral("org.freedesktop.DBus.Properties.Get");
+  const QString own = QStringLiteral("com.norvane.Quorex.Cell"), text = QStringLiteral("Text");
+  EXPECT_EQ(Call(QStringLiteral("org.freedesktop.DBus.Properties.GetAll"), {own}),
+            "({'Text': <'1'>},)\n");
+  EXPECT_EQ(Call(get, {QStringLiteral("''"), text}), "(<'1'>,)\n");
+  EXPECT_NE(Call(get, {own, QStringLiteral("Other")}).find("Error"), std::string::npos);
+  EXPECT_NE(Call(get, {QStringLiteral("com.norvane.Other"), text}).find("Error"),
+            std::string::npos);
+  EXPECT_NE(Call(QStringLiteral("com.norvane.Quorex.Cell.Clear")).find("Error"), std::string::npos);
+  EXPECT_EQ(cell.Text(), "1");
+}
+
+TEST_F(Cell, IsReachableWhileItsProcessOwnsTheLogbooksName) {
+  EXPECT_FALSE(cell.IsReachable()) << "nobody has asked for the name";
+  EXPECT_FALSE(process.OtherInstanceRuns());
+  EXPECT_TRUE(cell.IsReachable());
+
+  QDBusConnection other = bus.Connect();
+  DBusProcess second(other);
+  const DBusCell second_cell(other, second);
+  EXPECT_TRUE(second.OtherInstanceRuns());
+  EXPECT_FALSE(second_cell.IsReachable()) << "the name is another's";
+
+  process.Resign();
+  EXPECT_FALSE(cell.IsReachable()) << "the name has been given back";
+  EXPECT_FALSE(second.OtherInstanceRuns());
+  EXPECT_TRUE(second_cell.IsReachable());
+}
+
 TEST_F(Cell, IsOutOfReachOnceTheBusHasGone) {
   cell.SetText("1");
+  EXPECT_FALSE(process.OtherInstanceRuns());
   EXPECT_TRUE(cell.IsReachable());
   bus.Stop();
   EXPECT_TRUE(QTest::qWaitFor([&] { return !cell.IsReachable(); }, 20000));
@@ -213,23 +271,27 @@ TEST_F(Cell, IsIntrospectable) {
 // gdbus watching the cell's object; what it printed so far.
 class Watch {
  public:
-  explicit Watch(QStringList arguments) {
+  // `peer` is the connection that the arguments name.
+  Watch(QStringList arguments, const QDBusConnection& peer) {
     arguments.removeLast();
     arguments.removeLast();  // all objects of the peer
     process_.start(QStringLiteral("gdbus"), arguments);
-    EXPECT_TRUE(WaitFor("is owned by"));
+    // It asks the bus for signals after its first line: it listens once it has heard one.
+    const QDBusMessage probe = QDBusMessage::createSignal(
+        QStringLiteral("/Probe"), QStringLiteral("com.norvane.Probe"), QStringLiteral("Probe"));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+          peer.send(probe);
+          return Has("com.norvane.Probe");
+        },
+        20000));
   }
   ~Watch() {
     process_.kill();
     process_.waitForFinished();
   }
   bool WaitFor(const std::string& text) {
-    return QTest::qWaitFor(
-        [&] {
-          seen_ += process_.readAll().toStdString();
-          return seen_.find(text) != std::string::npos;
-        },
-        20000);
+    return QTest::qWaitFor([&] { return Has(text); }, 20000);
   }
   int Changes() const {
     int changes = 0;
@@ -241,12 +303,17 @@ class Watch {
   const std::string& Seen() const { return seen_; }
 
  private:
+  bool Has(const std::string& text) {
+    seen_ += process_.readAll().toStdString();
+    return seen_.find(text) != std::string::npos;
+  }
+
   QProcess process_;
   std::string seen_;
 };
 
 TEST_F(Cell, EveryChangeIsAnnouncedWhoeverMadeIt) {
-  Watch watch(Common(QStringLiteral("monitor")));
+  Watch watch(Common(QStringLiteral("monitor")), connection);
   cell.SetText("1");
   EXPECT_TRUE(watch.WaitFor("('com.norvane.Quorex.Cell', {'Text': <'1'>}, @as [])"))
       << watch.Seen();
@@ -256,7 +323,7 @@ TEST_F(Cell, EveryChangeIsAnnouncedWhoeverMadeIt) {
 }
 
 TEST_F(Cell, TheSameTextAgainIsNoChange) {
-  Watch watch(Common(QStringLiteral("monitor")));
+  Watch watch(Common(QStringLiteral("monitor")), connection);
   cell.SetText("1");
   cell.SetText("1");
   Set(QStringLiteral("1"));
@@ -296,10 +363,15 @@ TEST_F(Cell, APeersChangeEndsTheSleepOfAWaitAtOnce) {
   EXPECT_LT(fastest, kAtOnce);
 }
 
-TEST(CellWithoutABus, StillHoldsItsText) {
-  DBusCell cell(QDBusConnection(QStringLiteral("never connected")));
+TEST(CellWithoutABus, StillHoldsItsTextOutOfReach) {
+  const QDBusConnection none(QStringLiteral("never connected"));
+  DBusProcess process(none);
+  DBusCell cell(none, process);
+  EXPECT_FALSE(process.OtherInstanceRuns());
   cell.SetText("9");
   EXPECT_EQ(cell.Text(), "9");
+  EXPECT_FALSE(cell.IsReachable());
+  process.Resign();
 }
 
 using ProcessOnTheBus = Bus;
@@ -349,8 +421,8 @@ TEST_F(ProcessOnTheBus, TheLastValueOfTheCellIsOutWhenTheProcessHasEnded) {
   EXPECT_EXIT(
       {
         const QDBusConnection own = bus.Connect();
-        DBusCell cell(own);
         DBusProcess process(own);
+        DBusCell cell(own, process);
         cell.SetText("9");
         process.End(3);
       },

@@ -92,6 +92,37 @@ TEST(Form_Load, SecondInstanceEndsSilently) {
   EXPECT_TRUE(station.messages.shown.empty());
 }
 
+// Nobody sees the cell of a process that is not the running logbook, and nobody answers it.
+TEST(Form_Load, StartThatEndsAtOnceWaitsForNobody) {
+  for (const char* command_line : {"", "HOST"}) {
+    TestWorkstation station;
+    station.cell.reachable = false;
+    station.process.other_instance = true;
+    EXPECT_EQ(StartWith(station, command_line), 0) << command_line;
+    EXPECT_EQ(station.events.delivered, 0) << command_line;
+  }
+}
+
+TEST(Form_Load, WithoutARunningHostThePlaceIsGivenBackAndNobodyIsWaitedFor) {
+  TestWorkstation station;
+  station.host.is_there = false;
+  station.host.replies.clear();
+  station.process.on_resign = [&] { station.cell.reachable = false; };
+  EXPECT_EQ(StartWith(station, "HOST"), 0);
+  EXPECT_FALSE(station.cell.reachable);
+  EXPECT_EQ(station.events.delivered, 0);
+}
+
+TEST(Form_Load, HostThatRunsAndRefusesIsToldOfTheEnd) {
+  TestWorkstation station;
+  AnswerCell(station);
+  station.host.replies.clear();
+  station.process.on_resign = [] { ADD_FAILURE() << "the host can see the cell"; };
+  EXPECT_EQ(StartWith(station, "HOST"), 0);
+  EXPECT_THAT(station.cell.written, ElementsAre("9"));
+  EXPECT_EQ(station.cell.text, "0");
+}
+
 TEST(Form_Load, AsksTheHostForItsFourItemsInOrder) {
   TestWorkstation station;
   station.state.ExePath.clear();
@@ -215,6 +246,32 @@ TEST(Form_Load, AutoRecRecordsOneLogAndEndsWithoutArrangingAWindow) {
   EXPECT_THAT(station.forms.calls, testing::Contains("ShowLogEditor (no caption)"));
   EXPECT_THAT(station.forms.calls, testing::Not(testing::Contains("SetMainSize")));
   EXPECT_THAT(station.cell.written, ElementsAre("1", "9"));
+}
+
+TEST(Form_Load, ListStandsBeforeAnAutomaticRecording) {
+  TestWorkstation station;
+  AnswerCell(station);
+  station.MakeLog("26111400", "11/14/2026 05:09:59");
+  int rows = 0;
+  std::string list;
+  station.cell.on_written = [&](const std::string& text) {
+    if (text != "1") return;
+    rows = static_cast<int>(station.state.ListView1.Rows.size());
+    list = station.disk.Get(std::string(TestWorkstation::kLogRoot) + "listlog.csv");
+  };
+  EXPECT_EQ(StartWith(station, "HOST AutoRec"), 0);
+  EXPECT_EQ(rows, 1);
+  EXPECT_NE(list.find(",26111400,"), std::string::npos) << list;
+}
+
+TEST(Form_Load, MainWindowIsPlacedInTheMiddleAndRaised) {
+  TestWorkstation station;
+  station.windows.positions[4711] = {10, 20, 753, 475};
+  EXPECT_EQ(StartWith(station, "HOST"), -1);
+  const PixelRect& place = station.windows.positions[4711];
+  EXPECT_EQ(place.Left, 588);
+  EXPECT_EQ(place.Top, 312);
+  EXPECT_THAT(station.windows.calls, ElementsAre("SetBand 4711 normal", "SetBand 4711 normal"));
 }
 
 TEST(GlobalEnd, EndsAfter200000PollsWhenTheCellNeverLeaves9) {

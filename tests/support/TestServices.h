@@ -30,8 +30,10 @@ class TestHost : public HostLink {
  public:
   std::string Request(const std::string& host_id, const std::string& topic,
                       const std::string& item) override;
+  bool IsThere(const std::string&) override { return is_there; }
   void Close() override { closed = true; }
 
+  bool is_there = true;
   std::map<std::string, std::string> replies;          // item to reply; others fail
   std::vector<std::string> requests;                   // "host|topic|item"
   std::function<void(const std::string&)> on_request;  // receives the item
@@ -91,8 +93,12 @@ class TestClock : public Clock {
 class TestProcess : public Process {
  public:
   bool OtherInstanceRuns() override { return other_instance; }
+  void Resign() override {
+    if (on_resign) on_resign();
+  }
   [[noreturn]] void End(int status) override { throw ProcessEnded{status}; }
   bool other_instance = false;
+  std::function<void()> on_resign;
 };
 
 class TestEcm : public EcmClient {
