@@ -78,7 +78,7 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
   ecm.Resume();
   QtForms forms(state);
   QtWindowSystem windows;
-  QtPrintService print(machine, clock);
+  QtPrintService print(machine, clock, [&events] { events.Paint(); });
   QtHelpEngine help(machine, ManualOfTheProgram());
   QtSaveDialog save(machine, messages);
   Services services{host, cell,  events,  messages, clock, process,

@@ -64,8 +64,10 @@ void DeleteFileIgnoringErrors(const AppState& state, const std::string& file) {
 }
 
 // All selected logs into the zip file, in list order; the code of the first call that fails, or 0.
-std::int16_t ZipSelectedLogs(const AppState& state, const std::string& zip_file) {
-  ZipWriter writer(state.machine);
+std::int16_t ZipSelectedLogs(const AppState& state, EventDelivery& events,
+                             const std::string& zip_file) {
+  const LongWork work(events);
+  ZipWriter writer(state.machine, [&events] { events.Paint(); });
   std::string result(kZipResultBuffer, '\0');
   std::int16_t code = 0;
   for (const ListRow& row : state.ListView1.Rows) {
@@ -116,7 +118,7 @@ void ArchiveLogs(AppState& state, Services& services) {
   const std::optional<std::string> zip_file = AskForFile(services, archive_folder);
   if (!zip_file) return;
   DeleteFileIgnoringErrors(state, *zip_file);
-  const std::int16_t code = ZipSelectedLogs(state, *zip_file);
+  const std::int16_t code = ZipSelectedLogs(state, services.events, *zip_file);
   if (code != 0) {
     services.messages.Show({.Text = Resource(kFailed) + "\rError Code:" + std::to_string(code),
                             .Icon = MessageIcon::kCritical,

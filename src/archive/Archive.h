@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -36,7 +37,8 @@ inline constexpr std::size_t kZipResultBuffer = 256;
 // does not grow with the size of the files.
 class ZipWriter {
  public:
-  explicit ZipWriter(const Machine& machine);
+  // Runs `between_files`, if there is one, between files and parts of large ones.
+  explicit ZipWriter(const Machine& machine, std::function<void()> between_files = {});
   // Finishes; a failure of it is lost.
   ~ZipWriter();
   ZipWriter(const ZipWriter&) = delete;

@@ -47,15 +47,19 @@ std::vector<FolderEntry> ScanLogRoot(const AppState& state) {
 }  // namespace
 
 void Init_FileList(AppState& state, Services& services) {
-  RebuildList(state, services.messages);
-  SaveList(state);
+  {
+    const LongWork work(services.events);
+    RebuildList(state, services.messages, [&services] { services.events.Paint(); });
+    SaveList(state);
+  }
   services.forms.UpdateMain();
 }
 
-void RebuildList(AppState& state, MessageBoxes& messages) {
+void RebuildList(AppState& state, MessageBoxes& messages,
+                 const std::function<void()>& between_files) {
   state.ListView1.Clear();
   state.LogCount = CreateFileList(state, messages);
-  const SnapshotCache::Pass pass(state.snapshots);
+  const SnapshotCache::Pass pass(state.snapshots, between_files);
   FillFileList(state);
   FillListHeader(state);
   FillListView(state);
@@ -92,7 +96,7 @@ void FillListHeader(AppState& state) {
     row.Text = ReadDate(state, record);
     row.SubItem(1) = record.Name;
     row.SubItem(8) = record.Comment;
-    list.Rows.insert(list.Rows.begin() + static_cast<std::ptrdiff_t>(i) - 1, std::move(row));
+    list.Rows.insert(list.Rows.begin() + (static_cast<std::ptrdiff_t>(i) - 1), std::move(row));
   }
   list.Column(1).Text = LoadResString(121);
   list.Column(2).Text = LoadResString(122);

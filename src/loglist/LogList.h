@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "state/AppState.h"
 #include "state/Services.h"
@@ -17,8 +18,10 @@ namespace logbook {
 void Init_FileList(AppState& state, Services& services);
 
 // The rebuild of what the list shows, without listlog.csv and the window: the same for the program
-// and for logbookctl. Raises what its untrapped steps raise.
-void RebuildList(AppState& state, MessageBoxes& messages);
+// and for logbookctl. Runs `between_files`, if there is one, before it turns to a file. Raises what
+// its untrapped steps raise.
+void RebuildList(AppState& state, MessageBoxes& messages,
+                 const std::function<void()>& between_files = {});
 
 // Scans LogRoot for folders, at most 256, into FileList 1 to the result. Shows one message if
 // there are 256 or more.

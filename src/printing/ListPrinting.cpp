@@ -37,6 +37,7 @@ void FillListSheet(const ListView& list, F1Book& sheet) {
 
 void PrintList(AppState& state, Services& services) {
   try {
+    const LongWork work(services.events);
     F1Book& sheet = state.frmMain.F1Report;
     BeginSheet(sheet);
     sheet.SetSheetName(std::string(LoadResString(kListSheetName)));

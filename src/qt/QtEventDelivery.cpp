@@ -4,9 +4,11 @@
 #include "qt/QtEventDelivery.h"
 
 #include <QAbstractEventDispatcher>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
+#include <QWidget>
 #include <algorithm>
 
 namespace logbook {
@@ -25,6 +27,25 @@ int QtEventDelivery::Deliver() {
   const std::chrono::nanoseconds taken = std::min<std::chrono::nanoseconds>(
       std::chrono::nanoseconds(elapsed.nsecsElapsed()), kLongestSleep);
   return std::max(1, static_cast<int>(taken / kPoll));
+}
+
+void QtEventDelivery::BeginWork() {
+  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  next_paint_ = {};
+  Paint();
+}
+
+void QtEventDelivery::EndWork() {
+  QGuiApplication::restoreOverrideCursor();
+}
+
+void QtEventDelivery::Paint() {
+  using SteadyClock = std::chrono::steady_clock;
+  if (SteadyClock::now() < next_paint_) return;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible()) window->repaint();
+  }
+  next_paint_ = SteadyClock::now() + kPaintPause;
 }
 
 }  // namespace logbook

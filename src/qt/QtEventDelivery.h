@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// Delivery of the toolkit's events from inside a wait, without spinning.
+// Delivery of the toolkit's events from inside a wait, without spinning, and painting from inside
+// long work.
 #pragma once
 
 #include <chrono>
@@ -20,6 +21,17 @@ class QtEventDelivery : public EventDelivery {
   // result is the time it took, kLongestSleep at most, in polls: a modal window that a delivered
   // event opened does not count. May be entered again from an event that it delivers.
   int Deliver() override;
+
+  void BeginWork() override;
+  void EndWork() override;
+  // Paints every window that is shown, whole: what has lain over it may have gone meanwhile.
+  void Paint() override;
+
+  // Least time between the ends and beginnings of two paintings.
+  static constexpr std::chrono::milliseconds kPaintPause{100};
+
+ private:
+  std::chrono::steady_clock::time_point next_paint_;
 };
 
 }  // namespace logbook

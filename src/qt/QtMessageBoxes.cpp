@@ -56,6 +56,22 @@ QString TitleFor(const Message& message) {
   return title.isEmpty() ? QStringLiteral(" ") : title;
 }
 
+// The pointer for answering, while one lives: long work may ask a question too.
+class UsualPointer {
+ public:
+  UsualPointer() : work_goes_on_(QGuiApplication::overrideCursor() != nullptr) {
+    if (work_goes_on_) QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+  }
+  ~UsualPointer() {
+    if (work_goes_on_) QGuiApplication::restoreOverrideCursor();
+  }
+  UsualPointer(const UsualPointer&) = delete;
+  UsualPointer& operator=(const UsualPointer&) = delete;
+
+ private:
+  const bool work_goes_on_;
+};
+
 void AddButton(QMessageBox& box, QMessageBox::StandardButton which, const QString& name) {
   QPushButton* button = box.addButton(which);
   button->setObjectName(name);
@@ -66,6 +82,7 @@ void AddButton(QMessageBox& box, QMessageBox::StandardButton which, const QStrin
 }  // namespace
 
 MessageAnswer QtMessageBoxes::Show(const Message& message) {
+  const UsualPointer pointer;
   QMessageBox box(Owner());
   box.setObjectName(QLatin1String(kMessageBoxName));
   box.setFont(ToolkitFont(FormFont()));

@@ -60,8 +60,9 @@ std::string FileNameFor(const std::string& document_name) {
 
 }  // namespace
 
-QtPrintService::QtPrintService(const Machine& machine, Clock& clock)
-    : machine_(machine), clock_(clock) {}
+QtPrintService::QtPrintService(const Machine& machine, Clock& clock,
+                               std::function<void()> between_pages)
+    : machine_(machine), clock_(clock), between_pages_(std::move(between_pages)) {}
 
 std::optional<QtPrintService::Device> QtPrintService::DefaultDevice(
     std::int32_t& error_code) const {
@@ -152,14 +153,16 @@ void QtPrintService::PrintSheet(const F1Book& sheet) {
 }
 
 void QtPrintService::PrintToFile(const F1Book& sheet, const std::string& path) {
-  const QByteArray bytes = SheetAsPdf(sheet, clock_.Now(), PaperOfTheLocale(), *machine_.code_page);
+  const QByteArray bytes =
+      SheetAsPdf(sheet, clock_.Now(), PaperOfTheLocale(), *machine_.code_page, between_pages_);
   WriteFile(machine_, path, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 void QtPrintService::PrintToQueue(const F1Book& sheet, const std::string& queue) {
   const QPageSize paper = QPrinterInfo::printerInfo(ToQt(queue)).defaultPageSize();
-  const QByteArray bytes = SheetAsPdf(
-      sheet, clock_.Now(), paper.isValid() ? paper : PaperOfTheLocale(), *machine_.code_page);
+  const QByteArray bytes =
+      SheetAsPdf(sheet, clock_.Now(), paper.isValid() ? paper : PaperOfTheLocale(),
+                 *machine_.code_page, between_pages_);
   SubmitPrintJob(queue, sheet.Title(), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 

@@ -8,6 +8,7 @@
 // user's documents folder under the sheet's title and name.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -28,7 +29,8 @@ class QtPrintService : public PrintService {
     kUnknownPrinter = 1801,
   };
 
-  QtPrintService(const Machine& machine, Clock& clock);
+  // Runs `between_pages`, if there is one, before it lays out each page.
+  QtPrintService(const Machine& machine, Clock& clock, std::function<void()> between_pages = {});
 
   std::int32_t exptGetDefaultPrinter(std::span<char> printer_name, std::span<char> driver_name,
                                      std::int32_t* error_code) override;
@@ -60,6 +62,7 @@ class QtPrintService : public PrintService {
 
   const Machine& machine_;
   Clock& clock_;
+  const std::function<void()> between_pages_;
   std::optional<std::string> armed_;  // path text of the file that the next job becomes
 };
 

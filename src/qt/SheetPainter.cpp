@@ -77,7 +77,7 @@ void SheetPainter::MeasureRow(int row) {
   heights_.push_back(text_height + kRowLead * point_);
 }
 
-void SheetPainter::Paint() {
+void SheetPainter::Paint(const std::function<void()>& between_pages) {
   Measure();
   const std::vector<RowBand> row_bands = BreakRows(heights_, body_.height());
   bands_ = BreakColumns(widths_, body_.width(), TypefaceOf(sheet_.FontOf(1, 1)).Character());
@@ -88,6 +88,7 @@ void SheetPainter::Paint() {
   for (std::size_t across = 0; across < bands_.size(); ++across) {
     for (const RowBand& rows : row_bands) {
       ++page;
+      if (between_pages) between_pages();
       if (page > 1 && !device_.newPage()) throw RunTimeError(ErrorNumber::kPrinterError);
       PaintPage(rows, across, page, pages);
     }

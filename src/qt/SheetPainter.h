@@ -10,6 +10,7 @@
 #include <QString>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <vector>
 
 #include "base/CodePage.h"
@@ -29,8 +30,9 @@ class SheetPainter {
   SheetPainter(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now,
                const CodePage& code_page);
 
-  // Raises kPrinterError if the device does not take the job or a page.
-  void Paint();
+  // Runs `between_pages`, if there is one, before each page. Raises kPrinterError if the device
+  // does not take the job or a page.
+  void Paint(const std::function<void()>& between_pages = {});
 
   // For how many characters of texts that pages cut a place has been found so far. Each is placed
   // once, however many pages its text goes over.

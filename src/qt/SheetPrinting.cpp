@@ -87,12 +87,12 @@ QString PrintTime(const LocalTime& now, const QLocale& locale) {
 }
 
 void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now,
-                const CodePage& code_page) {
+                const CodePage& code_page, const std::function<void()>& between_pages) {
   QPageLayout layout = device.pageLayout();
   layout.setMode(QPageLayout::FullPageMode);
   layout.setOrientation(sheet.Landscape() ? QPageLayout::Landscape : QPageLayout::Portrait);
   device.setPageLayout(layout);
-  SheetPainter(device, sheet, now, code_page).Paint();
+  SheetPainter(device, sheet, now, code_page).Paint(between_pages);
 }
 
 QPageSize PaperOfTheLocale() {
@@ -101,7 +101,7 @@ QPageSize PaperOfTheLocale() {
 }
 
 QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now, const QPageSize& paper,
-                      const CodePage& code_page) {
+                      const CodePage& code_page, const std::function<void()>& between_pages) {
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
@@ -110,7 +110,7 @@ QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now, const QPageSize
   writer.setPageSize(paper);
   writer.setTitle(ToQt(sheet.Title()));
   writer.setCreator(ToQt(sheet.Title()));
-  PaintSheet(writer, sheet, now, code_page);
+  PaintSheet(writer, sheet, now, code_page, between_pages);
   return bytes;
 }
 

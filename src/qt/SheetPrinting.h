@@ -9,6 +9,7 @@
 #include <QLocale>
 #include <QPageSize>
 #include <QString>
+#include <functional>
 
 #include "base/CodePage.h"
 #include "state/F1Report.h"
@@ -21,14 +22,16 @@ namespace logbook {
 // Paints all pages of the sheet: body one inch from top and bottom and three quarters from the
 // sides, header and footer half an inch from the edge; pages go down the rows first, then across
 // the columns. Columns of a fixed-pitch font are those of the code page's bytes (qt/SheetText.h).
-// Sets the device's orientation. A sheet without cells is one page. Raises
-// kPrinterError if the device does not take the job or a page of it.
+// Sets the device's orientation. A sheet without cells is one page. Runs `between_pages`, if there
+// is one, before each page. Raises kPrinterError if the device does not take the job or a page of
+// it.
 void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now,
-                const CodePage& code_page);
+                const CodePage& code_page, const std::function<void()>& between_pages = {});
 
-// The sheet as a PDF document on this paper, with its fonts embedded. Raises kPrinterError.
+// The sheet as a PDF document on this paper, with its fonts embedded; `between_pages` as above.
+// Raises kPrinterError.
 QByteArray SheetAsPdf(const F1Book& sheet, const LocalTime& now, const QPageSize& paper,
-                      const CodePage& code_page);
+                      const CodePage& code_page, const std::function<void()>& between_pages = {});
 
 // A4, or Letter where the machine's locale measures in inches.
 QPageSize PaperOfTheLocale();

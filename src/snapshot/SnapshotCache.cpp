@@ -61,6 +61,7 @@ FileStamp SnapshotCache::Stamp(const std::string& path) {
   if (passes_ == 0) return StampOf(machine_, path);
   const auto known = stamps_.find(path);
   if (known != stamps_.end()) return known->second;
+  if (between_files_) between_files_();
   return stamps_.emplace(path, StampOf(machine_, path)).first->second;
 }
 

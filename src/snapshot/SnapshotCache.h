@@ -8,11 +8,13 @@
 // file at each call would show; within a pass, what reading it at the first call would show.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "base/Files.h"
@@ -28,9 +30,14 @@ class SnapshotCache {
   // the list, which comes back to the same files for each of its columns. Passes may nest.
   class Pass {
    public:
-    explicit Pass(SnapshotCache& cache) : cache_(cache) { ++cache_.passes_; }
+    // The outermost pass runs `between_files`, if there is one, before the first use of each file.
+    explicit Pass(SnapshotCache& cache, std::function<void()> between_files = {}) : cache_(cache) {
+      if (cache_.passes_++ == 0) cache_.between_files_ = std::move(between_files);
+    }
     ~Pass() {
-      if (--cache_.passes_ == 0) cache_.stamps_.clear();
+      if (--cache_.passes_ != 0) return;
+      cache_.stamps_.clear();
+      cache_.between_files_ = nullptr;
     }
     Pass(const Pass&) = delete;
     Pass& operator=(const Pass&) = delete;
@@ -95,6 +102,7 @@ class SnapshotCache {
 
   const Machine& machine_;
   int passes_ = 0;
+  std::function<void()> between_files_;
   std::unordered_map<std::string, FileStamp> stamps_;
   std::unordered_map<std::string, DescriptorEntry> descriptors_;
   std::unordered_map<std::string, FolderEntry> folders_;

@@ -44,13 +44,33 @@ class HandshakeCell {
   virtual bool IsReachable() const = 0;
 };
 
-// Delivery of pending window and bus events from inside a wait.
+// Delivery of pending window and bus events from inside a wait, and what the windows show while
+// long work keeps the events waiting.
 class EventDelivery {
  public:
   virtual ~EventDelivery() = default;
   // Delivers what is pending. If nothing is, sleeps until an event comes, for a short while at
   // most. Returns for how many polls of a tight loop this stands, at least 1.
   virtual int Deliver() = 0;
+
+  // Long work begins and ends: between the two the pointer tells the user to wait. May nest.
+  virtual void BeginWork() = 0;
+  virtual void EndWork() = 0;
+  // Has the windows paint themselves, if a moment has passed since they last did. Delivers nothing:
+  // what the user and the bus send waits until the work is over. To be called between files.
+  virtual void Paint() = 0;
+};
+
+// A piece of long work, from here to the end of the block.
+class LongWork {
+ public:
+  explicit LongWork(EventDelivery& events) : events_(events) { events_.BeginWork(); }
+  ~LongWork() { events_.EndWork(); }
+  LongWork(const LongWork&) = delete;
+  LongWork& operator=(const LongWork&) = delete;
+
+ private:
+  EventDelivery& events_;
 };
 
 enum class MessageIcon { kNone, kCritical, kExclamation, kInformation };

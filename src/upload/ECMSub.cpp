@@ -266,6 +266,7 @@ bool WaitForPrintImage(AppState& state, Services& services, const std::string& p
     if (FileExists(state, path)) return true;
     left -= kLookPause;
     if (left < 1) return false;
+    services.events.Paint();
     services.clock.Sleep(kLookPause);
   }
 }

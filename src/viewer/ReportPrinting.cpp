@@ -127,6 +127,7 @@ void FillReportSheet(const AppState& state, LogView& view, const std::string& fi
 void PrintReport(AppState& state, Services& services, LogView& view, const std::string& file_name,
                  bool landscape) {
   try {
+    const LongWork work(services.events);
     InitReport(state, view);
     FillReportSheet(state, view, file_name);
     FinishSheet(view.Sheet, landscape);

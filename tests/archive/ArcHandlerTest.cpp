@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <random>
+
 #include "archive/Archive.h"
 #include "base/Profile.h"
 #include "loglist/LogList.h"
@@ -129,6 +131,27 @@ TEST_F(ArcHandlerTest, AnOldFileOfTheChosenNameIsReplacedNotAddedTo) {
   Archive();
   EXPECT_EQ(Names("C:\\ZALM_ARC\\a.zip"),
             "26111501/\n26111501/comment.txt\n26111501/logfile.ini\n");
+}
+
+TEST_F(ArcHandlerTest, TheWindowsArePaintedBetweenTheFiles) {
+  Select({1, 2, 3});
+  station.events.paints = 0;
+  station.save.answer = "C:\\ZALM_ARC\\a.zip";
+  Archive();
+  EXPECT_GE(station.events.paints, 3 * 2) << "each log has two files";
+  EXPECT_EQ(station.events.works, 0);
+}
+
+TEST_F(ArcHandlerTest, TheWindowsArePaintedBetweenThePartsOfALargeFile) {
+  std::mt19937 random;
+  std::string bytes(4'000'000, '\0');
+  for (char& byte : bytes) byte = static_cast<char>(random());
+  station.disk.Put(station.InLog("26111500", "acqlog.txt"), bytes);
+  Select({1});
+  station.events.paints = 0;
+  station.save.answer = "C:\\ZALM_ARC\\a.zip";
+  Archive();
+  EXPECT_GE(station.events.paints, 100);
 }
 
 TEST_F(ArcHandlerTest, AnOldFileThatCannotBeDeletedShowsInTheCode) {

@@ -59,6 +59,22 @@ TEST(Init_FileList, RowsShowDateFolderAndCommentInScanOrder) {
                                          "11/15/2026 06:00:00,26111501,,,,,,,second\r\n");
 }
 
+TEST(Init_FileList, TheWindowsArePaintedBetweenTheFilesOfTheLogs) {
+  TestWorkstation station;
+  for (const char* name : {"26111500", "26111501", "26111502"}) {
+    station.MakeLog(name, "11/15/2026 05:09:59");
+    station.disk.Put(station.InLog(name, "auser.txt"), "1,2,3");
+  }
+  FillCatalogues(station.state.catalogues);
+  station.disk.Put(station.state.IniFile, "[Header3]\r\nCat=Meter\r\nItem=1\r\n");
+  Rebuild(station);
+  EXPECT_EQ(station.events.paints, 6);
+  EXPECT_EQ(station.events.works, 0);
+  station.disk.Put(station.InLog("26111501", "comment.txt"), "");
+  EXPECT_THROW(Rebuild(station), RunTimeError);
+  EXPECT_EQ(station.events.works, 0) << "an error ends the work too";
+}
+
 TEST(Init_FileList, FilesInTheRootAreSkipped) {
   TestWorkstation station;
   station.disk.Put(kList, "old");

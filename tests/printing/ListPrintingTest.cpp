@@ -56,6 +56,17 @@ TEST_F(PrintListTest, AnEmptyListPrintsAPageWithOnlyTheTitleRow) {
                                              "Title 6", "Title 7", "Title 8", "Title 9"));
 }
 
+TEST_F(PrintListTest, PrintingIsLongWorkUntilItEndsOrFails) {
+  int works = -1;
+  station.print.on_print = [&] { works = station.events.works; };
+  Print();
+  EXPECT_EQ(works, 1);
+  EXPECT_EQ(station.events.works, 0);
+  station.print.print_error = RunTimeError(ErrorNumber::kPrinterError);
+  Print();
+  EXPECT_EQ(station.events.works, 0);
+}
+
 TEST_F(PrintListTest, EachLogIsARowOfNineCellsInTheOrderOfTheList) {
   AddRow("b");
   AddRow("a");

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "FormsWorkstation.h"
+#include "qt/QtEventDelivery.h"
 
 namespace logbook {
 namespace {
@@ -134,6 +135,17 @@ TEST(QtMessageBoxes, TextsOfAnyLengthAreShownWhole) {
       box.close();
     });
   }
+}
+
+TEST(QtMessageBoxes, ThePointerOfLongWorkRestsWhileABoxAsks) {
+  QtEventDelivery events;
+  const LongWork work(events);
+  const auto pointer = [] { return QGuiApplication::overrideCursor()->shape(); };
+  Show({.Text = "Text"}, [&](QMessageBox& box) {
+    EXPECT_EQ(pointer(), Qt::ArrowCursor);
+    box.close();
+  });
+  EXPECT_EQ(pointer(), Qt::WaitCursor);
 }
 
 TEST(QtMessageBoxes, ABoxMayComeUpWhileAnotherIsShown) {

@@ -101,6 +101,14 @@ TEST_F(QtPrintServiceTest, AnArmedJobLandsUnderTheDocumentsName) {
   EXPECT_THAT(test::PagesOf(disk.Native("C:\\PDF\\Logbook_List.pdf"))[0], HasSubstr("printed"));
 }
 
+TEST_F(QtPrintServiceTest, EveryPageIsToldOfBeforeItIsLaidOut) {
+  int pages = 0;
+  QtPrintService telling(disk.machine(), clock, [&pages] { ++pages; });
+  for (int row = 1; row <= 150; ++row) sheet.SetText(row, 1, "line");
+  telling.PrintSheet(sheet);
+  EXPECT_EQ(pages, 3);
+}
+
 TEST_F(QtPrintServiceTest, TextsThatEndInANulAreCutThere) {
   ASSERT_TRUE(Arm(std::string("Doc\0", 4), std::string("C:\\PDF\\\0", 8)));
   EXPECT_STREQ(output_file.data(), "C:\\PDF\\Doc.pdf");

@@ -241,5 +241,25 @@ TEST_F(Snapshots, AMacroFileTooLargeToKeepGivesEachOfItsLines) {
   }
 }
 
+TEST_F(Snapshots, APassTellsBeforeEachFileThatItTurnsTo) {
+  machine.Put(kIni, "[OPTION]\r\nLENS=1\r\n");
+  machine.Put(kNumbers, "1,2,3\r\n");
+  int told = 0;
+  {
+    const SnapshotCache::Pass pass(cache, [&] { ++told; });
+    {
+      const SnapshotCache::Pass inner(cache);
+      cache.Options(kIni);
+      EXPECT_EQ(told, 1);
+    }
+    cache.Date(kIni);
+    EXPECT_EQ(told, 1) << "it has that file already";
+    cache.Number(kNumbers, 2);
+    EXPECT_EQ(told, 2);
+  }
+  cache.Options(kIni);
+  EXPECT_EQ(told, 2);
+}
+
 }  // namespace
 }  // namespace logbook

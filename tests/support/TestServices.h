@@ -64,7 +64,16 @@ class TestCell : public HandshakeCell {
 class TestEvents : public EventDelivery {
  public:
   int Deliver() override;
+  void BeginWork() override { ++works; }
+  void EndWork() override { --works; }
+  void Paint() override {
+    if (works > 0) ++paints;
+    if (on_paint) on_paint();
+  }
 
+  int works = 0;   // begun and not ended
+  int paints = 0;  // inside of work
+  std::function<void()> on_paint;
   std::function<void(int)> on_deliver;  // receives the number of the delivery, from 1
   int delivered = 0;
   int limit = 1000;

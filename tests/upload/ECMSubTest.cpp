@@ -342,6 +342,16 @@ TEST_F(ECMSubTest, AFileThatComesDuringTheWaitEndsIt) {
   EXPECT_EQ(station.clock.sleeps.size(), 3u);
 }
 
+TEST_F(ECMSubTest, TheWindowsArePaintedBetweenTwoLooks) {
+  int paintings = 0;
+  station.events.on_paint = [&] { ++paintings; };
+  station.clock.on_sleep = [this] {
+    if (station.clock.sleeps.size() == 3) station.disk.Put("C:\\a.pdf", "");
+  };
+  EXPECT_TRUE(WaitForPrintImage(station.state, station.services, "C:\\a.pdf"));
+  EXPECT_EQ(paintings, 3);
+}
+
 // Staging.
 
 TEST_F(ECMSubTest, AStagingFolderIsNamedByTimeWindowAndPrefix) {

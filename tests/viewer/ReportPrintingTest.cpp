@@ -55,6 +55,17 @@ TEST_F(ReportPrinting, ViewModesBeyondTheReportsPrintNothing) {
   }
 }
 
+TEST_F(ReportPrinting, PrintingIsLongWorkUntilItEndsOrFails) {
+  int works = -1;
+  log.print.on_print = [&] { works = log.events.works; };
+  Print(5);
+  EXPECT_EQ(works, 1);
+  EXPECT_EQ(log.events.works, 0);
+  log.print.print_error = RunTimeError(ErrorNumber::kPrinterError);
+  Print(5);
+  EXPECT_EQ(log.events.works, 0);
+}
+
 TEST_F(ReportPrinting, TheTuneReportIsPrintedByTheHost) {
   log.cell.on_written = [this](const std::string&) { log.cell.text = "0"; };
   Print(1);

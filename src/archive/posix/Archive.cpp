@@ -89,9 +89,11 @@ using OpenArchive = std::unique_ptr<zip_t, Discard>;
 }  // namespace
 
 struct ZipWriter::State {
-  explicit State(const Machine& the_machine) : machine(the_machine) {}
+  State(const Machine& the_machine, std::function<void()> the_pause)
+      : machine(the_machine), between_files(std::move(the_pause)) {}
 
   const Machine& machine;
+  const std::function<void()> between_files;
   std::string target;  // native path of the zip file; empty between runs
   std::string working;
   std::unique_ptr<ZipStore> store;
@@ -106,6 +108,7 @@ struct ZipWriter::State {
   void CheckTarget(const std::string& native);
   OpenArchive Open();
   void Add(const std::string& source, bool recurse);
+  void TellOfProgress(zip_t* archive);
   void Rename();
   void Drop();
 };
@@ -165,10 +168,20 @@ void ZipWriter::State::Add(const std::string& source, bool recurse) {
     FailWithSystem(ZipResult::kCannotWrite, target, errno);
   OpenArchive archive = Open();
   ZipAddition(machine, archive.get(), *store, old_file).AddFolder(source, name, recurse);
+  TellOfProgress(archive.get());
   if (zip_close(archive.get()) != 0) FailWithLibrary(zip_get_error(archive.get()));
   archive.release();  // closed, and gone with it
   if (in_parts && !store->EndPart()) FailWithSystem(ZipResult::kCannotWrite, target, errno);
   has_content = true;
+}
+
+// The library reads and packs all files while it closes the archive.
+void ZipWriter::State::TellOfProgress(zip_t* archive) {
+  constexpr double kStep = 0;  // of the whole: at every buffer that is written
+  const auto tell = [](zip_t*, double, void* state) {
+    static_cast<const State*>(state)->between_files();
+  };
+  if (between_files) zip_register_progress_callback_with_state(archive, kStep, tell, nullptr, this);
 }
 
 void ZipWriter::State::Drop() {
@@ -191,7 +204,8 @@ void ZipWriter::State::Rename() {
   target.clear();
 }
 
-ZipWriter::ZipWriter(const Machine& machine) : state_(std::make_unique<State>(machine)) {}
+ZipWriter::ZipWriter(const Machine& machine, std::function<void()> between_files)
+    : state_(std::make_unique<State>(machine, std::move(between_files))) {}
 
 ZipWriter::~ZipWriter() {
   std::string lost;
