@@ -45,6 +45,9 @@ DecimalShape ShapeOf(std::string_view text) {
   return shape;
 }
 
+// Beyond it every exponent means the same: no text has so many digits that they make up for it.
+constexpr long long kFarExponent = 1'000'000'000'000;
+
 // True if a number that a double cannot hold is too large for it, false if it is too small.
 bool IsTooLarge(const DecimalShape& shape) {
   std::string_view exponent_text = shape.exponent;
@@ -54,6 +57,7 @@ bool IsTooLarge(const DecimalShape& shape) {
   const auto [end, error] =
       std::from_chars(exponent_text.data(), exponent_text.data() + exponent_text.size(), exponent);
   if (error == std::errc::result_out_of_range) return !negative;
+  exponent = std::min(exponent, kFarExponent);
   if (negative) exponent = -exponent;
   const std::size_t lead = shape.whole.find_first_not_of('0');
   if (lead != std::string_view::npos) {

@@ -79,7 +79,8 @@ TEST(LeadingNumber, BlanksInsideEndTheNumber) {
 TEST(LeadingNumber, RaisesOverflowForANumberTooLargeForADouble) {
   for (const std::string& text :
        {std::string("1e309"), std::string("-1e309"), std::string("1e999999999999999999999"),
-        std::string(400, '9'), "0.001e" + std::string("400"), "&H" + std::string(300, 'F')}) {
+        std::string("12e9223372036854775807"), std::string(400, '9'), "0.001e" + std::string("400"),
+        "&H" + std::string(300, 'F')}) {
     try {
       LeadingNumber(text);
       ADD_FAILURE() << text << " was read";
