@@ -21,6 +21,12 @@ if(LOGBOOK_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(logbook_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(LOGBOOK_FUZZ)
+  target_compile_options(logbook_options INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined
+    -fno-omit-frame-pointer)
+  target_link_options(logbook_options INTERFACE -fsanitize=address,undefined)
+endif()
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
