@@ -32,7 +32,8 @@ inline constexpr std::size_t kZipResultBuffer = 256;
 
 // One run of the zip writer. The zip file grows in a working file beside it, named
 // ".<name>.<number>.part", and gets its own name when the run ends or turns to another zip file:
-// until then whatever bore that name is untouched. After each call the working file holds all that
+// until then whatever bore that name is untouched. A run takes away the working files of that
+// folder that runs cut short have left. After each call the working file holds all that
 // the successful calls put there, so a failed call takes nothing away from the earlier ones. Memory
 // does not grow with the size of the files.
 class ZipWriter {
@@ -45,8 +46,9 @@ class ZipWriter {
   ZipWriter& operator=(const ZipWriter&) = delete;
 
   // Puts the folder `source` into the zip file under the folder's own name, files deflated, dates
-  // and times kept, names flagged as UTF-8. `options` are words: "-r" takes all that lies below
-  // the folder, empty folders too, and without it only the folder's own files; "-a" adds to a file
+  // and times kept, names flagged as UTF-8. A link to a file of the same folder or below is that
+  // file; every other link is left out. `options` are words: "-r" takes all that lies below the
+  // folder, empty folders too, and without it only the folder's own files; "-a" adds to a file
   // that exists, replacing entries of the same name, and without it the file starts anew. Calls
   // for the same zip file in one run always add. `number` has no meaning here and is 0. On failure
   // `result` holds a reason, cut to its size, which stays as it is. Texts end at their first NUL.

@@ -17,6 +17,7 @@
 #include <sstream>
 #include <utility>
 
+#include "archive/posix/WorkingFile.h"
 #include "archive/posix/ZipAddition.h"
 #include "archive/posix/ZipStore.h"
 #include "base/Files.h"
@@ -38,14 +39,6 @@ void Fill(std::string& buffer, const std::string& text) {
   const std::size_t count = std::min(buffer.size(), text.size());
   std::fill(buffer.begin(), buffer.end(), '\0');
   buffer.replace(0, count, text, 0, count);
-}
-
-// Beside the zip file, hidden; its name has room for the number behind a name of any length.
-std::string WorkingName(const std::string& zip_file, int number) {
-  constexpr std::size_t kMostOfName = 200;
-  const fs::path path(zip_file);
-  const std::string name = path.filename().string().substr(0, kMostOfName);
-  return (path.parent_path() / ("." + name + "." + std::to_string(number) + ".part")).string();
 }
 
 // Bytes and rights of a file; false with errno set on failure.
@@ -130,12 +123,8 @@ void ZipWriter::State::Begin(const std::string& native, bool add) {
   const Descriptor old(add ? open(native.c_str(), O_RDONLY | O_CLOEXEC) : -1);
   if (add && !old.IsOpen() && errno != ENOENT)
     FailWithSystem(ZipResult::kCannotWrite, native, errno);
-  Descriptor file;
-  for (int number = 1; !file.IsOpen(); ++number) {
-    working = WorkingName(native, number);
-    file = Descriptor(open(working.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (!file.IsOpen() && errno != EEXIST) FailWithSystem(ZipResult::kCannotWrite, native, errno);
-  }
+  Descriptor file = MakeWorkingFile(native, working);
+  if (!file.IsOpen()) FailWithSystem(ZipResult::kCannotWrite, native, errno);
   if (old.IsOpen() && !CopyWithRights(old, file)) {
     const int error = errno;
     unlink(working.c_str());

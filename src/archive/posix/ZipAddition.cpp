@@ -9,13 +9,10 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
 #include <set>
 
-#include "base/NativeFile.h"
+#include "archive/posix/FileSource.h"
 #include "base/Utf8.h"
-
-namespace fs = std::filesystem;
 
 namespace logbook {
 
@@ -32,20 +29,6 @@ bool IsUtf8(const std::string& text) {
     if (character == kNotUtf8 || (character >= 0xD800 && character <= 0xDFFF)) return false;
   }
   return true;
-}
-
-std::vector<std::string> Children(const std::string& native) {
-  std::vector<std::string> names;
-  std::error_code error;
-  for (fs::directory_iterator entry(native, error), end; !error && entry != end;
-       entry.increment(error)) {
-    std::string name = entry->path().filename().string();
-    // What a writer that was killed has left is no file of the log.
-    if (!name.starts_with(kTemporaryName)) names.push_back(std::move(name));
-  }
-  if (error) FailWithSystem(ZipResult::kSourceUnreadable, native, error.value());
-  std::sort(names.begin(), names.end());
-  return names;
 }
 
 zip_uint32_t Attributes(const struct stat& status) {
@@ -86,7 +69,15 @@ FileIdentity IdentityOf(const struct stat& status) {
 }
 
 std::string NameInZip(const Machine& machine, const std::string& disk_name) {
-  return IsUtf8(disk_name) ? disk_name : machine.code_page->ToUtf8(disk_name);
+  const std::string name = IsUtf8(disk_name) ? disk_name : machine.code_page->ToUtf8(disk_name);
+  std::string plain;
+  for (std::size_t i = 0; i < name.size();) {
+    const std::size_t start = i;
+    const char32_t character = NextCharacter(name, i);
+    const bool is_control = character < 0x20 || (character >= 0x7F && character < 0xA0);
+    plain += is_control || character == '\\' ? "_" : name.substr(start, i - start);
+  }
+  return plain;
 }
 
 ZipAddition::ZipAddition(const Machine& machine, zip_t* archive, ZipStore& store,
@@ -97,33 +88,23 @@ ZipAddition::ZipAddition(const Machine& machine, zip_t* archive, ZipStore& store
 }
 
 void ZipAddition::AddFolder(const std::string& native, const std::string& name, bool recurse) {
-  struct stat status {};
-  if (stat(native.c_str(), &status) != 0)
-    FailWithSystem(ZipResult::kSourceUnreadable, native, errno);
-  const FileIdentity identity = IdentityOf(status);
-  if (std::find(above_.begin(), above_.end(), identity) != above_.end()) return;
-  above_.push_back(identity);
-  AddFolderEntry(name + "/", status);
-  std::set<std::string> taken;
-  for (const std::string& child : Children(native)) {
-    // Two names of the disk may be one in the archive; neither file is dropped for that.
-    std::string child_name = NameInZip(machine_, child);
-    while (!taken.insert(child_name).second) child_name += '~';
-    AddChild(native + "/" + child, name + "/" + child_name, recurse);
-  }
-  above_.pop_back();
+  tree_ = std::make_shared<const SourceTree>(native);
+  AddFolderAt("", name, recurse);
 }
 
-void ZipAddition::AddChild(const std::string& path, const std::string& name, bool recurse) {
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0) {
-    if (errno == ENOENT) return;  // a link that leads nowhere, or gone meanwhile
-    FailWithSystem(ZipResult::kSourceUnreadable, path, errno);
-  }
-  if (S_ISDIR(status.st_mode)) {
-    if (recurse) AddFolder(path, name, recurse);
-  } else if (S_ISREG(status.st_mode) && !IsZipFileItself(status)) {
-    AddFile(path, name, status);
+void ZipAddition::AddFolderAt(const std::string& place, const std::string& name, bool recurse) {
+  AddFolderEntry(name + "/", tree_->FolderStatus(place));
+  std::set<std::string> taken;
+  for (const SourceTree::Child& child : tree_->ChildrenOf(place)) {
+    // Two names of the disk may be one in the archive; neither file is dropped for that.
+    std::string child_name = NameInZip(machine_, child.name);
+    while (!taken.insert(child_name).second) child_name += '~';
+    const std::string full_name = name + "/" + child_name;
+    if (S_ISDIR(child.status.st_mode)) {
+      if (recurse) AddFolderAt(child.place, full_name, recurse);
+    } else if (!IsZipFileItself(child.status)) {
+      AddFile(child, full_name);
+    }
   }
 }
 
@@ -142,10 +123,9 @@ void ZipAddition::AddFolderEntry(const std::string& name, const struct stat& sta
   Describe(static_cast<zip_uint64_t>(index), status);
 }
 
-void ZipAddition::AddFile(const std::string& path, const std::string& name,
-                          const struct stat& status) {
+void ZipAddition::AddFile(const SourceTree::Child& file, const std::string& name) {
   if (zip_name_locate(archive_, name.c_str(), ZIP_FL_ENC_UTF_8) >= 0) store_.ExpectReplacing();
-  zip_source_t* source = zip_source_file(archive_, path.c_str(), 0, -1);
+  zip_source_t* source = MakeFileSource(archive_, tree_, file);
   if (source == nullptr) FailWithLibrary(zip_get_error(archive_));
   const zip_int64_t index =
       zip_file_add(archive_, name.c_str(), source, ZIP_FL_ENC_UTF_8 | ZIP_FL_OVERWRITE);
@@ -156,7 +136,7 @@ void ZipAddition::AddFile(const std::string& path, const std::string& name,
   const auto place = static_cast<zip_uint64_t>(index);
   if (zip_set_file_compression(archive_, place, ZIP_CM_DEFLATE, kDeflateLevel) != 0)
     FailWithLibrary(zip_get_error(archive_));
-  Describe(place, status);
+  Describe(place, file.status);
 }
 
 // The field holds 32 bits with a sign; a time beyond them stands in local time alone.

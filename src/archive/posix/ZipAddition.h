@@ -8,11 +8,13 @@
 #include <zip.h>
 
 #include <ctime>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "archive/Archive.h"
+#include "archive/posix/SourceTree.h"
 #include "archive/posix/ZipStore.h"
 #include "base/Machine.h"
 
@@ -37,7 +39,8 @@ using FileIdentity = std::pair<dev_t, ino_t>;
 FileIdentity IdentityOf(const struct stat& status);
 
 // A file name of the disk as it stands in the archive: UTF-8; a name that is none is read in the
-// machine's code page.
+// machine's code page. Control characters and backslashes, which readers take for something else or
+// refuse, are underscores.
 std::string NameInZip(const Machine& machine, const std::string& disk_name);
 
 class ZipAddition {
@@ -45,15 +48,15 @@ class ZipAddition {
   // `zip_file` is what is not to be packed, beside the store's own file. Raises ZipFailure, as all.
   ZipAddition(const Machine& machine, zip_t* archive, ZipStore& store, FileIdentity zip_file);
 
-  // The folder with its entry, its files and, if wanted, its folders. What is neither file nor
-  // folder is left out, and so is a link that leads nowhere or to a folder above.
+  // The folder of this native path under this name, with its entry, its files and, if wanted, its
+  // folders. SourceTree tells what is left out.
   void AddFolder(const std::string& native, const std::string& name, bool recurse);
 
  private:
-  void AddChild(const std::string& path, const std::string& name, bool recurse);
+  void AddFolderAt(const std::string& place, const std::string& name, bool recurse);
   bool IsZipFileItself(const struct stat& status) const;
   void AddFolderEntry(const std::string& name, const struct stat& status);
-  void AddFile(const std::string& path, const std::string& name, const struct stat& status);
+  void AddFile(const SourceTree::Child& file, const std::string& name);
   bool SetExactTime(zip_uint64_t index, std::time_t time);
   void Describe(zip_uint64_t index, const struct stat& status);
 
@@ -61,7 +64,7 @@ class ZipAddition {
   zip_t* archive_;
   ZipStore& store_;
   std::vector<FileIdentity> avoid_;
-  std::vector<FileIdentity> above_;
+  std::shared_ptr<const SourceTree> tree_;  // the library reads from it when the archive is closed
 };
 
 }  // namespace logbook

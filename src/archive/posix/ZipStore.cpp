@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "archive/posix/ZipDirectory.h"
+#include "base/posix/LockedFile.h"
 
 namespace logbook {
 
@@ -239,8 +240,7 @@ zip_int64_t ZipStore::BeginRewriting() {
   struct stat status {};
   if (fstat(file_.Number(), &status) != 0) return Fail(ZIP_ER_TMPOPEN);
   unlink((path_ + "2").c_str());
-  second_ =
-      posix::Descriptor(open((path_ + "2").c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  second_ = posix::MakeLockedFile(path_ + "2", 0600);
   if (!second_.IsOpen()) return Fail(ZIP_ER_TMPOPEN);
   target_ = second_.Number();
   if (fchmod(target_, status.st_mode & 07777) != 0) {
