@@ -39,10 +39,11 @@ if(LOGBOOK_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${LOGBOOK_CCACHE})
 endif()
 
-# logbook_test(<room> SOURCES <files> [LINKS <targets>] [PROGRAM <name>]): a test program for a room,
-# "tests_<room>" unless named otherwise, each case a test of its own named "<room>.<suite>.<case>".
+# logbook_test(<room> SOURCES <files> [LINKS <targets>] [PROGRAM <name>] [LABELS <label>]): a test
+# program for a room, "tests_<room>" unless named otherwise, each case a test of its own named
+# "<room>.<suite>.<case>". Cases with the label "long" are left out of an ordinary ./test.
 function(logbook_test room)
-  cmake_parse_arguments(ARG "" "PROGRAM" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "PROGRAM;LABELS" "SOURCES;LINKS" ${ARGN})
   set(target tests_${room})
   if(ARG_PROGRAM)
     set(target ${ARG_PROGRAM})
@@ -52,5 +53,5 @@ function(logbook_test room)
     GTest::gtest GTest::gmock GTest::gtest_main nlohmann_json::nlohmann_json)
   target_compile_definitions(${target} PRIVATE TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data")
   gtest_discover_tests(${target} TEST_PREFIX "${room}." DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 300)
+    PROPERTIES TIMEOUT 300 LABELS "${ARG_LABELS}")
 endfunction()

@@ -8,6 +8,7 @@
 
 #include <random>
 
+#include "FailingRename.h"
 #include "archive/Archive.h"
 #include "base/Profile.h"
 #include "loglist/LogList.h"
@@ -202,9 +203,10 @@ TEST_F(ArcHandlerTest, ADrivesRootIsTheNextDefaultWithItsBackslash) {
 
 TEST_F(ArcHandlerTest, AFailureAtTheSecondLogShowsTheCodeAndLeavesTheFirstLogInTheFile) {
   Store("C:\\old\\");
+  station.disk.MakeFolders("C:\\new");
   Select({1, 2, 3});
   RunProgram("rm -r " + Quoted(station.disk.Native(TestWorkstation::InLog("26111501", ""))));
-  station.save.answer = "C:\\old\\a.zip";
+  station.save.answer = "C:\\new\\a.zip";
   Archive();
   ASSERT_EQ(station.messages.shown.size(), 1u);
   const Message& message = station.messages.shown[0];
@@ -212,8 +214,23 @@ TEST_F(ArcHandlerTest, AFailureAtTheSecondLogShowsTheCodeAndLeavesTheFirstLogInT
   EXPECT_EQ(message.Icon, MessageIcon::kCritical);
   EXPECT_EQ(message.Buttons, MessageButtons::kOk);
   EXPECT_EQ(message.Title, "Archive Log");
-  EXPECT_EQ(Names("C:\\old\\a.zip"), "26111500/\n26111500/comment.txt\n26111500/logfile.ini\n");
+  EXPECT_EQ(Names("C:\\new\\a.zip"), "26111500/\n26111500/comment.txt\n26111500/logfile.ini\n");
   EXPECT_EQ(StoredFolder(), "C:\\old\\");
+}
+
+TEST_F(ArcHandlerTest, AZipFileThatCannotGetItsNameIsAFailureThoughEveryLogWasPacked) {
+  Store("C:\\old\\");
+  station.disk.MakeFolders("C:\\new");
+  Select({1, 2});
+  station.save.answer = "C:\\new\\a.zip";
+  {
+    const FailingRename failing;
+    Archive();
+  }
+  ASSERT_EQ(station.messages.shown.size(), 1u);
+  EXPECT_EQ(station.messages.shown[0].Text, "Failed to archive log(s).\rError Code:5");
+  EXPECT_EQ(StoredFolder(), "C:\\old\\");
+  EXPECT_FALSE(station.disk.Has("C:\\new\\a.zip"));
 }
 
 TEST_F(ArcHandlerTest, AtMost259CharactersOfTheFolderAreRead) {

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// Archives of many entries and of large files, in the size that a test wants.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "Archiving.h"
+
+namespace logbook::test {
+
+class LargeArchive : public Archiving {
+ protected:
+  // Two folders of so many files each go into one archive, and readers find all of them.
+  void ExpectAllEntriesOfTwoFolders(int files) {
+    for (const char* name : {"one", "two"}) {
+      const std::string folder = disk.Native(std::string("C:\\") + name);
+      ASSERT_EQ(RunProgram("mkdir " + Quoted(folder) + " && cd " + Quoted(folder) + " && seq 1 " +
+                           std::to_string(files) + " | xargs touch")
+                    .status,
+                0);
+    }
+    ZipWriter writer(disk);
+    result.assign(kZipResultBuffer, '\0');
+    for (const char* name : {"C:\\one", "C:\\two"})
+      EXPECT_EQ(writer.arZip(0, "C:\\out.zip", name, "-a -r", result), 0);
+    EXPECT_EQ(writer.Finish(result), 0);
+    const std::string zip = Quoted(disk.Native("C:\\out.zip"));
+    const std::string count = std::to_string(2 * files + 2) + "\n";
+    EXPECT_EQ(RunProgram("unzip -Z1 " + zip + " | wc -l").output, count);
+    EXPECT_EQ(RunProgram("python3 -c 'import sys, zipfile; "
+                         "print(len(zipfile.ZipFile(sys.argv[1]).namelist()))' " +
+                         zip)
+                  .output,
+              count);
+  }
+
+  // A file of so many bytes is archived without taking more memory than that above what is in use.
+  void ExpectBoundedMemory(int file_bytes, int memory_bytes) {
+    disk.MakeFolders("C:\\log");
+    const std::string file = disk.Native("C:\\log\\big.bin");
+    std::ofstream(file).close();
+    ASSERT_EQ(truncate(file.c_str(), file_bytes), 0);
+    rusage before{};
+    getrusage(RUSAGE_SELF, &before);
+    EXPECT_EQ(Zip("C:\\log"), 0);
+    rusage after{};
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, memory_bytes / 1024) << "KiB";
+    EXPECT_THAT(RunProgram("unzip -v " + Quoted(disk.Native("C:\\out.zip"))).output,
+                testing::HasSubstr(std::to_string(file_bytes)));
+  }
+};
+
+}  // namespace logbook::test
