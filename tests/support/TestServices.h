@@ -89,13 +89,18 @@ class TestMessages : public MessageBoxes {
 
 class TestClock : public Clock {
  public:
-  LocalTime Now() override { return now; }
+  LocalTime Now() override {
+    const LocalTime time = now;
+    if (on_now) on_now();
+    return time;
+  }
   void Sleep(int milliseconds) override {
     sleeps.push_back(milliseconds);
     if (on_sleep) on_sleep();
   }
   LocalTime now{2026, 11, 15, 5, 9, 59};
   std::vector<int> sleeps;
+  std::function<void()> on_now;  // after each reading
   std::function<void()> on_sleep;
 };
 

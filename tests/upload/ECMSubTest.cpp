@@ -362,6 +362,32 @@ TEST_F(ECMSubTest, AStagingFolderIsNamedByTimeWindowAndPrefix) {
   EXPECT_TRUE(FolderExists(station.disk, kArea + folder));
 }
 
+TEST_F(ECMSubTest, TheHourInTheNameIsThatOfATwentyFourHourClock) {
+  for (const auto& [hour, name] : {std::pair{0, "26111500095999_LOGBK"},
+                                   {12, "26111512095999_LOGBK"},
+                                   {13, "26111513095999_LOGBK"},
+                                   {23, "26111523095999_LOGBK"}}) {
+    station.clock.now.Hour = hour;
+    std::string folder;
+    EXPECT_EQ(MakeStagingFolder(station.state, station.services, folder, 99, "LOGBK"), 0);
+    EXPECT_EQ(folder, name);
+  }
+}
+
+TEST_F(ECMSubTest, TheFilesOfOneEventLieTogetherThoughTheClockMovesOn) {
+  station.clock.on_now = [this] { ++station.clock.now.Second; };
+  station.clock.now.Second = 10;
+  Record();
+  std::vector<std::string> folders;
+  for (const std::string& name : NamesIn(kArea)) {
+    if (!name.ends_with(".xml")) folders.push_back(name);
+  }
+  ASSERT_THAT(folders, testing::SizeIs(1));
+  EXPECT_THAT(NamesIn(kArea + folders[0]), ElementsAre("26111500.qkvzip", "listlog.csv"));
+  EXPECT_EQ(ReadUploadDescriptor(station.disk, DescriptorPath(folders[0])).size(), 2u);
+  EXPECT_EQ(station.ecm.calls.back(), "EcmSubmit " + folders[0]);
+}
+
 TEST_F(ECMSubTest, AFolderThatCannotBeMadeGivesTwoAndAnEmptyName) {
   station.disk.Put(std::string(kArea) + kName, "taken by a file");
   std::string folder = "old";
