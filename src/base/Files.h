@@ -101,6 +101,8 @@ class InputFile {
  public:
   // Opens. Raises 53, 75 (also for a folder or an empty name), 76, 70.
   InputFile(const Machine& machine, std::string_view path);
+  // The same over bytes that have been read already; they must outlive the object.
+  explicit InputFile(std::string_view bytes);
   ~InputFile();
   InputFile(InputFile&&) noexcept;
   InputFile& operator=(InputFile&&) noexcept;

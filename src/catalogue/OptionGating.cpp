@@ -97,8 +97,11 @@ constexpr auto kLensBiasRows    = std::to_array<int>({113, 157, 180});
 // clang-format on
 
 // Tune groups whose values depend on options by rules of their own.
+constexpr int kSensitivityGroup = 1;
 constexpr int kReactionCellGroup = 8;
 constexpr int kInstrumentNameGroup = 10;
+// "Mass(Doubly Charged)", not the row that the name of OPT_COLOPGS suggests.
+constexpr int kColOpgsRow = 60;
 
 constexpr int kOldRfGroup = 7;
 constexpr int kNewRfGroup = 14;
@@ -168,6 +171,21 @@ bool IsDisabledTuneParam(std::int16_t group, double lens, double lens2, double l
   const auto family = std::find(kTuneLensGroups.begin(), kTuneLensGroups.end(), group);
   return family != kTuneLensGroups.end() &&
          family - kTuneLensGroups.begin() != LensMode(lens, lens2, lens3);
+}
+
+bool IsDisabledTuneRow(int row, std::int16_t group, const LogOptions& options,
+                       const MacroFlags& flags) {
+  return IsDisabledTuneParam(group, options.LENS, options.LENS2, options.LENS3) ||
+         (group == kReactionCellGroup && (options.LENS == 0 || flags.Clmd == 0)) ||
+         (row == kColOpgsRow && flags.ColOpgs == 0);
+}
+
+bool IsHiddenInList(std::int16_t group, const LogOptions& options) {
+  return group == kInstrumentNameGroup && options.Security != 1;
+}
+
+bool NegativeMeansUnused(std::int16_t group) {
+  return group == kSensitivityGroup;
 }
 
 bool IsDisabledMeterParam(std::int16_t row, const LogOptions& options) {

@@ -47,6 +47,23 @@ int LensMode(const LogOptions& options);
 // and 11 are those of the lens families 0 to 3; no other group is ever disabled.
 bool IsDisabledTuneParam(std::int16_t group, double lens, double lens2, double lens3);
 
+// What the flags of a macro file decide; 0 where a flag is missing.
+struct MacroFlags {
+  std::int16_t ColOpgs = 0;  // OPT_COLOPGS
+  std::int16_t Clmd = 0;     // CLMD
+};
+
+// True if a tune row does not apply by its lens family or by the flags of its macro file: the
+// reaction cell gases and the doubly charged mass. The same for the list and for tune.bin.
+bool IsDisabledTuneRow(int row, std::int16_t group, const LogOptions& options,
+                       const MacroFlags& flags);
+
+// True if the list hides the value of a tune row of this group: the instrument name.
+bool IsHiddenInList(std::int16_t group, const LogOptions& options);
+
+// True if a negative number in a tune row of this group stands for a slot that is not in use.
+bool NegativeMeansUnused(std::int16_t group);
+
 // True if a row of MeterItems, AnalogItems or SysItems does not apply. A row that no rule names is
 // enabled. IsDisabledAnalogParam looks at the row's group and raises kSubscriptOutOfRange for a
 // row outside AnalogItems; the others raise nothing.

@@ -15,10 +15,6 @@ namespace logbook {
 namespace {
 
 constexpr const char* kNotApplicable = "N/A";
-constexpr int kDoublyChargedRow = 60;
-constexpr int kSensitivityGroup = 1;
-constexpr int kReactionCellGroup = 8;
-constexpr int kInstrumentNameGroup = 10;
 
 std::string LogFolder(const AppState& state, int log) {
   return state.LogRoot + state.FileList[static_cast<std::size_t>(log)].Name + "\\";
@@ -60,31 +56,25 @@ void FillPositionalList(AppState& state, int column, const ItemRecord& record, i
   }
 }
 
-bool IsNotApplicable(const TuneItemRecord& record, int item, const LogOptions& options,
-                     std::int16_t col_opgs, std::int16_t clmd) {
-  return IsDisabledTuneParam(record.Group, options.LENS, options.LENS2, options.LENS3) ||
-         (record.Group == kReactionCellGroup && (options.LENS == 0 || clmd == 0)) ||
-         (item == kDoublyChargedRow && col_opgs == 0) ||
-         (record.Group == kInstrumentNameGroup && options.Security != 1);
-}
-
 // The cell of a tune row in one log; nothing if it is to stay as it is.
 std::optional<std::string> TuneCell(AppState& state, const TuneItemRecord& record, int item,
                                     const std::string& folder) {
   const std::optional<std::string> path = state.snapshots.FindMacro(folder, record.File);
   if (!path) return std::nullopt;
   const MacroLines lines = state.snapshots.Macro(*path, record.Var);
-  const std::int16_t col_opgs = MacroFlag(lines.ColOpgs);
-  const std::int16_t clmd = MacroFlag(lines.Clmd);
+  const MacroFlags flags = {MacroFlag(lines.ColOpgs), MacroFlag(lines.Clmd)};
   if (lines.Value.empty()) return std::nullopt;
   LogOptions options;
   if (OptionsBearOnTuneParam(record.Group)) {
     options = state.snapshots.Options(folder + "logfile.ini");
   }
-  if (IsNotApplicable(record, item, options, col_opgs, clmd)) return kNotApplicable;
+  if (IsDisabledTuneRow(item, record.Group, options, flags) ||
+      IsHiddenInList(record.Group, options)) {
+    return kNotApplicable;
+  }
   if (record.Format.empty()) return MacroText(lines.Value);
   const double value = MacroNumber(lines.Value);
-  if (value < 0 && record.Group == kSensitivityGroup) return kNotApplicable;
+  if (value < 0 && NegativeMeansUnused(record.Group)) return kNotApplicable;
   return FormatNumber(value, record.Format);
 }
 

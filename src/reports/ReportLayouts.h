@@ -258,6 +258,15 @@ inline constexpr auto kReportLayouts = std::to_array<ReportLayout>({
 });
 // clang-format on
 
+// True if a report joins this section on the instrument of these options; false for a section that
+// it does not have.
+constexpr bool IsJoined(const ReportLayout& layout, int section, const LogOptions& options) {
+  for (const JoinStep& step : layout.Order) {
+    if (step.Section == section) return step.Condition(options);
+  }
+  return false;
+}
+
 // Headings by section, dense from 1, with strings that exist; a joining order names each section
 // once and no other.
 constexpr bool LayoutIsSound(const ReportLayout& layout) {

@@ -14,11 +14,6 @@
 namespace logbook {
 namespace {
 
-constexpr std::int16_t kSensitivityGroup = 1;
-constexpr std::int16_t kReactionCellGroup = 8;
-// "Mass(Doubly Charged)", not the row that the name of OPT_COLOPGS suggests.
-constexpr int kColOpgsRow = 60;
-
 // The macro files of one log, each looked up and read when it is first asked for.
 class MacroFiles {
  public:
@@ -48,17 +43,13 @@ class MacroFiles {
 // The first rule that applies gives the cell.
 std::string CellOf(int row, const TuneItemRecord& item, const MacroLines& lines,
                    const LogOptions& options) {
-  const std::int16_t col_opgs = MacroFlag(lines.ColOpgs);
-  const std::int16_t clmd = MacroFlag(lines.Clmd);
+  const MacroFlags flags = {MacroFlag(lines.ColOpgs), MacroFlag(lines.Clmd)};
   if (lines.Value.empty()) return {};
   const std::string not_applicable = "N/A";
-  if (IsDisabledTuneParam(item.Group, options.LENS, options.LENS2, options.LENS3))
-    return not_applicable;
-  if (item.Group == kReactionCellGroup && (options.LENS == 0 || clmd == 0)) return not_applicable;
-  if (row == kColOpgsRow && col_opgs == 0) return not_applicable;
+  if (IsDisabledTuneRow(row, item.Group, options, flags)) return not_applicable;
   if (item.Format.empty()) return MacroText(lines.Value);
   const double number = MacroNumber(lines.Value);
-  if (number < 0 && item.Group == kSensitivityGroup) return not_applicable;
+  if (number < 0 && NegativeMeansUnused(item.Group)) return not_applicable;
   return FormatNumber(number, item.Format);
 }
 

@@ -5,11 +5,13 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "base/Files.h"
 #include "catalogue/OptionGating.h"
 #include "reports/ReportLayouts.h"
+#include "reports/ReportRows.h"
 #include "resources/Resources.h"
 #include "snapshot/BitWords.h"
 #include "snapshot/SequentialReader.h"
@@ -126,53 +128,21 @@ BitWords ReadWords(const Source& source) {
   return ReadBitWords(file);
 }
 
-// The row "PWM Threshold Voltage Manual Setting" has no place of its own: it stands in for "RF
-// Bias" on an instrument with the new RF unit.
-constexpr int kRfBiasRow = 44;
-constexpr int kPwmThresholdRow = 54;
-
-bool IsBoutNotApplicable(int row, const LogOptions& options) {
-  if (options.STYLEB == 1 && (row == 30 || row == 31)) return true;
-  return options.AFC == 1 ? row == 12 || row == 15 : row == 57;
+void AddBits(const Source& source, std::span<const BitItemRecord> items,
+             const std::vector<BitPlace>& places, Sections& sections) {
+  const BitWords words = ReadWords(source);
+  for (const BitPlace& place : places) {
+    const BitItemRecord& item = RowAt(items, place.Row);
+    sections.Add(item.Group, item.Name, place.Disabled ? kNotApplicable : BitReading(words, item));
+  }
 }
 
 void WalkBitOut(const Source& source, Sections& sections) {
-  const BitWords words = ReadWords(source);
-  const auto& items = source.catalogues.BoutItems;
-  for (int row = 0; row < kBoutRowCount; ++row) {
-    if (row == kPwmThresholdRow) continue;
-    const bool replaced = row == kRfBiasRow && source.options.NEW_RF == 1;
-    const BitItemRecord& item = RowAt(items, replaced ? kPwmThresholdRow : row);
-    const bool hidden = IsBoutNotApplicable(row, source.options);
-    sections.Add(item.Group, item.Name, hidden ? kNotApplicable : BitReading(words, item));
-  }
-}
-
-constexpr int kOldRfBinRows = 58;
-constexpr int kNewRfBinRows = 62;
-
-// The row that stands at this place on an instrument with the new RF unit.
-int NewRfBinRow(int row) {
-  switch (row) {
-    case 27:
-      return 62;
-    case 32:
-      return 63;
-    case 36:
-      return 64;
-    default:
-      return row;
-  }
+  AddBits(source, source.catalogues.BoutItems, BitOutPlaces(source.options), sections);
 }
 
 void WalkBitIn(const Source& source, Sections& sections) {
-  const BitWords words = ReadWords(source);
-  const bool new_rf = source.options.NEW_RF == 1;
-  for (int row = 0; row < (new_rf ? kNewRfBinRows : kOldRfBinRows); ++row) {
-    const BitItemRecord& item = RowAt(source.catalogues.BinItems, new_rf ? NewRfBinRow(row) : row);
-    const bool hidden = source.options.STYLEB == 1 && row == 16;
-    sections.Add(item.Group, item.Name, hidden ? kNotApplicable : BitReading(words, item));
-  }
+  AddBits(source, source.catalogues.BinItems, BitInPlaces(source.options), sections);
 }
 
 void Walk(ValueReport report, const Source& source, Sections& sections) {

@@ -26,8 +26,14 @@ std::string_view LastCharacters(std::string_view text, int count) {
 }  // namespace
 
 std::uint16_t BitWord(std::string_view field) {
+  return FindBitWord(field).value_or(std::uint16_t{0});
+}
+
+std::optional<std::uint16_t> FindBitWord(std::string_view field) {
   const std::string digits = "&H" + std::string(LastCharacters(field, kDigits));
-  return static_cast<std::uint16_t>(LeadingNumber(digits));
+  const std::optional<double> word = FindLeadingNumber(digits);
+  if (!word) return std::nullopt;
+  return static_cast<std::uint16_t>(*word);
 }
 
 BitWords ReadBitWords(SequentialReader& file) {

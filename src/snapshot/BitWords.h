@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "snapshot/SequentialReader.h"
@@ -20,6 +21,9 @@ using BitWords = std::array<std::uint16_t, 16>;
 // The word of one field (UTF-8): the hexadecimal digits that its last four characters begin with;
 // 0 if they begin with none. Raises nothing.
 std::uint16_t BitWord(std::string_view field);
+
+// The same; nothing if they begin with none.
+std::optional<std::uint16_t> FindBitWord(std::string_view field);
 
 // Reads the sixteen words; what follows them is left alone. Raises kInputPastEndOfFile if there are
 // fewer fields.

@@ -12,6 +12,18 @@
 #include "text/LeadingNumber.h"
 
 namespace logbook {
+namespace {
+
+std::vector<std::string> TakeAssignments(const CodePage& code_page, InputFile& file) {
+  std::vector<std::string> assignments;
+  while (!file.AtEnd()) {
+    const std::string line = file.ReadLine();
+    if (line.find('=') != std::string::npos) assignments.push_back(code_page.ToUtf8(line));
+  }
+  return assignments;
+}
+
+}  // namespace
 
 std::vector<std::string> MacroFileNames(std::string_view file) {
   std::vector<std::string> names = {std::string(file)};
@@ -53,15 +65,13 @@ MacroLines ReadMacroLines(const Machine& machine, std::string_view path, std::st
 }
 
 std::vector<std::string> ReadAssignments(const Machine& machine, std::string_view path) {
-  std::vector<std::string> assignments;
   InputFile file(machine, path);
-  while (!file.AtEnd()) {
-    const std::string line = file.ReadLine();
-    if (line.find('=') != std::string::npos) {
-      assignments.push_back(machine.code_page->ToUtf8(line));
-    }
-  }
-  return assignments;
+  return TakeAssignments(*machine.code_page, file);
+}
+
+std::vector<std::string> AssignmentsIn(const CodePage& code_page, std::string_view bytes) {
+  InputFile file(bytes);
+  return TakeAssignments(code_page, file);
 }
 
 MacroLines FindMacroLines(std::span<const std::string> assignments, std::string_view var) {

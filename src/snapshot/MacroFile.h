@@ -46,6 +46,9 @@ MacroLines ReadMacroLines(const Machine& machine, std::string_view path, std::st
 // The lines of a macro file that hold "=", as UTF-8, in their order. Raises what InputFile raises.
 std::vector<std::string> ReadAssignments(const Machine& machine, std::string_view path);
 
+// The same for the bytes of a macro file. Raises nothing.
+std::vector<std::string> AssignmentsIn(const CodePage& code_page, std::string_view bytes);
+
 // ReadMacroLines over lines that have been read.
 MacroLines FindMacroLines(std::span<const std::string> assignments, std::string_view var);
 

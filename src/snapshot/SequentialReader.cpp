@@ -26,7 +26,14 @@ bool EndsField(int byte) {
 SequentialReader::SequentialReader(const Machine& machine, std::string_view path)
     : code_page_(*machine.code_page), file_(machine, path) {}
 
+SequentialReader::SequentialReader(const CodePage& code_page, std::string_view bytes)
+    : code_page_(code_page), file_(bytes) {}
+
 double SequentialReader::ReadNumber() {
+  return LeadingNumber(ReadNumberField());
+}
+
+std::string SequentialReader::ReadNumberField() {
   if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
   SkipBlanks();
   std::string field;
@@ -42,7 +49,7 @@ double SequentialReader::ReadNumber() {
   }
   SkipBlanks();
   TakeDelimiter();
-  return LeadingNumber(field);
+  return field;
 }
 
 std::string SequentialReader::ReadText() {

@@ -20,6 +20,9 @@ class SequentialReader {
   // Opens the file. Raises what InputFile raises.
   SequentialReader(const Machine& machine, std::string_view path);
 
+  // The same over the bytes of such a file, which must outlive the object. Raises nothing.
+  SequentialReader(const CodePage& code_page, std::string_view bytes);
+
   // True if no byte is left.
   bool AtEnd() { return file_.AtEnd(); }
 
@@ -27,6 +30,10 @@ class SequentialReader {
   // than 64 KB only the beginning counts. Raises kInputPastEndOfFile at the end of the file, and
   // kOverflow for a number too large for a double; that field has then been taken.
   double ReadNumber();
+
+  // The bytes of the next field as ReadNumber takes it, without the blanks around them. Raises
+  // kInputPastEndOfFile at the end of the file.
+  std::string ReadNumberField();
 
   // The next field as text (UTF-8); "" for an empty one. A field that begins with a double quote
   // ends at the next one, or at the end of the file, and may hold anything; blanks and one comma

@@ -74,7 +74,8 @@ int HexadecimalDigit(char c) {
   return -1;
 }
 
-double ReadHexadecimal(std::string_view text) {
+std::optional<double> ReadHexadecimal(std::string_view text) {
+  if (text.empty() || HexadecimalDigit(text[0]) < 0) return std::nullopt;
   double value = 0;
   for (const char c : text) {
     const int digit = HexadecimalDigit(c);
@@ -88,6 +89,10 @@ double ReadHexadecimal(std::string_view text) {
 }  // namespace
 
 double LeadingNumber(std::string_view text) {
+  return FindLeadingNumber(text).value_or(0);
+}
+
+std::optional<double> FindLeadingNumber(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
   if (text.size() >= 2 && text[0] == '&' && (text[1] == 'H' || text[1] == 'h')) {
     return ReadHexadecimal(text.substr(2));
@@ -95,9 +100,10 @@ double LeadingNumber(std::string_view text) {
   const bool negative = !text.empty() && text[0] == '-';
   if (negative || (!text.empty() && text[0] == '+')) text.remove_prefix(1);
   // The library also reads "inf" and "nan", which are no numbers here.
-  if (text.empty() || !(IsDigit(text[0]) || text[0] == '.')) return 0;
+  if (text.empty() || !(IsDigit(text[0]) || text[0] == '.')) return std::nullopt;
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error == std::errc::invalid_argument) return std::nullopt;
   if (error == std::errc::result_out_of_range) {
     if (IsTooLarge(ShapeOf(text))) throw RunTimeError(ErrorNumber::kOverflow);
     value = 0;

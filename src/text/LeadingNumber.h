@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace logbook {
@@ -16,6 +17,9 @@ namespace logbook {
 // the text does not begin with a number or holds one too small for a double. Raises kOverflow if
 // the number is too large for a double.
 double LeadingNumber(std::string_view text);
+
+// The same; nothing if the text does not begin with a number.
+std::optional<double> FindLeadingNumber(std::string_view text);
 
 // The same, rounded to a whole number (halves to the nearest even one) that fits 16 bits. Raises
 // kOverflow if it does not fit.

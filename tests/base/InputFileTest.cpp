@@ -51,6 +51,16 @@ TEST(InputFileTest, LineEndsAcrossTheBorderOfTheBufferAreWhole) {
   }
 }
 
+TEST(InputFileTest, BytesInMemoryReadAsThoseOfAFile) {
+  InputFile file("a\r\nb\rc\n\nd");
+  for (const char* line : {"a", "b", "c", "", "d"}) EXPECT_EQ(file.ReadLine(), line);
+  EXPECT_TRUE(file.AtEnd());
+  EXPECT_EQ(file.Get(), -1);
+  InputFile empty("");
+  EXPECT_TRUE(empty.AtEnd());
+  EXPECT_EQ(empty.Buffered(), "");
+}
+
 TEST(InputFileTest, ReadingOnAtTheEndIsError62) {
   const TestMachine machine;
   machine.Put("C:\\a.txt", "one\r\n");

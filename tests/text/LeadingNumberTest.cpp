@@ -104,6 +104,16 @@ TEST(LeadingNumber, DoesNotDependOnTheLocale) {
   EXPECT_EQ(LeadingNumber("1,5"), 1);
 }
 
+TEST(LeadingNumber, TextsThatBeginWithNoNumberAreToldApartFromZero) {
+  for (const char* text : {"0", "-0", " 0 V", "0x", ".0", "1e-999", "&H0", "&h0g"}) {
+    EXPECT_EQ(FindLeadingNumber(text), 0.0) << '"' << text << '"';
+  }
+  for (const char* text : {"", " ", "x1", "-", "+", ".", "-.", "&H", "&Hg", "&", "nan", "inf"}) {
+    EXPECT_EQ(FindLeadingNumber(text), std::nullopt) << '"' << text << '"';
+    EXPECT_EQ(LeadingNumber(text), 0.0) << '"' << text << '"';
+  }
+}
+
 TEST(LeadingInt16, RoundsHalvesToTheNearestEvenNumber) {
   const Reading readings[] = {{"0.5", 0},   {"1.5", 2},  {"2.5", 2},   {"-0.5", 0},
                               {"-1.5", -2}, {"0.51", 1}, {"-2.5", -2}, {"1.49", 1},

@@ -12,6 +12,7 @@ namespace logbook {
 
 struct InputFile::State {
   posix::Descriptor file;
+  const char* bytes = nullptr;  // those at hand
   std::array<char, 65536> buffer;
   std::size_t next = 0;
   std::size_t end = 0;
@@ -19,7 +20,9 @@ struct InputFile::State {
   // True if there is a byte at `next`; reads on where the buffer is used up.
   bool Fill() {
     if (next < end) return true;
+    if (!file.IsOpen()) return false;
     next = 0;
+    bytes = buffer.data();
     end = posix::ReadSome(file, buffer.data(), buffer.size());
     return end > 0;
   }
@@ -28,6 +31,11 @@ struct InputFile::State {
 InputFile::InputFile(const Machine& machine, std::string_view path)
     : state_(std::make_unique_for_overwrite<State>()) {
   state_->file = posix::OpenForReading(machine, path);
+}
+
+InputFile::InputFile(std::string_view bytes) : state_(std::make_unique_for_overwrite<State>()) {
+  state_->bytes = bytes.data();
+  state_->end = bytes.size();
 }
 
 InputFile::~InputFile() = default;
@@ -40,7 +48,7 @@ bool InputFile::AtEnd() {
 
 std::string_view InputFile::Buffered() {
   if (!state_->Fill()) return {};
-  return {state_->buffer.data() + state_->next, state_->end - state_->next};
+  return {state_->bytes + state_->next, state_->end - state_->next};
 }
 
 void InputFile::Skip(std::size_t count) {
@@ -48,7 +56,7 @@ void InputFile::Skip(std::size_t count) {
 }
 
 int InputFile::Peek() {
-  return state_->Fill() ? static_cast<unsigned char>(state_->buffer[state_->next]) : -1;
+  return state_->Fill() ? static_cast<unsigned char>(state_->bytes[state_->next]) : -1;
 }
 
 int InputFile::Get() {
