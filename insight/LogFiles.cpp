@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "insight/LogFiles.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+
+#include "base/UpperCase.h"
+
+namespace logbook::insight {
+namespace {
+
+constexpr auto kViewerFiles = std::to_array<std::string_view>(
+    {"analog.rpt", "meter.rpt", "Sys.rpt", "bitout.rpt", "bitin.rpt", "mainte.rpt", "tune.bin"});
+
+// A mixing of words of eight bytes, in the order of their bytes whatever the machine.
+class Mixer {
+ public:
+  void Add(std::uint64_t word) {
+    state_ ^= word * 0x9E3779B97F4A7C15ULL;
+    state_ = std::rotl(state_, 29) * 0xBF58476D1CE4E5B9ULL;
+  }
+
+  void Add(std::string_view bytes) {
+    Add(bytes.size());
+    while (bytes.size() >= 8) {
+      Add(WordOf(bytes.substr(0, 8)));
+      bytes.remove_prefix(8);
+    }
+    Add(WordOf(bytes));
+  }
+
+  std::uint64_t Result() const {
+    std::uint64_t result = state_ ^ (state_ >> 31);
+    result *= 0x94D049BB133111EBULL;
+    return result ^ (result >> 29);
+  }
+
+ private:
+  static std::uint64_t WordOf(std::string_view bytes) {
+    std::uint64_t word = 0;
+    for (std::size_t i = bytes.size(); i > 0; --i) {
+      word = word << 8 | static_cast<unsigned char>(bytes[i - 1]);
+    }
+    return word;
+  }
+
+  std::uint64_t state_ = 0x243F6A8885A308D3ULL;
+};
+
+}  // namespace
+
+const LogFile* LogFiles::Find(std::string_view name) const {
+  const LogFile* found = nullptr;
+  for (const LogFile& file : Files) {
+    if (file.Name == name) return &file;
+    if (found == nullptr && EqualIgnoringCase(file.Name, name)) found = &file;
+  }
+  return found;
+}
+
+bool IsWrittenByViewer(std::string_view name) {
+  return std::any_of(kViewerFiles.begin(), kViewerFiles.end(),
+                     [name](std::string_view each) { return EqualIgnoringCase(each, name); });
+}
+
+std::uint64_t FingerprintOf(const LogFiles& files) {
+  Mixer mixer;
+  for (const LogFile& file : files.Files) {
+    if (file.What != LogFile::Kind::kFile || IsWrittenByViewer(file.Name)) continue;
+    mixer.Add(file.Name);
+    mixer.Add(file.Size);
+    mixer.Add(file.Bytes);
+  }
+  return mixer.Result();
+}
+
+}  // namespace logbook::insight

@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "insight/LogReading.h"
+
+#include <iterator>
+
+#include "base/Files.h"
+#include "base/RunTimeError.h"
+#include "insight/RowReaders.h"
+#include "resources/Resources.h"
+#include "text/CSVMan.h"
+#include "text/LeadingNumber.h"
+#include "text/NumberFormat.h"
+
+namespace logbook::insight {
+namespace {
+
+constexpr int kAutomaticComment = 131;
+
+constexpr auto kStateNames =
+    std::to_array<std::string_view>({"ok", "na", "missing", "short", "nonumber"});
+
+std::string_view BytesOf(const LogFiles& files, std::string_view name) {
+  const LogFile* file = files.Find(name);
+  return file != nullptr ? std::string_view(file->Bytes) : std::string_view();
+}
+
+// A value of logfile.ini; the default where it is missing.
+std::string ProfileText(const Machine& machine, std::string_view section, const std::string& key,
+                        std::string_view default_value, std::string_view profile) {
+  std::string text;
+  GetIniStringFrom(machine, section, key, default_value, text, profile);
+  return text;
+}
+
+void ReadDescriptor(const Machine& machine, std::string_view profile, LogReading& reading) {
+  reading.Identity.Date = ProfileText(machine, "LogFile", "Date", "", profile);
+  reading.Date = ParseLogDate(reading.Identity.Date);
+  reading.Options = ParseLogOptions(machine, profile);
+  for (int item = 0; item < kItemHeaderCount; ++item) {
+    const std::string tick =
+        ProfileText(machine, "Maintenance", "Item" + std::to_string(item), "", profile);
+    reading.HasTicks |= !tick.empty();
+    try {
+      RowAt(reading.Ticks, item) = LeadingNumber(tick) == 1;
+    } catch (const RunTimeError&) {
+      // Not 1, whatever it is.
+    }
+  }
+}
+
+void ReadComment(const CodePage& code_page, const LogFiles& files, LogReading& reading) {
+  const LogFile* file = files.Find("comment.txt");
+  reading.HasComment = file != nullptr && file->What == LogFile::Kind::kFile;
+  if (!reading.HasComment) return;
+  InputFile lines(file->Bytes);
+  bool first = true;
+  while (!lines.AtEnd()) {
+    if (!first) reading.Comment += '\n';
+    reading.Comment += code_page.ToUtf8(lines.ReadLine());
+    first = false;
+  }
+  reading.Automatic = reading.Comment == LoadResString(kAutomaticComment);
+}
+
+// Two or four decimal digits at a place of the text; -1 if others stand there.
+int Digits(std::string_view text, std::size_t place, std::size_t count) {
+  int number = 0;
+  for (const char digit : text.substr(place, count)) {
+    if (digit < '0' || digit > '9') return -1;
+    number = number * 10 + (digit - '0');
+  }
+  return number;
+}
+
+void Append(std::vector<RowValue>& values, std::vector<RowValue> more) {
+  values.insert(values.end(), std::make_move_iterator(more.begin()),
+                std::make_move_iterator(more.end()));
+}
+
+}  // namespace
+
+std::string_view NameOf(ValueState state) {
+  return kStateNames.at(static_cast<std::size_t>(state));
+}
+
+std::optional<ValueState> FindState(std::string_view name) {
+  for (std::size_t i = 0; i < kStateNames.size(); ++i) {
+    if (kStateNames[i] == name) return static_cast<ValueState>(i);
+  }
+  return std::nullopt;
+}
+
+LogReading ReadLog(const CodePage& code_page, const Catalogues& catalogues, const LogFiles& files) {
+  LogReading reading;
+  reading.Identity.Root = files.Root;
+  reading.Identity.Folder = files.Folder;
+  reading.Identity.Fingerprint = FingerprintOf(files);
+  const Machine machine = {{}, &code_page};  // for the code page alone
+  ReadDescriptor(machine, BytesOf(files, "logfile.ini"), reading);
+  ReadComment(code_page, files, reading);
+  for (const LogFile& file : files.Files) {
+    if (file.What == LogFile::Kind::kRefused) reading.RefusedFiles.push_back(file.Name);
+  }
+  const RowSource source = {code_page, catalogues, reading.Options, files};
+  reading.Values.reserve(kAllRows);
+  Append(reading.Values, ReadMeterRows(source));
+  Append(reading.Values, ReadAnalogRows(source));
+  Append(reading.Values, ReadTuneRows(source));
+  Append(reading.Values, ReadSysRows(source));
+  Append(reading.Values, ReadBitOutRows(source));
+  Append(reading.Values, ReadBitInRows(source));
+  return reading;
+}
+
+std::string PrintedText(const Catalogues& catalogues, const RowId& id, const RowValue& value) {
+  if (value.State == ValueState::kNotApplicable) return "N/A";
+  if (value.State != ValueState::kOk) return {};
+  const RowInfo info = DescribeRow(catalogues, id);
+  switch (info.Kind) {
+    case RowKind::kNumber:
+      return FormatNumber(value.Number, info.Format);
+    case RowKind::kText:
+      return value.Text;
+    case RowKind::kBit:
+      return value.Number != 0 ? info.Label1 : info.Label0;
+  }
+  return {};
+}
+
+std::optional<std::chrono::local_seconds> ParseLogDate(std::string_view text) {
+  namespace chrono = std::chrono;
+  constexpr std::string_view kShape = "##/##/#### ##:##:##";
+  if (text.size() != kShape.size()) return std::nullopt;
+  for (std::size_t i = 0; i < kShape.size(); ++i) {
+    if (kShape[i] == '#' ? Digits(text, i, 1) < 0 : text[i] != kShape[i]) return std::nullopt;
+  }
+  const chrono::year_month_day day(chrono::year(Digits(text, 6, 4)),
+                                   chrono::month(static_cast<unsigned>(Digits(text, 0, 2))),
+                                   chrono::day(static_cast<unsigned>(Digits(text, 3, 2))));
+  const int hour = Digits(text, 11, 2);
+  const int minute = Digits(text, 14, 2);
+  const int second = Digits(text, 17, 2);
+  if (!day.ok() || hour > 23 || minute > 59 || second > 59) return std::nullopt;
+  return chrono::local_days(day) + chrono::hours(hour) + chrono::minutes(minute) +
+         chrono::seconds(second);
+}
+
+std::string_view FirstLine(std::string_view comment) {
+  return comment.substr(0, comment.find('\n'));
+}
+
+}  // namespace logbook::insight

@@ -1,0 +1,258 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "insight/RowReaders.h"
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "base/RunTimeError.h"
+#include "reports/ReportLayouts.h"
+#include "reports/ReportRows.h"
+#include "snapshot/BitWords.h"
+#include "snapshot/MacroFile.h"
+#include "snapshot/SequentialReader.h"
+#include "snapshot/SystemParameters.h"
+#include "text/LeadingNumber.h"
+
+namespace logbook::insight {
+namespace {
+
+constexpr std::size_t kBitWords = 16;
+
+RowValue InState(ValueState state) {
+  return {state, 0, {}};
+}
+
+RowValue NumberValue(const std::optional<double>& number) {
+  return number ? RowValue{ValueState::kOk, *number, {}} : InState(ValueState::kNoNumber);
+}
+
+// The number that a text begins with; nothing also if a double cannot hold it.
+std::optional<double> HeldNumber(std::string_view text) {
+  try {
+    return FindLeadingNumber(text);
+  } catch (const RunTimeError&) {
+    return std::nullopt;
+  }
+}
+
+// The file's bytes can be had.
+bool IsThere(const LogFile* file) {
+  return file != nullptr && file->What == LogFile::Kind::kFile;
+}
+
+// The numbers of a positional file; nothing for a field without one.
+std::vector<std::optional<double>> NumbersIn(SequentialReader& reader, int count) {
+  std::vector<std::optional<double>> numbers;
+  while (static_cast<int>(numbers.size()) < count && !reader.AtEnd()) {
+    numbers.push_back(HeldNumber(reader.ReadNumberField()));
+  }
+  return numbers;
+}
+
+template <typename Predicate>
+std::vector<RowValue> ReadPositional(const RowSource& source, std::string_view name, int count,
+                                     Predicate is_disabled) {
+  const LogFile* file = source.files.Find(name);
+  std::vector<std::optional<double>> numbers;
+  if (IsThere(file)) {
+    SequentialReader reader(source.code_page, file->Bytes);
+    numbers = NumbersIn(reader, count);
+  }
+  std::vector<RowValue> values;
+  for (std::int16_t row = 0; row < count; ++row) {
+    const auto index = static_cast<std::size_t>(row);
+    if (is_disabled(row)) {
+      values.push_back(InState(ValueState::kNotApplicable));
+    } else if (!IsThere(file)) {
+      values.push_back(InState(ValueState::kFileMissing));
+    } else if (index >= numbers.size()) {
+      values.push_back(InState(ValueState::kFileShort));
+    } else {
+      values.push_back(NumberValue(numbers[index]));
+    }
+  }
+  return values;
+}
+
+// The assignments of each macro file, found by the rule of the list.
+class MacroFiles {
+ public:
+  explicit MacroFiles(const RowSource& source) : source_(source) {}
+
+  // Nothing if the file is missing.
+  std::optional<MacroLines> Find(const std::string& file, const std::string& var) {
+    auto entry = files_.find(file);
+    if (entry == files_.end()) entry = files_.emplace(file, Read(file)).first;
+    if (!entry->second) return std::nullopt;
+    return FindMacroLines(*entry->second, var);
+  }
+
+ private:
+  std::optional<std::vector<std::string>> Read(const std::string& name) const {
+    for (const std::string& each : MacroFileNames(name)) {
+      const LogFile* file = source_.files.Find(each);
+      if (file == nullptr || file->What == LogFile::Kind::kNothing) continue;
+      if (!IsThere(file)) return std::nullopt;
+      return AssignmentsIn(source_.code_page, file->Bytes);
+    }
+    return std::nullopt;
+  }
+
+  const RowSource& source_;
+  std::map<std::string, std::optional<std::vector<std::string>>> files_;
+};
+
+// A flag of a macro file; nothing if it does not fit 16 bits.
+std::optional<std::int16_t> FlagOf(std::string_view line) {
+  try {
+    return MacroFlag(line);
+  } catch (const RunTimeError&) {
+    return std::nullopt;
+  }
+}
+
+RowValue TextValue(std::string_view line) {
+  try {
+    return {ValueState::kOk, 0, MacroText(line)};
+  } catch (const RunTimeError&) {
+    return InState(ValueState::kNoNumber);
+  }
+}
+
+RowValue TuneValue(const RowSource& source, int row, const MacroLines& lines) {
+  const TuneItemRecord& item = RowAt(source.catalogues.TuneItems, row);
+  if (lines.Value.empty()) return InState(ValueState::kFileShort);
+  const std::optional<std::int16_t> col_opgs = FlagOf(lines.ColOpgs);
+  const std::optional<std::int16_t> clmd = FlagOf(lines.Clmd);
+  const MacroFlags flags = {col_opgs.value_or(std::int16_t{1}), clmd.value_or(std::int16_t{1})};
+  if (IsDisabledTuneRow(row, item.Group, source.options, flags) ||
+      IsHiddenInList(item.Group, source.options)) {
+    return InState(ValueState::kNotApplicable);
+  }
+  // A flag that cannot be read leaves open whether the rows that ask for it apply.
+  const bool undecided = !col_opgs || !clmd;
+  const MacroFlags zeros = {col_opgs.value_or(std::int16_t{0}), clmd.value_or(std::int16_t{0})};
+  if (undecided && IsDisabledTuneRow(row, item.Group, source.options, zeros)) {
+    return InState(ValueState::kNoNumber);
+  }
+  if (item.Format.empty()) return TextValue(lines.Value);
+  const std::optional<double> number = HeldNumber(BehindEqualSign(lines.Value));
+  if (number && *number < 0 && NegativeMeansUnused(item.Group)) {
+    return InState(ValueState::kNotApplicable);
+  }
+  return NumberValue(number);
+}
+
+// The words of a bit snapshot; nothing in the place of a field without hexadecimal digits.
+std::vector<std::optional<std::uint16_t>> WordsIn(SequentialReader& reader) {
+  std::vector<std::optional<std::uint16_t>> words;
+  while (words.size() < kBitWords && !reader.AtEnd()) {
+    words.push_back(FindBitWord(reader.ReadText()));
+  }
+  return words;
+}
+
+RowValue BitValue(const BitItemRecord& item,
+                  const std::vector<std::optional<std::uint16_t>>& words) {
+  // With fewer fields the reports read nothing of the file.
+  if (words.size() < kBitWords) return InState(ValueState::kFileShort);
+  const std::optional<std::uint16_t>& word = words[static_cast<std::size_t>(item.Word)];
+  if (!word) return InState(ValueState::kNoNumber);
+  return {ValueState::kOk, BitIsSet(*word, item.Mask) ? 1.0 : 0.0, {}};
+}
+
+// Rows that the report of this instrument does not print do not apply.
+std::vector<RowValue> ReadBits(const RowSource& source, std::span<const BitItemRecord> items,
+                               int count, const ReportLayout& layout,
+                               const std::vector<BitPlace>& places) {
+  std::vector<RowValue> values(static_cast<std::size_t>(count),
+                               InState(ValueState::kNotApplicable));
+  const LogFile* file = source.files.Find(layout.Snapshot);
+  std::vector<std::optional<std::uint16_t>> words;
+  if (IsThere(file)) {
+    SequentialReader reader(source.code_page, file->Bytes);
+    words = WordsIn(reader);
+  }
+  for (const BitPlace& place : places) {
+    const BitItemRecord& item = RowAt(items, place.Row);
+    if (place.Disabled || !IsJoined(layout, item.Group, source.options)) continue;
+    RowAt(values, place.Row) =
+        IsThere(file) ? BitValue(item, words) : InState(ValueState::kFileMissing);
+  }
+  return values;
+}
+
+// The field of each system parameter: a number, or the text of the stamp.
+std::vector<RowValue> SysFieldsIn(SequentialReader& reader) {
+  std::vector<RowValue> fields;
+  while (static_cast<int>(fields.size()) < kSysRowCount && !reader.AtEnd()) {
+    if (fields.size() == kStampRow) {
+      fields.push_back({ValueState::kOk, 0, reader.ReadText()});
+    } else {
+      fields.push_back(NumberValue(HeldNumber(reader.ReadNumberField())));
+    }
+  }
+  return fields;
+}
+
+bool IsSysNotApplicable(const RowSource& source, std::int16_t row) {
+  if (row == kStampRow) return false;
+  const int group = RowAt(source.catalogues.SysItems, row).Group;
+  return IsDisabledSysParam(row, source.options) ||
+         !IsJoined(kReportLayouts[2], group, source.options);
+}
+
+}  // namespace
+
+std::vector<RowValue> ReadMeterRows(const RowSource& source) {
+  return ReadPositional(source, "auser.txt", kMeterRowCount, [&](std::int16_t row) {
+    return IsDisabledMeterParam(row, source.options);
+  });
+}
+
+std::vector<RowValue> ReadAnalogRows(const RowSource& source) {
+  return ReadPositional(source, "aall.txt", kAnalogRowCount, [&](std::int16_t row) {
+    return IsDisabledAnalogParam(source.catalogues, row, source.options);
+  });
+}
+
+std::vector<RowValue> ReadTuneRows(const RowSource& source) {
+  MacroFiles macros(source);
+  std::vector<RowValue> values;
+  for (int row = 0; row < kTuneRowCount; ++row) {
+    const TuneItemRecord& item = RowAt(source.catalogues.TuneItems, row);
+    const std::optional<MacroLines> lines = macros.Find(item.File, item.Var);
+    values.push_back(lines ? TuneValue(source, row, *lines) : InState(ValueState::kFileMissing));
+  }
+  return values;
+}
+
+std::vector<RowValue> ReadSysRows(const RowSource& source) {
+  const LogFile* file = source.files.Find("sys.txt");
+  std::vector<RowValue> values;
+  if (IsThere(file)) {
+    SequentialReader reader(source.code_page, file->Bytes);
+    values = SysFieldsIn(reader);
+  }
+  values.resize(kSysRowCount,
+                InState(IsThere(file) ? ValueState::kFileShort : ValueState::kFileMissing));
+  for (std::int16_t row = 0; row < kSysRowCount; ++row) {
+    if (IsSysNotApplicable(source, row)) RowAt(values, row) = InState(ValueState::kNotApplicable);
+  }
+  return values;
+}
+
+std::vector<RowValue> ReadBitOutRows(const RowSource& source) {
+  return ReadBits(source, source.catalogues.BoutItems, kBoutRowCount, kReportLayouts[3],
+                  BitOutPlaces(source.options));
+}
+
+std::vector<RowValue> ReadBitInRows(const RowSource& source) {
+  return ReadBits(source, source.catalogues.BinItems, kBinRowCount, kReportLayouts[4],
+                  BitInPlaces(source.options));
+}
+
+}  // namespace logbook::insight
