@@ -41,6 +41,13 @@ void OpenEditor(AppState& state, Services& services) {
   }
 }
 
+// The folder that the host would work on, however long its name.
+std::string FolderNamedToTheHost(const AppState& state) {
+  constexpr std::size_t kAnyLength = 32768;
+  return state.machine.code_page->ToUtf8(GetPrivateProfileString(
+      state.machine, "LogBook", "LogFileName", "", kAnyLength, state.IniFile));
+}
+
 }  // namespace
 
 void cmdRecord_Click(AppState& state, Services& services) {
@@ -58,6 +65,8 @@ void cmdRecord_Click(AppState& state, Services& services) {
 void GetLogFile(AppState& state, Services& services, const std::string& log_path) {
   while (CellValue(services.cell) != 0) services.events.Deliver();
   WritePrivateProfileString(state.machine, "LogBook", "LogFileName", log_path, state.IniFile);
+  // What stands there else is a record that exists: the host would capture into it.
+  if (FolderNamedToTheHost(state) != log_path) throw RunTimeError(ErrorNumber::kPathFileAccess);
   services.cell.SetText("1");
   while (CellValue(services.cell) == 1) services.events.Deliver();
 }

@@ -19,7 +19,9 @@ namespace logbook {
 void cmdRecord_Click(AppState& state, Services& services);
 
 // Waits for the cell to read 0, writes the log's path to key "LogFileName" of logbook.ini, sets
-// the cell to 1 and waits until it reads something else. No wait has a limit.
+// the cell to 1 and waits until it reads something else. No wait has a limit. Raises
+// kPathFileAccess (75) with the cell untouched if logbook.ini does not name that path afterwards,
+// as when it is read-only or the disk is full.
 void GetLogFile(AppState& state, Services& services, const std::string& log_path);
 
 }  // namespace logbook

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <filesystem>
 #include <set>
 
 #include "Pages.h"
@@ -224,5 +225,26 @@ TEST_F(RecordTest, AutomaticRecordShowsNoWindowAndIsComplete) {
   }
   EXPECT_EQ(Lines(Get(kLogRoot + std::string("listlog.csv"))).size(), 3u);
 }
+
+// logbook.ini still names the record before, and cannot be written.
+TEST_F(RecordTest, AFolderThatCannotBeNamedToTheHostEndsTheRunAndLeavesEveryRecordAsItIs) {
+  EXPECT_EQ(work().StartHostWithLogbook({"--autorec"}).WaitForEnd(), 0);
+  ASSERT_EQ(work().Logs().size(), 1u);
+  const std::string older = kLogRoot + work().Logs().front() + "\\";
+  const Files before = work().FilesIn(older);
+  std::filesystem::permissions(work().machine().Native(kExePath + std::string("logbook.ini")),
+                               std::filesystem::perms::owner_read);
+
+  ChildProcess& host = work().StartHostWithLogbook();
+  MainPage main(desktop());
+  main.Press(MainPage::Button::kRecord);
+  const MessagePage box(desktop(), main);
+  reader().WaitFor("label", "Run-time error '75':\n\nPath/File access error");
+  desktop().ClickScreen(reader().WaitFor("push button", "OK").place.Middle());
+  EXPECT_EQ(host.WaitForEnd(), 1) << host.Output();
+  EXPECT_EQ(work().FilesIn(older), before);
+  EXPECT_EQ(host.Output().find("captured"), std::string::npos) << host.Output();
+}
+
 }  // namespace
 }  // namespace logbook::e2e

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 
+#include "support/Errors.h"
 #include "support/TestServices.h"
 
 namespace logbook {
@@ -107,6 +108,24 @@ TEST(GetNewFileName, YearPartOf2100Is00) {
   EXPECT_EQ(NewFolder(station), Root("00010100\\"));
   EXPECT_EQ(station.disk.Get(Root("00010100\\logfile.ini")),
             "[LogFile]\r\nDate=01/01/2100 00:00:00\r\n");
+}
+
+// The name takes over the day that the date tells, however late it is.
+TEST(GetNewFileName, TheClockIsReadOnce) {
+  TestWorkstation station;
+  station.clock.now = {2026, 12, 31, 23, 59, 59};
+  station.clock.on_now = [&] { station.clock.now = {2027, 1, 1, 0, 0, 0}; };
+  EXPECT_EQ(NewFolder(station), Root("26123100\\"));
+  EXPECT_EQ(station.disk.Get(Root("26123100\\logfile.ini")),
+            "[LogFile]\r\nDate=12/31/2026 23:59:59\r\n");
+}
+
+TEST(GetNewFileName, DateThatCannotBeWrittenIsARunTimeError) {
+  TestWorkstation station;
+  const test::SmallFilesOnly full_disk(1);
+  EXPECT_EQ(test::NumberRaisedBy([&] { NewFolder(station); }), 75);
+  EXPECT_TRUE(station.disk.Has(Root("26111500")));
+  EXPECT_FALSE(station.disk.Has(Root("26111500\\logfile.ini")));
 }
 
 TEST(GetNewFileName, FolderThatCannotBeMadeIsARunTimeError) {

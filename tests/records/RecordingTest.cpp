@@ -11,11 +11,14 @@
 
 #include "base/Profile.h"
 #include "shell/StartUp.h"
+#include "support/Errors.h"
 #include "support/TestServices.h"
 
 namespace logbook {
 namespace {
 
+using test::NumberRaisedBy;
+using test::SmallFilesOnly;
 using test::TestWorkstation;
 using testing::ElementsAre;
 
@@ -83,6 +86,78 @@ TEST(GetLogFile, NumberInTheCellThatIsTooLargeIsNeitherZeroNorOne) {
   }
 }
 
+// The host reads the name as soon as it sees the cell.
+TEST(GetLogFile, TheFolderIsNamedBeforeTheCellIsSet) {
+  TestWorkstation station;
+  AnswerJobs(station);
+  std::string profile;
+  station.cell.on_written = [&](const std::string&) { profile = station.disk.Get(kIni); };
+  GetLogFile(station.state, station.services, kLog);
+  EXPECT_EQ(profile, std::string("[LogBook]\r\nLogFileName=") + kLog + "\r\n");
+}
+
+constexpr const char* kOlderLog =
+    "[LogBook]\r\nLogFileName=C:\\QUOREX\\inst1\\maintain\\26111400\\\r\n";
+
+// Otherwise the host would capture into the record that stands there.
+void ExpectTheCellUntouched(TestWorkstation& station) {
+  EXPECT_EQ(NumberRaisedBy([&] { GetLogFile(station.state, station.services, kLog); }), 75);
+  EXPECT_TRUE(station.cell.written.empty());
+  EXPECT_EQ(station.disk.Get(kIni), kOlderLog);
+}
+
+TEST(GetLogFile, AReadOnlyProfileThatNamesAnotherLogIsARunTimeErrorBeforeTheHostIsAsked) {
+  TestWorkstation station;
+  station.disk.Put(kIni, kOlderLog);
+  std::filesystem::permissions(station.disk.Native(kIni), std::filesystem::perms::owner_read);
+  ExpectTheCellUntouched(station);
+}
+
+TEST(GetLogFile, AFullDiskIsARunTimeErrorBeforeTheHostIsAsked) {
+  TestWorkstation station;
+  station.disk.Put(kIni, kOlderLog);
+  const SmallFilesOnly full_disk(1);
+  ExpectTheCellUntouched(station);
+}
+
+TEST(GetLogFile, AProfileThatNamesTheLogAlreadyIsGoodEnough) {
+  TestWorkstation station;
+  AnswerJobs(station);
+  station.disk.Put(kIni, std::string("[logbook]\r\nLOGFILENAME = ") + kLog);
+  std::filesystem::permissions(station.disk.Native(kIni), std::filesystem::perms::owner_read);
+  GetLogFile(station.state, station.services, kLog);
+  EXPECT_THAT(station.cell.written, ElementsAre("1"));
+}
+
+TEST(GetLogFile, APathOfAnyLengthIsHandedOver) {
+  TestWorkstation station;
+  AnswerJobs(station);
+  const std::string path = "C:\\" + std::string(2000, 'a') + "\\26111500\\";
+  GetLogFile(station.state, station.services, path);
+  EXPECT_THAT(station.cell.written, ElementsAre("1"));
+}
+
+// The host could not find the folder by what the profile holds.
+TEST(GetLogFile, APathBeyondTheCodePageIsARunTimeErrorBeforeTheHostIsAsked) {
+  TestWorkstation station;
+  const std::string path = "C:\\\u6E05\u6383\\26111500\\";
+  EXPECT_EQ(NumberRaisedBy([&] { GetLogFile(station.state, station.services, path); }), 75);
+  EXPECT_TRUE(station.cell.written.empty());
+}
+
+TEST(cmdRecord, AFolderThatCannotBeNamedToTheHostIsAnUntrappedError) {
+  for (const bool auto_rec : {false, true}) {
+    TestWorkstation station;
+    station.state.AutoRec = auto_rec;
+    station.disk.Put(kIni, kOlderLog);
+    std::filesystem::permissions(station.disk.Native(kIni), std::filesystem::perms::owner_read);
+    EXPECT_EQ(NumberRaisedBy([&] { cmdRecord_Click(station.state, station.services); }), 75);
+    EXPECT_TRUE(station.cell.written.empty());
+    EXPECT_TRUE(station.disk.Has(std::string(kLog) + "logfile.ini"));
+    EXPECT_EQ(DisabledCommands(station.state.frmMain).size(), 6u);
+  }
+}
+
 // The user presses Exit while the host writes the snapshot.
 TEST(cmdRecord, ExitDuringTheWaitEndsTheRunWhenTheHostIsDoneAndOpensNoEditor) {
   TestWorkstation station;
@@ -107,6 +182,18 @@ TEST(cmdRecord, WorkingCommandsRestUntilTheRecordIsDone) {
   cmdRecord_Click(station.state, station.services);
   EXPECT_THAT(during, testing::UnorderedElementsAre("cmdRecord", "ListView1", "cmdBrowse",
                                                     "cmdDelete", "cmdPrint", "cmdArchive"));
+  EXPECT_THAT(DisabledCommands(station.state.frmMain), ElementsAre());
+}
+
+TEST(cmdRecord, WorkingCommandsRestUntilTheUploadIsDone) {
+  TestWorkstation station;
+  AnswerJobs(station);
+  station.ecm.enabled = true;
+  std::vector<std::size_t> disabled;
+  station.ecm.on_call = [&] { disabled.push_back(DisabledCommands(station.state.frmMain).size()); };
+  cmdRecord_Click(station.state, station.services);
+  EXPECT_EQ(station.ecm.calls.size(), 2u) << "asked, then submitted";
+  EXPECT_THAT(disabled, ElementsAre(6, 6));
   EXPECT_THAT(DisabledCommands(station.state.frmMain), ElementsAre());
 }
 

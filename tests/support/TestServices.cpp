@@ -40,6 +40,7 @@ MessageAnswer TestMessages::Show(const Message& message) {
 
 bool TestEcm::EcmSubmit(const std::string& folder, std::string& message) {
   calls.push_back("EcmSubmit " + folder);
+  if (on_call) on_call();
   if (!accepts) message = refusal;
   return accepts;
 }

@@ -119,6 +119,7 @@ class TestEcm : public EcmClient {
  public:
   bool EcmEnabled(std::string&) override {
     calls.push_back("EcmEnabled");
+    if (on_call) on_call();
     return enabled;
   }
   bool EcmSubmit(const std::string& folder, std::string& message) override;
@@ -133,6 +134,7 @@ class TestEcm : public EcmClient {
   bool accepts = true;
   std::string refusal;
   std::vector<std::string> calls;
+  std::function<void()> on_call;  // asked and submitted
 };
 
 class TestForms : public Forms {

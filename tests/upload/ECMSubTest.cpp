@@ -159,6 +159,13 @@ TEST_F(ECMSubTest, AMissingListIsMessage1402AndThePackageStays) {
   EXPECT_TRUE(station.disk.Has(Root("26111500.qkvzip")));
 }
 
+TEST_F(ECMSubTest, AMissingPackageIsToldBeforeAMissingList) {
+  station.disk.MakeFolders(Root("listlog.csv"));
+  station.forms.on_editor = [](const std::optional<std::string>&) { next_file_disappears = true; };
+  Record();
+  ExpectMessage("Could not fine archived file.", "Logbook Editor");
+}
+
 TEST_F(ECMSubTest, AStagingFolderThatCannotBeMadeIsMessage1401AndThePackageStays) {
   station.disk.Put("C:\\Norvane.Quorex.ECM", "a file where the area should be");
   Record();
