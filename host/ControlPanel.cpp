@@ -13,9 +13,10 @@
 namespace logbook::host {
 namespace {
 
-constexpr int kCellCapture = 1;
-constexpr int kCellPrint = 2;
-constexpr int kCellEnding = 9;
+constexpr double kCellNothing = 0;
+constexpr double kCellCapture = 1;
+constexpr double kCellPrint = 2;
+constexpr double kCellEnding = 9;
 
 QString CellIdle() {
   return QStringLiteral("0");
@@ -25,7 +26,7 @@ QString CellBusy() {
   return QStringLiteral("5");
 }
 
-bool IsJob(int number) {
+bool IsJob(double number) {
   return number == kCellCapture || number == kCellPrint || number == kCellEnding;
 }
 
@@ -60,7 +61,7 @@ ControlPanel::ControlPanel(const QDBusConnection& bus, const HostOptions& option
     ++visit_;
     holds_cell_ = false;
     is_busy_at_start_ = false;
-    kept_job_ = 0;
+    kept_job_ = kCellNothing;
     Q_EMIT LogbookGone();
   });
 }
@@ -85,17 +86,17 @@ void ControlPanel::OnAppeared() {
   QTimer::singleShot(options_.busy, this, [this, visit = visit_] {
     if (visit != visit_) return;
     is_busy_at_start_ = false;
-    if (kept_job_ == 0) {
+    if (kept_job_ == kCellNothing) {
       cell_.Write(CellIdle());
     } else {
-      Obey(std::exchange(kept_job_, 0));
+      Obey(std::exchange(kept_job_, kCellNothing));
     }
   });
 }
 
 void ControlPanel::OnTextSeen(const QString& text) {
   if (options_.attention != Attention::kFull) return;
-  const int number = CellNumber(text.toStdString());
+  const double number = CellNumber(text.toStdString());
   if (!holds_cell_) {
     Obey(number);
   } else if (is_busy_at_start_ && IsJob(number)) {
@@ -103,20 +104,14 @@ void ControlPanel::OnTextSeen(const QString& text) {
   }
 }
 
-void ControlPanel::Obey(int number) {
-  switch (number) {
-    case kCellCapture:
-      StartJob([this] { return Capture(options_, Now()); });
-      break;
-    case kCellPrint:
-      StartJob([this] { return Print(options_, Now()); });
-      break;
-    case kCellEnding:
-      holds_cell_ = true;
-      cell_.Write(CellIdle());
-      break;
-    default:
-      break;
+void ControlPanel::Obey(double number) {
+  if (number == kCellCapture) {
+    StartJob([this] { return Capture(options_, Now()); });
+  } else if (number == kCellPrint) {
+    StartJob([this] { return Print(options_, Now()); });
+  } else if (number == kCellEnding) {
+    holds_cell_ = true;
+    cell_.Write(CellIdle());
   }
 }
 

@@ -53,7 +53,7 @@ class ControlPanel : public QObject {
   void OnTextSeen(const QString& text);
   void OnWritten(const QString& text);
   // Does the job that the number calls for, if any.
-  void Obey(int number);
+  void Obey(double number);
   // Does the work after the time that a job takes, then releases the cell.
   void StartJob(const std::function<std::string()>& work);
   // Clears the cell, after holding it for a while if the host is to be busy.
@@ -69,7 +69,7 @@ class ControlPanel : public QObject {
   // The host pretends to be busy since the logbook appeared. A logbook that has not noticed it yet
   // may ask for a job; the number is kept until the pretence ends.
   bool is_busy_at_start_ = false;
-  int kept_job_ = 0;
+  double kept_job_ = 0;
   // Counts logbooks: a job that outlives its logbook ends without a word.
   int visit_ = 0;
 };

@@ -5,7 +5,9 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDir>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QSocketNotifier>
 #include <QString>
 #include <QStringList>
@@ -57,6 +59,11 @@ QStringList LogbookArguments(const HostOptions& options) {
 }
 
 void StartLogbook(QProcess& logbook, const HostOptions& options) {
+  // The logbook works in the host's home, whichever way that was named.
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert(QStringLiteral("LOGBOOK_HOME"),
+                     QDir(QString::fromStdString(options.workstation.machine.home)).absolutePath());
+  logbook.setProcessEnvironment(environment);
   logbook.setProcessChannelMode(QProcess::ForwardedChannels);
   logbook.setInputChannelMode(QProcess::ForwardedInputChannel);
   logbook.setChildProcessModifier([] { EndSignal::Release(); });

@@ -4,7 +4,9 @@
 #include "host/Jobs.h"
 
 #include <charconv>
+#include <limits>
 #include <stdexcept>
+#include <system_error>
 
 #include "base/Files.h"
 #include "base/Profile.h"
@@ -23,11 +25,11 @@ std::string ExistingFolderOfJob(const Workstation& workstation) {
 
 }  // namespace
 
-int CellNumber(std::string_view text) {
+double CellNumber(std::string_view text) {
   while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  int number = 0;
-  std::from_chars(text.data(), text.data() + text.size(), number);
-  return number;
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc::result_out_of_range ? std::numeric_limits<double>::infinity() : number;
 }
 
 std::string FolderOfJob(const Workstation& workstation) {
@@ -40,6 +42,10 @@ std::string FolderOfJob(const Workstation& workstation) {
 std::string Capture(const HostOptions& options, LocalTime time) {
   const Machine& machine = options.workstation.machine;
   const std::string folder = ExistingFolderOfJob(options.workstation);
+  if (HoldsSnapshot(machine, folder)) {
+    throw std::runtime_error("the folder \"" + folder +
+                             "\" holds a snapshot already, nothing is written");
+  }
   const LogMoment moment{options.instrument, LogNumberOf(machine, folder), time,
                          options.least_log_bytes};
   WriteSnapshot(machine, folder, MakeSnapshot(moment), options.damages);

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <stdexcept>
 
+#include "base/Files.h"
+#include "base/Profile.h"
 #include "base/UpperCase.h"
 #include "host/Disk.h"
 #include "host/Quantity.h"
@@ -129,6 +131,15 @@ Damage ParseDamage(std::string_view text) {
     }
   }
   return damage;
+}
+
+bool HoldsSnapshot(const Machine& machine, std::string_view folder) {
+  const std::string place = std::string(folder) + "\\";
+  const std::vector<SnapshotFile> files = MakeSnapshot({});
+  return std::any_of(
+             files.begin(), files.end(),
+             [&](const SnapshotFile& file) { return Exists(machine, place + file.name); }) ||
+         !GetPrivateProfileString(machine, "OPTION", "LENS", "", 2, place + "logfile.ini").empty();
 }
 
 void WriteSnapshot(const Machine& machine, std::string_view folder,

@@ -36,6 +36,9 @@ struct Damage {
 // also for a file that no snapshot has.
 Damage ParseDamage(std::string_view text);
 
+// True if the folder holds a file of a snapshot, or the options that are written with one.
+bool HoldsSnapshot(const Machine& machine, std::string_view folder);
+
 // Writes the files into a folder, in the machine's code page, each changed by the damages that
 // concern it; a missing one is not written, and one that is there already stays. Raises
 // std::runtime_error, with the files before the failing one written.

@@ -9,12 +9,14 @@
 #include <QCoreApplication>
 #include <QDBusError>
 #include <QDBusMessage>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/HostLinkNames.h"
@@ -49,9 +51,21 @@ class HostProgram : public ::testing::Test {
  protected:
   HostProgram() {
     MakeWorkstation(home_.home(), {std::nullopt, {ParseBuild("trz-cs+new_rf"), 3}});
-    home_.Put(kFolder + "logfile.ini", "[LogFile]\r\nDate=11/15/2026 05:09:59\r\n");
-    WritePrivateProfileString(home_, "LogBook", "LogFileName", kFolder,
+    NameNewLog(0);
+  }
+
+  // Makes the folder of the day's log of this number, as a logbook does, and names it to the host.
+  std::string NameNewLog(int number) {
+    std::string folder = kFolder;
+    folder.replace(folder.size() - 2, 1, std::to_string(number));
+    home_.Put(folder + "logfile.ini", "[LogFile]\r\nDate=11/15/2026 05:09:59\r\n");
+    WritePrivateProfileString(home_, "LogBook", "LogFileName", folder,
                               "C:\\QUOREX\\qrxexe\\logbook.ini");
+    return folder;
+  }
+
+  QStringList NamesIn(const std::string& folder) {
+    return QDir(QString::fromStdString(home_.Native(folder))).entryList(QDir::Files);
   }
 
   RunningHost& Start(const std::vector<std::string>& arguments = {}) {
@@ -172,12 +186,35 @@ TEST_F(HostProgram, DoesOneJobAfterAnother) {
   Start();
   LogbookPeer& logbook = Logbook();
   logbook.Appear();
-  for (int i = 0; i < 5; ++i) {
-    QFile::remove(QString::fromStdString(home_.Native(kFolder + "auser.txt")));
-    ASSERT_FALSE(HasFile("auser.txt"));
+  for (int i = 1; i < 6; ++i) {
+    const std::string folder = NameNewLog(i);
     logbook.SetText(QStringLiteral("1"));
     ASSERT_TRUE(Cleared(logbook)) << i;
-    EXPECT_TRUE(HasFile("auser.txt")) << i;
+    EXPECT_TRUE(home_.Has(folder + "auser.txt")) << i;
+  }
+}
+
+// What a logbook cannot write to logbook.ini, another log of an earlier day stands for.
+TEST_F(HostProgram, ALogThatHoldsASnapshotStaysAsItIsAndTheCellIsClearedAllTheSame) {
+  const std::vector<std::pair<std::string, std::string>> traces = {
+      {"auser.txt", "1,2,3\r\n"},
+      {"CEERRLOG.TXT", ""},
+      {"logfile.ini", "[LogFile]\r\nDate=x\r\n[option]\r\nLens=0\r\n"}};
+  RunningHost& host = Start();
+  LogbookPeer& logbook = Logbook();
+  logbook.Appear();
+  for (std::size_t i = 0; i < traces.size(); ++i) {
+    const auto& [file, bytes] = traces[i];
+    const std::string folder = NameNewLog(static_cast<int>(i));
+    home_.Put(folder + file, bytes);
+    const auto names = NamesIn(folder);
+    logbook.SetText(QStringLiteral("1"));
+    ASSERT_TRUE(Cleared(logbook)) << file;
+    const std::string told =
+        "failed: the folder \"" + folder + "\" holds a snapshot already, nothing is written";
+    EXPECT_TRUE(Until([&] { return host.Output().find(told) != std::string::npos; })) << file;
+    EXPECT_EQ(NamesIn(folder), names) << file;
+    EXPECT_EQ(home_.Get(folder + file), bytes);
   }
 }
 
@@ -230,7 +267,9 @@ TEST_F(HostProgram, NumbersThatAreNoJobAreLeftAlone) {
   Start();
   LogbookPeer& logbook = Logbook();
   logbook.Appear();
-  for (const std::string text : {"5", "3", "x", ""}) {
+  for (const std::string& text :
+       {std::string("5"), std::string("3"), std::string("x"), std::string("1.5"),
+        std::string("1e999"), std::string("9e1"), std::string(400, '1'), std::string()}) {
     logbook.SetText(QString::fromStdString(text));
     for (int i = 0; i < 3; ++i) Ask(logbook, "_helpfile$");
     EXPECT_EQ(logbook.Text().toStdString(), text);
@@ -334,10 +373,12 @@ TEST_F(HostProgram, NamedBuildCountsMoreThanTheWorkstations) {
 TEST_F(HostProgram, ServesLogbookAfterLogbook) {
   Start();
   LogbookPeer& logbook = Logbook();
-  for (int i = 0; i < 3; ++i) {
+  for (int i = 1; i < 4; ++i) {
+    const std::string folder = NameNewLog(i);
     logbook.Appear();
     logbook.SetText(QStringLiteral("1"));
     ASSERT_TRUE(Cleared(logbook)) << i;
+    EXPECT_TRUE(home_.Has(folder + "auser.txt")) << i;
     logbook.Vanish();
   }
 }
@@ -397,6 +438,21 @@ TEST_F(HostAndLogbook, StartsTheLogbookWithIdAndWordsAndEndsWithItsStatus) {
   EXPECT_EQ(Read("arguments"), "HOST|");
   EXPECT_EQ(Start({"--start-logbook", script, "--autorec", "--ce"}).Status(), 7);
   EXPECT_EQ(Read("arguments"), "HOST|CE|AutoRec|");
+}
+
+TEST_F(HostAndLogbook, TheHomeOfTheHostIsTheLogbooksToo) {
+  const std::string script = Script("printf '%s' \"$LOGBOOK_HOME\" > \"$LOGBOOK_HOME/home\"\n");
+  const test::TestMachine other;
+  MakeWorkstation(other.home(), {std::nullopt, {ParseBuild("plain"), 1}});
+  const std::string relative =
+      QDir().relativeFilePath(QString::fromStdString(other.home())).toStdString();
+  for (const std::string& typed : {other.home(), relative}) {
+    EXPECT_EQ(Start({"--home", typed, "--start-logbook", script}).Status(), 0);
+    EXPECT_EQ(other.Get(other.home() + "/home"), other.home()) << typed;
+    QFile::remove(QString::fromStdString(other.home() + "/home"));
+  }
+  EXPECT_EQ(Start({"--start-logbook", script}).Status(), 0);
+  EXPECT_EQ(Read("home"), home_.home()) << "without the option, that of the environment";
 }
 
 TEST_F(HostAndLogbook, TheNameIsOwnedBeforeTheLogbookStarts) {
