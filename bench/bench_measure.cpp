@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// Runs a command and tells what it took: "cpu" (seconds, all threads), "wall" (seconds) and "rss"
+// (most bytes held) on standard output; the command's own output is dropped.
+//
+//   bench_measure COMMAND...               to its end
+//   bench_measure --until-idle COMMAND...  until it has used no CPU for a while, as a program does
+//                                          that has painted its window; then it is ended
+//
+// A small program of its own since a process passes the memory of the one that starts it on as its
+// own peak.
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <thread>
+
+#include "Samples.h"
+
+namespace {
+
+using namespace logbook::bench;
+
+constexpr auto kLook = std::chrono::milliseconds(20);
+constexpr int kQuietLooks = 20;
+constexpr int kMostLooks = 1500;
+
+// CPU nanoseconds of all threads of a process so far.
+unsigned long long CpuOf(pid_t process) {
+  unsigned long long sum = 0;
+  std::error_code gone;
+  for (const auto& thread :
+       std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task", gone)) {
+    unsigned long long nanoseconds = 0;
+    std::ifstream(thread.path() / "schedstat") >> nanoseconds;
+    sum += nanoseconds;
+  }
+  return sum;
+}
+
+void WaitUntilIdle(pid_t process) {
+  unsigned long long last = 0;
+  int quiet = 0;
+  for (int look = 0; quiet < kQuietLooks && look < kMostLooks; ++look) {
+    std::this_thread::sleep_for(kLook);
+    const unsigned long long now = CpuOf(process);
+    quiet = now == last && now > 0 ? quiet + 1 : 0;
+    last = now;
+  }
+}
+
+[[noreturn]] void Become(char** command) {
+  const int nowhere = open("/dev/null", O_RDWR);
+  dup2(nowhere, STDOUT_FILENO);
+  execvp(command[0], command);
+  _exit(127);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const bool until_idle = argc > 1 && std::strcmp(argv[1], "--until-idle") == 0;
+  char** command = argv + (until_idle ? 2 : 1);
+  if (command[0] == nullptr) {
+    std::cerr << "usage: bench_measure [--until-idle] COMMAND...\n";
+    return 2;
+  }
+  const double start = WallSeconds();
+  const pid_t process = fork();
+  if (process == 0) Become(command);
+  if (until_idle) {
+    WaitUntilIdle(process);
+    if (waitpid(process, nullptr, WNOHANG) != 0) {
+      std::cerr << "bench_measure: " << command[0] << " ended by itself\n";
+      return 1;
+    }
+    kill(process, SIGTERM);
+  }
+  int status = 0;
+  rusage usage{};
+  wait4(process, &status, 0, &usage);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  Report("cpu", seconds(usage.ru_utime) + seconds(usage.ru_stime));
+  Report("wall", WallSeconds() - start);
+  Report("rss", static_cast<double>(usage.ru_maxrss) * 1024);
+  return until_idle ? 0 : WIFEXITED(status) ? WEXITSTATUS(status) : 1;
+}

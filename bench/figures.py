@@ -1,0 +1,275 @@
+# SPDX-FileCopyrightText: The Maintenance LogBook authors
+# SPDX-License-Identifier: MIT
+"""The figures: one function a row.
+
+To add a row, write a function that takes the Workplace and returns a Measured, under @figure with
+the row's name, title, unit ("x" for a ratio) and target. Samples of a benchmark program come by
+place.collect(PROGRAM, ARGUMENTS...), those of any command by place.measure(COMMAND...); a subject
+and its base are always measured in turn, in the same run. What two rows share goes through
+place.once(KEY, MAKE).
+"""
+
+import os
+
+from verdict import Figure, Measured, median, ratio
+
+FIGURES = []
+MIB = 1024.0 * 1024.0
+
+
+def figure(name, title, unit, target):
+    def add(measure):
+        FIGURES.append(Figure(name, title, unit, target, measure))
+        return measure
+    return add
+
+
+# The list
+
+
+def list_samples(place):
+    return place.once("list", lambda: place.collect("bench_list", place.store(256), "rounds", 41))
+
+
+@figure("list.first", "list rebuild of 256 logs, first of a process", "x", 2.5)
+def list_first(place):
+    samples = list_samples(place)
+    return ratio(samples["list.first"], samples["list.base"])
+
+
+@figure("list.again", "list rebuild of 256 logs, in a running process", "x", 0.9)
+def list_again(place):
+    samples = list_samples(place)
+    return ratio(samples["list.again"], samples["list.base"])
+
+
+def calls_a_log(place, what):
+    counts = [place.system_calls("%file", place.program("bench_list"), place.store(logs), what)
+              for logs in (16, 64)]
+    return Measured((counts[1] - counts[0]) / 48.0, calls=counts)
+
+
+@figure("list.calls", "system calls by path a log, first rebuild", "calls", 8)
+def list_calls(place):
+    return calls_a_log(place, "first")
+
+
+@figure("list.calls_again", "system calls by path a log, first rebuild and a second", "calls", 16)
+def list_calls_again(place):
+    return calls_a_log(place, "again")
+
+
+@figure("list.growth", "list: instructions a further log, 1 to 256 logs, spread", "%", 15)
+def list_growth(place):
+    counts = {logs: place.instructions(place.program("bench_list"), place.store(logs), "first")
+              for logs in (1, 16, 64, 256)}
+    steps = list(zip(sorted(counts), sorted(counts)[1:]))
+    costs = [(counts[more] - counts[less]) / (more - less) for less, more in steps]
+    return Measured(100 * (max(costs) / min(costs) - 1), instructions=counts, a_log=costs)
+
+
+# Many folders
+
+
+def folders(place, count):
+    """A home with so many log folders, most of them empty."""
+    def make():
+        home = place.fresh_store(1)
+        root = os.path.join(home, "drives/c/QUOREX/inst1/maintain")
+        for number in range(1, count):
+            os.mkdir(os.path.join(root, "%08X" % (0x30000000 + number)))
+        return home
+    return place.once("folders-%d" % count, make)
+
+
+def list_command(place, count):
+    home = folders(place, count)
+    return ((place.program("logbookctl"), "list", "--log-root", "C:\\QUOREX\\inst1\\maintain",
+             "--ini", "C:\\QUOREX\\logbook.ini"), {"LOGBOOK_HOME": home})
+
+
+def many_folders(place):
+    command, variables = list_command(place, 100000)
+    return place.once("many", lambda: [place.measure(*command, **variables) for _ in range(5)])
+
+
+@figure("folders.cpu", "logbookctl list, 100,000 folders: CPU time", "s", 0.1)
+def folders_cpu(place):
+    return median([taken["cpu"] for taken in many_folders(place)])
+
+
+@figure("folders.memory", "logbookctl list, 100,000 folders: memory", "MB", 9)
+def folders_memory(place):
+    return median([taken["rss"] / MIB for taken in many_folders(place)])
+
+
+@figure("folders.growth", "logbookctl list: instructions a folder, 1,000 to 100,000, growth", "%",
+        15)
+def folders_growth(place):
+    counts = {}
+    for count in (1000, 10000, 100000):
+        command, variables = list_command(place, count)
+        counts[count] = place.instructions(*command, **variables)
+    low = (counts[10000] - counts[1000]) / 9000.0
+    high = (counts[100000] - counts[10000]) / 90000.0
+    return Measured(max(0, 100 * (high / low - 1)), instructions=counts)
+
+
+# Start
+
+
+def starts(place, logs):
+    """Start of the program to its painted window, beside a window with as many rows."""
+    def make():
+        host = place.host()
+        home = place.store(logs)
+        # Fonts are read, caches of the toolkit made, before anything counts.
+        jobs = (lambda: place.measure(place.program("bench_window"), logs, until_idle=True),
+                lambda: place.measure(place.program("logbook"), "bench", until_idle=True,
+                                      LOGBOOK_HOME=home, **host))
+        place.in_turn(1, *jobs)
+        return place.in_turn(9, *jobs)
+    return place.once("starts-%d" % logs, make)
+
+
+def start_ratio(place, logs, what):
+    base, subject = starts(place, logs)
+    return ratio([taken[what] for taken in subject], [taken[what] for taken in base])
+
+
+@figure("start.list", "start to painted list, 255 logs / window with a list", "x", 1.6)
+def start_list(place):
+    return start_ratio(place, 255, "cpu")
+
+
+@figure("start.memory", "memory then, 255 logs / window with a list", "x", 1.25)
+def start_memory(place):
+    return start_ratio(place, 255, "rss")
+
+
+@figure("start.empty", "start with 0 logs / empty window", "x", 1.25)
+def start_empty(place):
+    return start_ratio(place, 0, "cpu")
+
+
+# Reports
+
+
+def report_samples(place):
+    return place.once("reports", lambda: place.collect("bench_reports", place.store(64), 41))
+
+
+@figure("reports.all", "all reports and tune.bin of a log", "ms", 0.45)
+def reports_all(place):
+    samples = report_samples(place)
+    return median([1000 * sample for sample in samples["reports.all"]],
+                  base=1000 * median(samples["reports.base"]).value)
+
+
+@figure("print.line", "printing 65,533 characters in one line", "s", 3)
+def print_line(place):
+    return median(place.collect("bench_print", "line", 65533)["print.line"])
+
+
+@figure("print.pages", "printing 5,000 lines / bare PDF writer", "x", 1.5)
+def print_pages(place):
+    samples = place.collect("bench_print", "pages", 5000, 7)
+    return ratio(samples["print.pages"], samples["print.base"])
+
+
+def long_text(place):
+    def make():
+        home = place.path("text")
+        place.run(place.program("bench_text"), home, "make", 100)
+        return [place.collect("bench_text", home, "once") for _ in range(5)]
+    return place.once("text", make)
+
+
+@figure("text.first", "chained log of 100 MB: first text", "s", 0.1)
+def text_first(place):
+    return median([samples["text.first"][0] for samples in long_text(place)])
+
+
+@figure("text.memory", "chained log of 100 MB: memory a byte", "bytes", 4)
+def text_memory(place):
+    return median([samples["text.memory"][0] for samples in long_text(place)])
+
+
+# Writing
+
+
+@figure("editor.replacements", "OK in the editor: replacements", "files", 5)
+def editor_replacements(place):
+    return Measured(place.system_calls("rename,renameat,renameat2",
+                                       place.program("bench_editor"), place.fresh_store(1)))
+
+
+@figure("editor.syncs", "OK in the editor: fsyncs", "calls", 10)
+def editor_syncs(place):
+    return Measured(place.system_calls("fsync,fdatasync", place.program("bench_editor"),
+                                       place.fresh_store(1)))
+
+
+def remaking(place, calls, first):
+    home = place.fresh_store(16)
+    commands = ((place.program("bench_reports"), home, 1), (place.program("bench_list"), home,
+                                                            "first"))
+    if not first:
+        for command in commands:
+            place.run(*command)
+    return Measured(sum(place.system_calls(calls, *command) for command in commands))
+
+
+@figure("remade.syncs", "reports, tune.bin and listlog.csv written: fsyncs", "calls", 0)
+def remade_syncs(place):
+    return remaking(place, "fsync,fdatasync", first=True)
+
+
+@figure("remade.same", "the same when their bytes are the same: replacements", "files", 0)
+def remade_same(place):
+    return remaking(place, "rename,renameat,renameat2", first=False)
+
+
+# Waiting
+
+
+def idle_wait(place):
+    return place.once("idle", lambda: place.collect("bench_wait", "idle", 6, **place.bus()))
+
+
+@figure("wait.cpu", "wait for a busy host: share of a core", "%", 0.05)
+def wait_cpu(place):
+    return median([100 * sample for sample in idle_wait(place)["wait.cpu"]])
+
+
+@figure("wait.wakeups", "wait for a busy host: wake-ups a second", "/s", 5)
+def wait_wakeups(place):
+    return median(idle_wait(place)["wait.wakeups"])
+
+
+@figure("wait.reaction", "wait for a busy host: reaction", "ms", 5)
+def wait_reaction(place):
+    samples = place.collect("bench_wait", "react", 15, **place.bus())["wait.reaction"]
+    return median([1000 * sample for sample in samples])
+
+
+# The archive
+
+
+@figure("archive", "archive of 256 logs / zip -qr", "x", 1)
+def archive(place):
+    home = place.path("archive")
+    place.run(place.program("bench_archive"), home, "make", 256)
+    root = os.path.join(home, "drives/c/QUOREX/inst1")
+    out, theirs = os.path.join(home, "drives/c/out.zip"), os.path.join(home, "theirs.zip")
+
+    def zip_program():
+        place.run("rm", "-f", theirs)
+        return place.measure("sh", "-c", "cd '%s' && zip -qr '%s' maintain" % (root, theirs))["cpu"]
+
+    def ours():
+        place.run("rm", "-f", out)
+        return place.measure(place.program("bench_archive"), home, "add", 256)["cpu"]
+
+    base, subject = place.in_turn(5, zip_program, ours)
+    return ratio(subject, base)

@@ -1,0 +1,82 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: The Maintenance LogBook authors
+# SPDX-License-Identifier: MIT
+"""bench/run fails where it should: its verdict, its status, its table and its JSON, over figures
+that measure nothing.
+
+    VerdictTest.py TOP CASE    TOP is the project's folder; CASE is the name of a rule below
+"""
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+FIGURES = """
+from verdict import Figure, Measured, median, ratio
+def broken(place):
+    raise RuntimeError("no such program")
+FIGURES = [Figure("f%d" % i, "figure %d" % i, "x", 2.0, measure)
+           for i, measure in enumerate([{}])]
+"""
+
+
+def run(*measures):
+    """Status, rows of the JSON and the table of a run over figures with the target 2."""
+    top = pathlib.Path(sys.argv[1])
+    with tempfile.TemporaryDirectory() as folder:
+        figures, out = pathlib.Path(folder, "figures.py"), pathlib.Path(folder, "out.json")
+        figures.write_text(FIGURES.replace("{}", ", ".join(measures)), encoding="utf-8")
+        result = subprocess.run(
+            [sys.executable, str(top / "bench/run"), "--programs", folder, "--figures",
+             str(figures), "--json", str(out)], capture_output=True, text=True, check=False)
+        return result.returncode, json.loads(out.read_text())["figures"], result.stdout
+
+
+def value(number):
+    return "lambda place: Measured(%s)" % number
+
+
+def expect(real, wanted):
+    if real != wanted:
+        sys.exit("is %r, not %r" % (real, wanted))
+
+
+class Verdict:
+    @staticmethod
+    def AFigureAtItsTargetIsMet():
+        status, rows, _ = run(value(2.0), value(1.2))
+        expect((status, [row["verdict"] for row in rows]), (0, ["met", "met"]))
+
+    @staticmethod
+    def AFigureMissedByLessThanATenthIsToldAndDoesNotFail():
+        status, rows, table = run(value(2.19))
+        expect((status, rows[0]["verdict"]), (0, "missed by less than a tenth"))
+        expect("missed by less than a tenth" in table, True)
+
+    @staticmethod
+    def AFigureMissedByMoreThanATenthEndsWithOne():
+        status, rows, table = run(value(1), value(2.21), value(1))
+        expect((status, [row["verdict"] for row in rows]), (1, ["met", "missed", "met"]))
+        expect([line.split()[-1] for line in table.splitlines()[1:]], ["met", "missed", "met"])
+
+    @staticmethod
+    def AFigureThatCannotBeMeasuredEndsWithOneAndKeepsNoOtherFromItsTurn():
+        status, rows, table = run("broken", value(1), value("float('nan')"))
+        expect((status, [row["verdict"] for row in rows]),
+               (1, ["not measured", "met", "not measured"]))
+        expect("no such program" in table, True)
+
+    @staticmethod
+    def ARatioIsThatOfTheMedians():
+        status, rows, _ = run("lambda place: ratio([9, 3, 2], [2, 1, 70])")
+        expect((status, rows[0]["value"], rows[0]["subject"], rows[0]["base"]), (0, 1.5, 3, 2))
+
+    @staticmethod
+    def NoSamplesAreNoFigure():
+        status, rows, _ = run("lambda place: ratio([], [1])", "lambda place: median([])")
+        expect((status, [row["verdict"] for row in rows]), (1, ["not measured"] * 2))
+
+
+if __name__ == "__main__":
+    getattr(Verdict, sys.argv[2])()
