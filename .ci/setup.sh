@@ -48,6 +48,7 @@ is_there() {
   case $2 in
     command:*) command -v "$what" >/dev/null ;;
     header:*) [ -e "/usr/include/$what" ] || [ -e "/usr/local/include/$what" ] ;;
+    python:*) python3 -c "import $what" 2>/dev/null ;;
     font:*) find /usr/share/fonts /usr/local/share/fonts -name "$what" 2>/dev/null | grep -q . ;;
   esac
 }

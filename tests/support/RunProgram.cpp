@@ -26,6 +26,15 @@ bool HasProgram(const std::string& name) {
   return RunProgram("command -v " + Quoted(name)).status == 0;
 }
 
+std::string PythonWith(const std::string& module) {
+  for (const char* python : {"python3", "/usr/bin/python3"}) {
+    if (RunProgram(std::string(python) + " -c " + Quoted("import " + module)).status == 0) {
+      return python;
+    }
+  }
+  return {};
+}
+
 std::string Quoted(const std::string& text) {
   std::string quoted = "'";
   for (const char byte : text) quoted += byte == '\'' ? std::string("'\\''") : std::string(1, byte);

@@ -19,6 +19,9 @@ ProgramResult RunProgram(const std::string& command);
 // True if the program is on the PATH.
 bool HasProgram(const std::string& name);
 
+// The Python on the PATH, or the system's, that has this module; empty if none has it.
+std::string PythonWith(const std::string& module);
+
 // The text between single quotes, for a shell.
 std::string Quoted(const std::string& text);
 

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "insight/Series.h"
+
+namespace logbook::insight {
+
+double DaysOf(LocalTime when) {
+  return static_cast<double>(when.time_since_epoch().count()) / 86400.0;
+}
+
+std::string TitleOf(const Series& series) {
+  return series.unit.empty() ? series.label : series.label + " (" + series.unit + ")";
+}
+
+}  // namespace logbook::insight

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "insight/TextTable.h"
+
+#include <algorithm>
+
+#include "text/TextParts.h"
+
+namespace logbook::insight {
+namespace {
+
+std::size_t Characters(std::string_view text) {
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), BeginsCharacter));
+}
+
+}  // namespace
+
+TextTable::TextTable(std::initializer_list<std::string_view> titles) {
+  std::vector<std::string> row;
+  for (std::string_view title : titles) {
+    columns_.push_back({title.starts_with('>'), 0});
+    if (title.starts_with('>')) title.remove_prefix(1);
+    row.emplace_back(title);
+  }
+  Add(std::move(row));
+}
+
+void TextTable::Add(std::vector<std::string> cells) {
+  cells.resize(columns_.size());
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    std::replace_if(
+        cells[i].begin(), cells[i].end(),
+        [](char each) { return each == '\n' || each == '\r' || each == '\t'; }, ' ');
+    columns_[i].width = std::max(columns_[i].width, Characters(cells[i]));
+  }
+  rows_.push_back(std::move(cells));
+}
+
+std::string TextTable::Text() const {
+  std::string text;
+  for (const std::vector<std::string>& row : rows_) {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const std::string room(columns_[i].width - Characters(row[i]), ' ');
+      line += (i == 0 ? "" : "  ") + (columns_[i].right ? room + row[i] : row[i] + room);
+    }
+    text += line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
+  }
+  return text;
+}
+
+}  // namespace logbook::insight
