@@ -38,7 +38,7 @@ std::optional<std::uint16_t> FindBitWord(std::string_view field) {
 
 BitWords ReadBitWords(SequentialReader& file) {
   BitWords words{};
-  for (std::uint16_t& word : words) word = BitWord(file.ReadText());
+  for (std::uint16_t& word : words) word = BitWord(file.ReadTextEnd());
   return words;
 }
 

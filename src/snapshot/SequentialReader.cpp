@@ -11,7 +11,7 @@
 namespace logbook {
 namespace {
 
-constexpr std::size_t kLongestNumber = 64 * 1024;
+constexpr std::size_t kLongestField = 64 * 1024;
 constexpr int kEnd = -1;
 
 bool IsBlank(int byte) {
@@ -19,6 +19,14 @@ bool IsBlank(int byte) {
 }
 bool EndsField(int byte) {
   return byte == ',' || byte == '\r' || byte == '\n' || byte == kEnd;
+}
+
+// The end of a long field, from a byte on that is no half of a character if there is one: those are
+// 40 hexadecimal and above in every code page.
+std::string EndOf(const std::string& field) {
+  const auto begin = std::find_if(field.end() - kLongestField, field.end(),
+                                  [](unsigned char byte) { return byte < 0x40; });
+  return {begin == field.end() ? field.end() - kLongestField : begin, field.end()};
 }
 
 }  // namespace
@@ -36,26 +44,33 @@ double SequentialReader::ReadNumber() {
 std::string SequentialReader::ReadNumberField() {
   if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
   SkipBlanks();
-  std::string field;
-  while (true) {
-    const std::string_view bytes = file_.Buffered();
-    const auto end = std::find_if(bytes.begin(), bytes.end(), [](unsigned char byte) {
-      return EndsField(byte) || IsBlank(byte);
-    });
-    const auto length = static_cast<std::size_t>(end - bytes.begin());
-    field.append(bytes.substr(0, std::min(length, kLongestNumber - field.size())));
-    file_.Skip(length);
-    if (length < bytes.size() || bytes.empty()) break;
-  }
+  const std::string field =
+      TakeUpTo([](int byte) { return EndsField(byte) || IsBlank(byte); }, Keep::kBeginning);
   SkipBlanks();
   TakeDelimiter();
   return field;
 }
 
 std::string SequentialReader::ReadText() {
+  return ReadText(Keep::kBeginning);
+}
+
+std::string SequentialReader::ReadTextEnd() {
+  return ReadText(Keep::kEnd);
+}
+
+std::string SequentialReader::ReadText(Keep keep) {
   if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
   SkipBlanks();
-  const std::string field = file_.Peek() == '"' ? TakeQuoted() : TakeUnquoted();
+  std::string field;
+  if (file_.Peek() == '"') {
+    file_.Get();
+    field = TakeUpTo([](int byte) { return byte == '"'; }, keep);
+    file_.Get();
+    SkipBlanks();
+  } else {
+    field = TakeUpTo(EndsField, keep);
+  }
   TakeDelimiter();
   return code_page_.ToUtf8(field);
 }
@@ -70,20 +85,24 @@ void SequentialReader::TakeDelimiter() {
   if (file_.Get() == '\r' && file_.Peek() == '\n') file_.Get();
 }
 
-std::string SequentialReader::TakeQuoted() {
-  file_.Get();
+template <typename Ends>
+std::string SequentialReader::TakeUpTo(const Ends& ends, Keep keep) {
   std::string field;
-  for (int byte = file_.Get(); byte != '"' && byte != kEnd; byte = file_.Get()) {
-    field += static_cast<char>(byte);
+  while (true) {
+    const std::string_view bytes = file_.Buffered();
+    const auto end =
+        std::find_if(bytes.begin(), bytes.end(), [&](unsigned char byte) { return ends(byte); });
+    const auto length = static_cast<std::size_t>(end - bytes.begin());
+    if (keep == Keep::kEnd) {
+      field.append(bytes.substr(0, length));
+      if (field.size() > 2 * kLongestField) field.erase(0, field.size() - kLongestField);
+    } else {
+      field.append(bytes.substr(0, std::min(length, kLongestField - field.size())));
+    }
+    file_.Skip(length);
+    if (length < bytes.size() || bytes.empty()) break;
   }
-  SkipBlanks();
-  return field;
-}
-
-std::string SequentialReader::TakeUnquoted() {
-  std::string field;
-  while (!EndsField(file_.Peek())) field += static_cast<char>(file_.Get());
-  return field;
+  return keep == Keep::kEnd && field.size() > kLongestField ? EndOf(field) : field;
 }
 
 }  // namespace logbook

@@ -37,14 +37,21 @@ class SequentialReader {
 
   // The next field as text (UTF-8); "" for an empty one. A field that begins with a double quote
   // ends at the next one, or at the end of the file, and may hold anything; blanks and one comma
-  // or line end behind it belong to it. Raises kInputPastEndOfFile at the end of the file.
+  // or line end behind it belong to it. Of a field longer than 64 KB only the beginning counts.
+  // Raises kInputPastEndOfFile at the end of the file.
   std::string ReadText();
 
+  // The same; of a field longer than 64 KB its end counts.
+  std::string ReadTextEnd();
+
  private:
+  enum class Keep { kBeginning, kEnd };
+  std::string ReadText(Keep keep);
   void SkipBlanks();
   void TakeDelimiter();
-  std::string TakeQuoted();
-  std::string TakeUnquoted();
+  // Takes the bytes up to the first for which `ends` holds, or to the end of the file.
+  template <typename Ends>
+  std::string TakeUpTo(const Ends& ends, Keep keep);
 
   const CodePage& code_page_;
   InputFile file_;

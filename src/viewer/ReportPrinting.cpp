@@ -15,6 +15,7 @@
 #include "resources/Resources.h"
 #include "text/TextParts.h"
 #include "upload/ECMSub.h"
+#include "viewer/TextLogs.h"
 
 namespace logbook {
 
@@ -22,7 +23,6 @@ namespace {
 
 constexpr std::int16_t kTuneReport = 1;
 constexpr int kCommentHeading = 123;
-constexpr std::size_t kLineLimit = 65536;  // bytes of the code page, line end counted
 constexpr std::size_t kLineEnd = 2;
 constexpr int kCommentCharacters = 70;
 constexpr SheetEdge kRule{4, 0};
@@ -68,8 +68,8 @@ class SheetLines {
     if (!Exists(machine_, path)) return;
     InputFile file(machine_, path);
     while (!stopped_ && !file.AtEnd()) {
-      const std::string line = machine_.code_page->ToUtf8(file.ReadLine());
-      stopped_ = machine_.code_page->Length(line) + kLineEnd >= kLineLimit;
+      const std::string line = machine_.code_page->ToUtf8(ReadLineUpTo(file, kLongestOfInterest));
+      stopped_ = machine_.code_page->Length(line) + kLineEnd >= kTextLimit;
       if (!stopped_) Add(cut(line));
     }
   }

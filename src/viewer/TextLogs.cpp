@@ -3,33 +3,33 @@
 
 #include "viewer/TextLogs.h"
 
-#include <cstddef>
+#include <algorithm>
 
 #include "base/Files.h"
 
 namespace logbook {
 namespace {
 
-constexpr std::size_t kTextLimit = 64 * 1024;
 constexpr std::string_view kLineEnd = "\r\n";
 
-// The next line without its line end, as InputFile::ReadLine gives it, or the beginning of a line
-// that is longer than `most` bytes.
+}  // namespace
+
 std::string ReadLineUpTo(InputFile& file, std::size_t most) {
   std::string line;
-  while (line.size() <= most) {
-    const int byte = file.Get();
-    if (byte < 0 || byte == '\n') break;
-    if (byte == '\r') {
-      if (file.Peek() == '\n') file.Get();
-      break;
-    }
-    line += static_cast<char>(byte);
+  while (true) {
+    const std::string_view bytes = file.Buffered();
+    const auto end = std::find_if(bytes.begin(), bytes.end(),
+                                  [](char byte) { return byte == '\r' || byte == '\n'; });
+    const auto length = static_cast<std::size_t>(end - bytes.begin());
+    const std::size_t room = most + 1 - line.size();
+    line.append(bytes.substr(0, std::min(length, room)));
+    file.Skip(std::min(length, room));
+    if (bytes.empty() || length >= room) return line;
+    if (length == bytes.size()) continue;
+    if (file.Get() == '\r' && file.Peek() == '\n') file.Get();
+    return line;
   }
-  return line;
 }
-
-}  // namespace
 
 LimitedText ReadLimitedText(const Machine& machine, std::string_view path) {
   LimitedText result;
@@ -37,9 +37,7 @@ LimitedText ReadLimitedText(const Machine& machine, std::string_view path) {
   InputFile file(machine, path);
   std::size_t length = 0;
   while (!file.AtEnd() && !result.OverLimit) {
-    // Two bytes of the file stand for one byte of the text at most: a pair that is no character
-    // becomes a question mark.
-    const std::string line = machine.code_page->ToUtf8(ReadLineUpTo(file, 2 * kTextLimit));
+    const std::string line = machine.code_page->ToUtf8(ReadLineUpTo(file, kLongestOfInterest));
     length += machine.code_page->Length(line) + kLineEnd.size();
     if (length < kTextLimit) {
       result.Text.append(line).append(kLineEnd);

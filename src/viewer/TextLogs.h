@@ -5,12 +5,25 @@
 // each line ended by CR LF, whatever ended it in the file.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "base/Files.h"
 #include "base/Machine.h"
 
 namespace logbook {
+
+// Texts and lines of as many bytes of the code page are too long to be shown, or printed.
+inline constexpr std::size_t kTextLimit = 64 * 1024;
+
+// A line of more bytes than this in the file is too long whatever it holds: two bytes of the file
+// stand for one of the text at least, as a pair that is no character becomes a question mark.
+inline constexpr std::size_t kLongestOfInterest = 2 * kTextLimit;
+
+// The next line without its line end, as InputFile::ReadLine gives it; of one that is longer than
+// `most` bytes its first most + 1 bytes, and the rest is not read. Empty at the end of the file.
+std::string ReadLineUpTo(InputFile& file, std::size_t most);
 
 struct LimitedText {
   std::string Text;        // UTF-8; at most 65535 bytes of the machine's code page

@@ -94,6 +94,11 @@ TEST(BitWords, WhatFollowsTheSixteenthFieldIsIgnored) {
   EXPECT_EQ(Read(kSixteen + "FFFF,zz,\"\r\n"), Read(kSixteen));
 }
 
+TEST(BitWords, TheWordStandsAtTheEndOfAFieldOfAnyLength) {
+  EXPECT_EQ(Read(std::string(200'000, 'F') + " 12AB" + kSixteen.substr(1))[0], 0x12AB);
+  EXPECT_EQ(Read("\"" + std::string(200'000, ',') + "00FF\"" + kSixteen.substr(1))[0], 0xFF);
+}
+
 TEST(BitWords, FewerThanSixteenFieldsAreAnErrorPastTheEnd) {
   for (const char* bytes :
        {"", "1,2,3", "1,2,3,4,5,6,7,8,9,A,B,C,D,E,F", "1,2,3,4,5,6,7,8,9,A,B,C,D,E,F,"}) {

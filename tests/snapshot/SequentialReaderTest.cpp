@@ -9,11 +9,13 @@
 #include <fstream>
 #include <optional>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "base/RunTimeError.h"
 #include "support/Errors.h"
+#include "support/ProcessFigures.h"
 #include "support/TestMachine.h"
 
 namespace logbook {
@@ -182,20 +184,70 @@ TEST_F(SequentialFields, BinaryBytesAreFieldsLikeAnyOther) {
   }
 }
 
-TEST_F(SequentialFields, AFieldOfAHundredMegabytesIsRead) {
-  constexpr std::streamoff kSize = 100 * 1024 * 1024;
-  machine.Put(kFile, "12");
-  {
-    // A hole of NULs behind the digits, then the next field.
+class LongFields : public SequentialFields {
+ protected:
+  // A file of a beginning, a hole of NULs, and what stands behind them.
+  SequentialReader OpenHole(std::string_view beginning, std::string_view end) {
+    machine.Put(kFile, beginning);
     std::ofstream out(machine.Native(kFile), std::ios::binary | std::ios::in);
-    out.seekp(kSize);
-    out << ",7\r\n";
-    ASSERT_TRUE(out.flush());
+    out.seekp(kHole);
+    out << end;
+    if (!out.flush()) throw std::runtime_error("the file cannot be made");
+    return SequentialReader(machine, kFile);
   }
-  SequentialReader reader(machine, kFile);
+
+  static constexpr std::streamoff kHole = 96 * 1024 * 1024;
+  static constexpr long kLittleMemory = 32 * 1024;  // KiB
+  static constexpr std::size_t kLongestField = 64 * 1024;
+};
+
+TEST_F(LongFields, ANumberIsReadInBoundedMemory) {
+  SequentialReader reader = OpenHole("12", ",7\r\n");
+  const long before = test::PeakMemory();
   EXPECT_EQ(reader.ReadNumber(), 12);
+  EXPECT_LT(test::PeakMemory() - before, kLittleMemory);
   EXPECT_EQ(reader.ReadNumber(), 7);
   EXPECT_TRUE(reader.AtEnd());
+}
+
+TEST_F(LongFields, OfATextTheBeginningCounts) {
+  for (const char* beginning : {"stamp", "\"stamp"}) {
+    SequentialReader reader = OpenHole(beginning, *beginning == '"' ? "\" ,7\r\n" : ",7\r\n");
+    const long before = test::PeakMemory();
+    const std::string text = reader.ReadText();
+    EXPECT_LT(test::PeakMemory() - before, kLittleMemory);
+    EXPECT_EQ(text, "stamp" + std::string(kLongestField - 5, '\0'));
+    EXPECT_EQ(reader.ReadText(), "7");
+    EXPECT_TRUE(reader.AtEnd());
+  }
+}
+
+TEST_F(LongFields, OfATextWhoseEndIsAskedForTheEndCounts) {
+  SequentialReader reader = OpenHole("stamp", "end,7\r\n");
+  const long before = test::PeakMemory();
+  const std::string text = reader.ReadTextEnd();
+  EXPECT_LT(test::PeakMemory() - before, kLittleMemory);
+  EXPECT_TRUE(text.ends_with(std::string(1000, '\0') + "end"));
+  EXPECT_EQ(reader.ReadTextEnd(), "7");
+}
+
+TEST_F(LongFields, ATextOf64KilobytesIsWhole) {
+  const std::string whole = "a" + std::string(kLongestField - 2, 'x') + "b";
+  EXPECT_EQ(Open(whole + ",").ReadText(), whole);
+  EXPECT_EQ(Open(whole + ",").ReadTextEnd(), whole);
+  EXPECT_EQ(Open(whole + "c,").ReadText(), whole);
+  EXPECT_TRUE(Open(whole + "c,").ReadTextEnd().ends_with("xbc"));
+}
+
+TEST_F(LongFields, TheEndOfATextBeginsWithAWholeCharacter) {
+  const test::TestMachine japanese(932);
+  std::string bytes = "x ";
+  for (std::size_t i = 0; i < kLongestField; ++i) bytes += "\x8A\xBF";
+  for (const char* end : {" 1", "  1"}) {
+    japanese.Put(kFile, bytes + end + "\x8A\xBF,");
+    const std::string text = SequentialReader(japanese, kFile).ReadTextEnd();
+    EXPECT_TRUE(text.ends_with("1\xE6\xBC\xA2")) << end;
+  }
 }
 
 }  // namespace
