@@ -210,8 +210,11 @@ TEST_F(frmLogViewTest, ThePaneIsEmptyWhileTheMessageOfALongLogIsShown) {
   Put("acqlog.txt", "short\r\n" + std::string(70000, 'x'));
   View([&](QWidget* form) {
     Entry(form, "mnuErrLog")->trigger();
+    std::string behind = "never shown";
+    w.messages.on_show = [&] { behind = TextOf(form, "txtReport"); };
     Entry(form, "mnuACQlog")->trigger();
     EXPECT_EQ(w.messages.shown.size(), 1U);
+    EXPECT_EQ(behind, "");
     EXPECT_EQ(TextOf(form, "txtReport"), "short\n");
   });
 }

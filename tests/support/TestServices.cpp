@@ -31,6 +31,7 @@ int TestEvents::Deliver() {
 
 MessageAnswer TestMessages::Show(const Message& message) {
   shown.push_back(message);
+  if (on_show) on_show();
   if (answers.empty())
     return message.Buttons == MessageButtons::kYesNo ? MessageAnswer::kNo : MessageAnswer::kOk;
   const MessageAnswer answer = answers.front();

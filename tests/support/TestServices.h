@@ -85,6 +85,7 @@ class TestMessages : public MessageBoxes {
 
   std::vector<Message> shown;
   std::deque<MessageAnswer> answers;  // next answers; OK, or No for a question, when empty
+  std::function<void()> on_show;      // runs while the box is on show
 };
 
 class TestClock : public Clock {

@@ -169,13 +169,15 @@ TEST(LogView, EachMenuCommandSetsItsViewMode) {
   }
 }
 
-TEST(LogView, TheCeErrorLogLeavesTheViewModeOfTheReportBefore) {
-  Viewing viewing;
-  viewing.Put("ceerrlog.txt", "ce\r\n");
-  viewing.Choose(&LogView::mnuErrLog);
-  viewing.Choose(&LogView::mnuCeErrLog);
-  EXPECT_EQ(viewing.view.ReportText, "ce\r\n");
-  EXPECT_EQ(viewing.state.ViewMode, 5);
+TEST(LogView, TheCeErrorLogLeavesTheViewModeAsItWas) {
+  for (std::int16_t mode = 0; mode <= 11; ++mode) {
+    Viewing viewing;
+    viewing.Put("ceerrlog.txt", "ce\r\n");
+    viewing.state.ViewMode = mode;
+    viewing.Choose(&LogView::mnuCeErrLog);
+    EXPECT_EQ(viewing.view.ReportText, "ce\r\n");
+    EXPECT_EQ(viewing.state.ViewMode, mode);
+  }
 }
 
 TEST(LogView, TheViewModeIsSetAfterTheViewRoutineAndNotBefore) {

@@ -6,7 +6,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <fstream>
+
 #include "base/Profile.h"
+#include "support/ProcessFigures.h"
 #include "support/Viewing.h"
 
 namespace logbook {
@@ -128,6 +132,25 @@ TEST_F(ReportPrinting, ACommentLineOf71CharactersPrintsItsFirst70) {
   EXPECT_EQ(Rows().at(4), std::string(70, 'c'));
 }
 
+TEST_F(ReportPrinting, CharactersOfACommentLineAreCountedNotBytes) {
+  std::string umlauts, kanji;
+  for (int i = 0; i < 70; ++i) {
+    umlauts += "\xc3\xa4";
+    kanji += "\xe6\xbc\xa2";
+  }
+  log.Put("comment.txt", std::string(70, '\xe4') + "b\r\n");  // one byte each in 1252
+  Print(5);
+  EXPECT_EQ(Rows().at(3), umlauts);
+
+  test::Viewing japanese(932);
+  std::string pairs;
+  for (int i = 0; i < 70; ++i) pairs += "\x8a\xbf";  // two bytes each
+  japanese.Put("comment.txt", pairs + "b\r\n");
+  japanese.state.ViewMode = 5;
+  cmdPrint_Click(japanese.state, japanese.services, japanese.view);
+  EXPECT_EQ(japanese.print.sheets.at(0).Text(4, 1), kanji);
+}
+
 TEST_F(ReportPrinting, LinesOfTheReportAreNotCut) {
   log.Put("errlog.txt", std::string(500, 'a') + "\r\n");
   Print(5);
@@ -157,6 +180,18 @@ TEST_F(ReportPrinting, ALineOneByteShorterIsPrinted) {
   EXPECT_EQ(Rows().at(0).size(), 65533u);
   EXPECT_EQ(Rows().at(1), "last");
   EXPECT_EQ(Rows().back(), "done");
+}
+
+TEST_F(ReportPrinting, ALineWithoutEndIsReadAsFarAsTellsThatItIsTooLong) {
+  log.Put("errlog.txt", "first\r\nx");
+  std::ofstream(log.disk.Native(log.File("errlog.txt")),
+                std::ios::binary | std::ios::in | std::ios::out)
+      .seekp(1'000'000'000)
+      .put('x');
+  const std::int64_t before = test::BytesRead();
+  Print(5);
+  EXPECT_LT(test::BytesRead() - before, 512 * 1024);
+  EXPECT_THAT(Rows(), ElementsAre("first", "", "", "Comment:"));
 }
 
 TEST_F(ReportPrinting, TheLineLimitCountsBytesOfTheCodePage) {

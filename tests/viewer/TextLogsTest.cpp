@@ -5,10 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "base/RunTimeError.h"
+#include "support/ProcessFigures.h"
 #include "support/Viewing.h"
 
 namespace logbook {
@@ -231,31 +234,80 @@ TEST(TextLogs, EveryPrefixOfALogIsShown) {
   EXPECT_GT(shown, log.size());
 }
 
-// A hundred million bytes, most of them a hole in the file.
-TEST(TextLogs, AHugeLogIsShownUpToItsLimitWithoutReadingTheRest) {
+TEST(TextLogs, TheOldReportIsGoneWhileTheMessageIsOnShow) {
+  for (const auto& [view, file] : kLimitedLogs) {
+    Viewing viewing;
+    viewing.Put(file, LogOf(65536));
+    viewing.view.ReportText = "older";
+    std::string behind = "never shown";
+    viewing.messages.on_show = [&] { behind = viewing.view.ReportText; };
+    view(viewing.state, viewing.services, viewing.view);
+    EXPECT_EQ(behind, "") << file;
+  }
+}
+
+// A log that goes on for four gigabytes, most of them a hole in the file.
+class HugeLog : public testing::Test {
+ protected:
+  void Put(const std::string& beginning) {
+    viewing.Put("acqlog.txt", beginning);
+    std::ofstream(viewing.disk.Native(Viewing::File("acqlog.txt")),
+                  std::ios::binary | std::ios::in | std::ios::out)
+        .seekp(4'000'000'000)
+        .put('x');
+  }
+  // What a view of the log has read, of which two lines of 64 KB and a buffer may be of use.
+  std::int64_t BytesReadByAView() {
+    const std::int64_t before = test::BytesRead();
+    ViewACQLog(viewing.state, viewing.services, viewing.view);
+    return test::BytesRead() - before;
+  }
+
+  static constexpr std::int64_t kLittle = 512 * 1024;
   Viewing viewing;
+};
+
+TEST_F(HugeLog, IsShownUpToItsLimitWithoutReadingTheRest) {
   std::string beginning;
   while (beginning.size() < 70000) beginning += "a line of a log that has grown\r\n";
-  viewing.Put("acqlog.txt", beginning);
-  std::ofstream(viewing.disk.Native(Viewing::File("acqlog.txt")),
-                std::ios::binary | std::ios::in | std::ios::out)
-      .seekp(100'000'000)
-      .put('x');
-  ViewACQLog(viewing.state, viewing.services, viewing.view);
+  Put(beginning);
+  EXPECT_LT(BytesReadByAView(), kLittle);
   EXPECT_EQ(viewing.view.ReportText, beginning.substr(0, 65535 / 32 * 32));
   EXPECT_EQ(viewing.messages.shown.size(), 1U);
 }
 
-TEST(TextLogs, ALineWithoutEndIsNotReadToItsEnd) {
-  Viewing viewing;
-  viewing.Put("acqlog.txt", "first\r\nx");
-  std::ofstream(viewing.disk.Native(Viewing::File("acqlog.txt")),
-                std::ios::binary | std::ios::in | std::ios::out)
-      .seekp(4'000'000'000)
-      .put('x');
-  const LimitedText text = ReadLimitedText(viewing.disk, Viewing::File("acqlog.txt"));
-  EXPECT_EQ(text.Text, "first\r\n");
-  EXPECT_TRUE(text.OverLimit);
+TEST_F(HugeLog, ALineWithoutEndIsNotReadToItsEnd) {
+  Put("first\r\nx");
+  EXPECT_LT(BytesReadByAView(), kLittle);
+  EXPECT_EQ(viewing.view.ReportText, "first\r\n");
+  EXPECT_EQ(viewing.messages.shown.size(), 1U);
+}
+
+TEST_F(HugeLog, ShortLinesBehindTheOneThatDoesNotFitAreNotReadEither) {
+  std::string beginning = "first\r\n" + std::string(65530, 'x') + "\r\n";
+  while (beginning.size() < 2'000'000) beginning += "short\r\n";
+  viewing.Put("acqlog.txt", beginning);
+  EXPECT_LT(BytesReadByAView(), kLittle);
+  EXPECT_EQ(viewing.view.ReportText, "first\r\n");
+}
+
+TEST(ReadLineUpTo, GivesLinesAsTheirFileHasThemAndTheBeginningOfALongOne) {
+  const test::TestMachine disk;
+  const auto lines_of = [&](const std::string& bytes, std::size_t most) {
+    disk.Put("C:\\log.txt", bytes);
+    InputFile file(disk, "C:\\log.txt");
+    std::vector<std::string> lines;
+    while (!file.AtEnd()) lines.push_back(ReadLineUpTo(file, most));
+    return lines;
+  };
+  using Lines = std::vector<std::string>;
+  EXPECT_EQ(lines_of("a\r\nb\nc\rd", 10), (Lines{"a", "b", "c", "d"}));
+  EXPECT_EQ(lines_of("\r\n\r\n\n\r", 10), (Lines{"", "", "", ""}));
+  EXPECT_EQ(lines_of("abc\r\nd", 3), (Lines{"abc", "d"}));
+  EXPECT_EQ(lines_of("abcdef\r\ng", 3), (Lines{"abcd", "ef", "g"}));
+  const std::string buffer(65536, 'x');  // a line end behind the first buffer of a file
+  EXPECT_EQ(lines_of(buffer + "\r\nb", 70000), (Lines{buffer, "b"}));
+  EXPECT_EQ(lines_of(buffer.substr(1) + "\r\nb", 70000), (Lines{buffer.substr(1), "b"}));
 }
 
 }  // namespace
