@@ -380,6 +380,8 @@ TEST_F(ColumnValues, AFlagThatDoesNotFitSixteenBitsEndsTheFillOfAnyRowOfItsFile)
   Put(log, "paramvar.mac", "XPOS=1\r\nOPT_COLOPGS=40000\r\n");
   EXPECT_EQ(ErrorOf([&] { Tune(106); }), ErrorNumber::kOverflow);
   EXPECT_EQ(ErrorOf([&] { Tune(107); }), ErrorNumber::kOverflow) << "a row without a line";
+  Put(log, "paramvar.mac", "CLMD=40000\r\n");
+  EXPECT_EQ(ErrorOf([&] { Tune(107); }), ErrorNumber::kOverflow) << "a row without a line";
 }
 
 TEST_F(ColumnValues, AValueTooLargeForANumberEndsTheFill) {

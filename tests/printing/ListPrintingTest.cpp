@@ -110,6 +110,10 @@ TEST_F(PrintListTest, CharactersOfACommentAreCountedNotBytes) {
 }
 
 TEST_F(PrintListTest, TheSheetHasTitleNameFontHeaderFooterAndLandscape) {
+  F1Book& before = station.state.frmMain.F1Report;
+  before.SetDefaultFont("Arial", 20);
+  before.SetSelection(-1, -1, -1, -1);
+  before.SetFont({"Arial", 20, true, true, true, true, 0xFF});
   Print();
   const F1Book& sheet = Sheet();
   EXPECT_EQ(sheet.Title(), "Maintenance LogBook");

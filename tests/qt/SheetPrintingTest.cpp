@@ -113,6 +113,28 @@ TEST_F(SheetPrinting, CellsStandInNinePointFixedPitch) {
   EXPECT_NEAR(word.right - word.left, 10 * 9 * 0.6, 0.5);
 }
 
+TEST_F(SheetPrinting, HeaderAndFooterWithoutAFontOfTheirOwnStandInTheSheetsDefaultFont) {
+  sheet.SetDefaultFont("Courier", 20);
+  sheet.SetPageHeader("0123456789");
+  sheet.SetPageFooter("&9abcdefghij");
+  const std::vector<PlacedWord> words = test::WordsOf(Print());
+  const PlacedWord header = Find(words, "0123456789"), footer = Find(words, "abcdefghij");
+  EXPECT_NEAR(header.right - header.left, 10 * 20 * 0.6, 0.5);
+  EXPECT_NEAR(footer.right - footer.left, 10 * 9 * 0.6, 0.5);
+}
+
+TEST_F(SheetPrinting, AColumnThatIsNotFittedIsNineCharactersOfTheDefaultFontWide) {
+  F1Book plain;
+  plain.SetDefaultFont("Courier", 20);
+  plain.SetSelection(-1, -1, -1, -1);
+  plain.SetFont({"Courier", 9});
+  plain.SetText(1, 1, "a");
+  plain.SetText(1, 2, "b");
+  sheet = plain;
+  const std::vector<PlacedWord> words = test::WordsOf(Print());
+  EXPECT_NEAR(Find(words, "b").left - Find(words, "a").left, 9 * 20 * 0.6, 0.5);
+}
+
 TEST_F(SheetPrinting, AnEmptySheetIsOnePageWithHeaderAndFooter) {
   EXPECT_THAT(Texts(test::WordsOf(Print()), 1),
               ElementsAre("Error", "Log", "Page", "1/1", "21", "Nov", "2026", "05:09:59"));

@@ -51,6 +51,12 @@ TEST(GetWrappedText, WrapAfterAtMostTwoCharactersStaysUnbroken) {
   EXPECT_EQ(Wrap(disk, 3, "abcdef"), "abc\r\ndef");
 }
 
+TEST(GetWrappedText, TheTwoAreCharactersAndNotBytes) {
+  EXPECT_EQ(Wrap(TestMachine(1252), 2, "äöüßéè"), "äöüß\r\néè");
+  EXPECT_EQ(Wrap(TestMachine(932), 2, "漢字清掃済"), "漢字清\r\n掃\r\n済");
+  EXPECT_EQ(Wrap(TestMachine(932), 4, "漢字清掃済"), "漢字清掃\r\n済");
+}
+
 TEST(GetWrappedText, FailureGivesWhatWasBuiltSoFar) {
   TestMachine disk;
   FixedWidthBox box(disk, 3, "abcdefghi");

@@ -247,6 +247,9 @@ TEST_F(ReportPrinting, InitReportLeavesTheNameForOtherViewModes) {
 }
 
 TEST_F(ReportPrinting, TheSheetHasFontHeaderFooterAndFittedColumns) {
+  log.view.Sheet.SetDefaultFont("Arial", 20);
+  log.view.Sheet.SetSelection(-1, -1, -1, -1);
+  log.view.Sheet.SetFont({"Arial", 20, true, true, true, true, 0xFF});
   Print(5);
   EXPECT_EQ(Sheet().Title(), "Maintenance LogBook");
   EXPECT_EQ(Sheet().PageHeader(), "&\"Courier\"&9&A");
