@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <map>
 
 #include "Pages.h"
 #include "Workplace.h"
@@ -39,6 +41,21 @@ class RunScriptTest : public WholeProgram {
   CommandResult Run(std::vector<std::string> arguments, const Environment& variables) {
     arguments.insert(arguments.begin(), RUN_SCRIPT);
     return RunCommand(arguments, variables, desktop().NewFile("run"));
+  }
+
+  // Every file below a folder with its bytes, links with their targets.
+  static std::map<std::string, std::string> FilesBelow(const std::string& folder) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+      std::string& content = files[entry.path().string()];
+      if (entry.is_symlink()) {
+        content = fs::read_symlink(entry.path()).string();
+      } else if (entry.is_regular_file()) {
+        std::ifstream in(entry.path(), std::ios::binary);
+        content.assign(std::istreambuf_iterator<char>(in), {});
+      }
+    }
+    return files;
   }
 
   long Logs() {
@@ -84,6 +101,56 @@ TEST_F(RunScriptTest, WithoutADisplayItSaysSoAndMakesOneAutomaticRecord) {
   EXPECT_EQ(Logs(), logs) << "the workstation is made anew";
 }
 
+// Makes a folder with a host that does all but this command.
+std::string HostThatFailsAt(const std::string& command, const std::string& folder) {
+  fs::create_directories(folder);
+  std::ofstream(folder + "/quorex-host") << "#!/bin/sh\n[ \"$1\" != " + command +
+                                                " ] || exit 1\nexec '" QUOREX_HOST_PROGRAM
+                                                "' \"$@\"\n";
+  fs::permissions(folder + "/quorex-host", fs::perms::owner_all);
+  return folder;
+}
+
+TEST_F(RunScriptTest, FreshThatFailsLeavesTheOldDemonstrationAsItIs) {
+  ASSERT_EQ(Run({"--autorec"}, BareVariables()).status, 0);
+  const auto before = FilesBelow(Demo());
+  ASSERT_GT(before.size(), 100u);
+
+  const auto typo = Run({"--fresh", "--build", "lumarni"}, BareVariables());
+  EXPECT_EQ(typo.status, 1) << typo.output;
+  EXPECT_TRUE(Holds(typo.output, "unknown lens family \"lumarni\"")) << typo.output;
+  EXPECT_FALSE(Holds(typo.output, "Making the demonstration")) << typo.output;
+  EXPECT_EQ(FilesBelow(Demo()), before);
+
+  Environment broken = BareVariables();
+  broken["LOGBOOK_BIN"] = HostThatFailsAt("fill", desktop().Folder() + "/broken");
+  const auto fill = Run({"--fresh"}, broken);
+  EXPECT_EQ(fill.status, 1) << fill.output;
+  EXPECT_TRUE(Holds(fill.output, "could not be made")) << fill.output;
+  EXPECT_EQ(FilesBelow(Demo()), before);
+  EXPECT_FALSE(fs::exists(Demo() + ".new"));
+
+  // A run that was ended between the two moves.
+  const long logs = Logs();
+  fs::rename(Demo(), Demo() + ".old");
+  fs::copy(Demo() + ".old", Demo() + ".new",
+           fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+  ASSERT_EQ(Run({"--autorec"}, BareVariables()).status, 0);
+  EXPECT_EQ(Logs(), logs + 1) << "the old one is back";
+  EXPECT_FALSE(fs::exists(Demo() + ".new"));
+  EXPECT_FALSE(fs::exists(Demo() + ".old"));
+}
+
+TEST_F(RunScriptTest, WrongNameMakesNoDemonstration) {
+  for (const std::vector<std::string>& options :
+       {std::vector<std::string>{"--build", "plain+turbo"}, {"--build=", "--fresh"}}) {
+    const auto result = Run(options, BareVariables());
+    EXPECT_EQ(result.status, 1) << result.output;
+    EXPECT_TRUE(Holds(result.output, "--build wants the name of an instrument")) << result.output;
+    EXPECT_FALSE(fs::exists(Demo()));
+  }
+}
+
 TEST_F(RunScriptTest, FolderWithoutItsMarkerIsNeitherUsedNorDeleted) {
   fs::create_directories(Demo());
   std::ofstream(Demo() + "/letters.txt") << "mine";
@@ -92,6 +159,19 @@ TEST_F(RunScriptTest, FolderWithoutItsMarkerIsNeitherUsedNorDeleted) {
     EXPECT_EQ(result.status, 1) << result.output;
     EXPECT_TRUE(Holds(result.output, "is not a demonstration workstation")) << result.output;
     EXPECT_TRUE(fs::exists(Demo() + "/letters.txt"));
+  }
+}
+
+TEST_F(RunScriptTest, FoldersBesideWithoutTheMarkerAreNeitherUsedNorDeleted) {
+  for (const std::string beside : {".new", ".old"}) {
+    fs::create_directories(Demo() + beside);
+    std::ofstream(Demo() + beside + "/letters.txt") << "mine";
+    const auto result = Run({}, BareVariables());
+    EXPECT_EQ(result.status, 1) << result.output;
+    EXPECT_TRUE(Holds(result.output, beside + " is not a demonstration workstation"));
+    EXPECT_TRUE(fs::exists(Demo() + beside + "/letters.txt"));
+    EXPECT_FALSE(fs::exists(Demo()));
+    fs::remove_all(Demo() + beside);
   }
 }
 
