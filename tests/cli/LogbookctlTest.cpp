@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "LogbookctlRun.h"
 #include "loglist/LogList.h"
@@ -164,21 +166,36 @@ TEST_F(Logbookctl, TheFullListIsSaidOnStandardError) {
   }
   const Outcome outcome = Run(ListArguments());
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_NE(outcome.err.find("There are 257 or more logs in Log Folder."), std::string::npos);
+  EXPECT_TRUE(outcome.err.starts_with(std::string("logbookctl: list ") + kLogRoot +
+                                      ": There are 257 or more logs in Log Folder."))
+      << outcome.err;
+}
+
+// A folder is named as it was typed.
+TEST_F(Logbookctl, AFolderThatDoesNotExistIsNamedAndHasStatusOne) {
+  disk.Put("C:\\file", "");
+  for (const std::string& folder : {std::string("C:\\none"), std::string("C:\\file"),
+                                    disk.home() + "/none", std::string("none")}) {
+    const std::string quoted = Quoted(folder);
+    for (const auto& [arguments, subject] :
+         {std::pair("list --ini x --log-root " + quoted, "list " + folder),
+          std::pair("report meter " + quoted, "report meter " + folder)}) {
+      const Outcome outcome = Run(arguments);
+      EXPECT_EQ(outcome.status, 1) << arguments;
+      EXPECT_EQ(outcome.out, "") << arguments;
+      EXPECT_EQ(outcome.err, "logbookctl: " + subject + ": run-time error 76: Path not found\n");
+    }
+  }
 }
 
 TEST_F(Logbookctl, ARunTimeErrorHasStatusOneAndAMessage) {
-  const Outcome missing = Run("list --log-root 'C:\\none' --ini 'C:\\none.ini'");
-  EXPECT_EQ(missing.status, 1);
-  EXPECT_EQ(missing.out, "");
-  EXPECT_EQ(missing.err, "logbookctl: run-time error 76: Path not found\n");
-
   MakeLogs();
   disk.Put(kIniFile, "[Header3]\r\nCat=Meter\r\nItem=31\r\n");
   const Outcome subscript = Run(ListArguments());
   EXPECT_EQ(subscript.status, 1);
   EXPECT_EQ(subscript.out, "");
-  EXPECT_EQ(subscript.err, "logbookctl: run-time error 9: Subscript out of range\n");
+  EXPECT_EQ(subscript.err, std::string("logbookctl: list ") + kLogRoot +
+                               ": run-time error 9: Subscript out of range\n");
 }
 
 TEST_F(Logbookctl, ATuneItemWithoutAFileIsARunTimeError) {
@@ -186,7 +203,8 @@ TEST_F(Logbookctl, ATuneItemWithoutAFileIsARunTimeError) {
   disk.Put(kIniFile, "[Header3]\r\nCat=Tune\r\nItem=165\r\n");
   const Outcome outcome = Run(ListArguments());
   EXPECT_EQ(outcome.status, 1);
-  EXPECT_EQ(outcome.err, "logbookctl: run-time error 75: Path/File access error\n");
+  EXPECT_EQ(outcome.err, std::string("logbookctl: list ") + kLogRoot +
+                             ": run-time error 75: Path/File access error\n");
 }
 
 TEST_F(Logbookctl, WrongUseHasStatusTwo) {
@@ -197,7 +215,27 @@ TEST_F(Logbookctl, WrongUseHasStatusTwo) {
     const Outcome outcome = Run(arguments);
     EXPECT_EQ(outcome.status, 2) << arguments;
     EXPECT_EQ(outcome.out, "") << arguments;
-    EXPECT_NE(outcome.err, "") << arguments;
+    EXPECT_TRUE(outcome.err.starts_with("logbookctl: ")) << arguments << ": " << outcome.err;
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+  }
+}
+
+TEST_F(Logbookctl, AWordThatIsWrongIsNamed) {
+  for (const auto& [arguments, named] :
+       {std::pair("nothing", "logbookctl: unknown word \"nothing\""),
+        std::pair("--nothing strings", "--nothing"),
+        std::pair("nothing --ini x", "logbookctl: unknown word \"nothing\""),
+        std::pair("catalogue nothing", "logbookctl: catalogue: NAME: nothing not in"),
+        std::pair("catalogue meter sys",
+                  "logbookctl: catalogue: The following argument was not "
+                  "expected: sys"),
+        std::pair("report meters C:", "logbookctl: report: KIND: meters not in"),
+        std::pair("--code-page 437 strings", "there is no code page \"437\""),
+        std::pair("--code-page 1252x strings", "there is no code page \"1252x\""),
+        std::pair("list --log-root a --inn b", "--ini is required")}) {
+    const Outcome outcome = Run(arguments);
+    EXPECT_EQ(outcome.status, 2) << arguments;
+    EXPECT_NE(outcome.err.find(named), std::string::npos) << arguments << ": " << outcome.err;
   }
 }
 
@@ -214,11 +252,13 @@ TEST_F(Logbookctl, EveryCommandHasItsHelp) {
 TEST_F(Logbookctl, AnOutputThatCannotBeWrittenIsARunTimeError) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "the machine has no /dev/full";
   const test::TestMachine scratch;
-  const std::string status = scratch.home() + "/status";
+  const std::string status = scratch.home() + "/status", err = scratch.home() + "/err";
   const std::string command =
-      std::string(LOGBOOKCTL) + " strings >/dev/full 2>/dev/null; echo $? >" + status;
+      std::string(LOGBOOKCTL) + " strings >/dev/full 2>" + err + "; echo $? >" + status;
   EXPECT_EQ(std::system(command.c_str()), 0);
   EXPECT_EQ(Read(status), "1\n");
+  EXPECT_EQ(Read(err),
+            "logbookctl: strings: standard output: run-time error 57: Device I/O error\n");
 }
 
 }  // namespace

@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The verbs of logbookctl, each in a file of its name. All but "report --write" only read.
+#pragma once
+
+#include "Frame.h"
+
+namespace logbook::cli {
+
+// "catalogue [NAME]": a catalogue, or all of them, as tab-separated rows.
+void AddCatalogue(Frame& frame);
+// "strings": the string table.
+void AddStrings(Frame& frame);
+// "list": the bytes of listlog.csv for a folder of logs and a choice of columns.
+void AddList(Frame& frame);
+// "report KIND LOGFOLDER": the bytes of a report of one log.
+void AddReport(Frame& frame);
+
+}  // namespace logbook::cli
