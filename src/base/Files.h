@@ -59,6 +59,11 @@ struct FolderEntry {
 // Raises 76 if the folder cannot be found.
 std::vector<FolderEntry> ScanFolder(const Machine& machine, std::string_view folder);
 
+// The names of a folder's folders in that order, the first `limit` of them at most. Memory
+// does not grow with the number of entries. Raises as ScanFolder does.
+std::vector<std::string> FirstFoldersIn(const Machine& machine, std::string_view folder,
+                                        std::size_t limit);
+
 // Size, time stamps and identity of a file: equal stamps mean an unchanged file. What does not
 // exist in the sense of Exists has the default stamp. Raises nothing.
 struct FileStamp {

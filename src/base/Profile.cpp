@@ -33,7 +33,7 @@ std::string WithoutTrailingBlanks(std::string_view text) {
 }
 
 // What a caller with a buffer of this size receives.
-std::string Cut(const Machine& machine, const std::optional<std::string>& found,
+std::string Cut(const Machine& machine, const std::optional<std::string_view>& found,
                 std::string_view default_value, std::size_t size) {
   const CodePage& page = *machine.code_page;
   // A value is read as characters and written as bytes again, as text of any other source is.
@@ -41,6 +41,20 @@ std::string Cut(const Machine& machine, const std::optional<std::string>& found,
                             : page.FromUtf8(WithoutTrailingBlanks(UpToNul(default_value)));
   value.resize(std::min(value.size(), size > 0 ? size - 1 : 0));
   return value;
+}
+
+// The leading digits; too many of them wrap at 32 bits.
+int LeadingInt32(std::string_view value) {
+  std::size_t position = std::min(value.find_first_not_of(" \t"), value.size());
+  const char sign = position < value.size() ? value[position] : '\0';
+  if (sign == '-' || sign == '+') ++position;
+  std::uint32_t number = 0;
+  for (; position < value.size(); ++position) {
+    const char digit = value[position];
+    if (digit < '0' || digit > '9') break;
+    number = number * 10 + static_cast<std::uint32_t>(digit - '0');
+  }
+  return static_cast<std::int32_t>(sign == '-' ? 0 - number : number);
 }
 
 }  // namespace
@@ -60,21 +74,34 @@ std::string GetProfileString(const Machine& machine, std::string_view section, s
   return Cut(machine, found, default_value, size);
 }
 
+std::vector<std::string> GetProfileStrings(const Machine& machine, std::string_view section,
+                                           std::span<const std::string_view> keys,
+                                           std::string_view default_value, std::size_t size,
+                                           std::string_view profile_bytes) {
+  const CodePage& page = *machine.code_page;
+  std::vector<std::string> key_bytes;
+  for (const std::string_view key : keys) key_bytes.push_back(page.FromUtf8(UpToNul(key)));
+  const std::vector<std::string_view> key_views(key_bytes.begin(), key_bytes.end());
+  std::vector<std::string> values;
+  for (const auto& found :
+       FindProfileValues(page, profile_bytes, page.FromUtf8(UpToNul(section)), key_views)) {
+    values.push_back(Cut(machine, found, default_value, size));
+  }
+  return values;
+}
+
 int GetPrivateProfileInt(const Machine& machine, std::string_view section, std::string_view key,
                          int default_value, std::string_view file) {
   const auto value = Find(machine, section, key, file);
-  if (!value) return default_value;
-  std::size_t position = std::min(value->find_first_not_of(" \t"), value->size());
-  const char sign = position < value->size() ? (*value)[position] : '\0';
-  if (sign == '-' || sign == '+') ++position;
-  // Too many digits wrap at 32 bits.
-  std::uint32_t number = 0;
-  for (; position < value->size(); ++position) {
-    const char digit = (*value)[position];
-    if (digit < '0' || digit > '9') break;
-    number = number * 10 + static_cast<std::uint32_t>(digit - '0');
-  }
-  return static_cast<std::int32_t>(sign == '-' ? 0 - number : number);
+  return value ? LeadingInt32(*value) : default_value;
+}
+
+int GetProfileInt(const Machine& machine, std::string_view section, std::string_view key,
+                  int default_value, std::string_view profile_bytes) {
+  const CodePage& page = *machine.code_page;
+  const auto value = FindProfileValue(page, profile_bytes, page.FromUtf8(UpToNul(section)),
+                                      page.FromUtf8(UpToNul(key)));
+  return value ? LeadingInt32(*value) : default_value;
 }
 
 bool WritePrivateProfileString(const Machine& machine, std::string_view section,

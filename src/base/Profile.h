@@ -8,8 +8,10 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/Machine.h"
 
@@ -29,10 +31,20 @@ std::string GetProfileString(const Machine& machine, std::string_view section, s
                              std::string_view default_value, std::size_t size,
                              std::string_view profile_bytes);
 
+// The same for several keys of a section, at the cost of one walk over the bytes.
+std::vector<std::string> GetProfileStrings(const Machine& machine, std::string_view section,
+                                           std::span<const std::string_view> keys,
+                                           std::string_view default_value, std::size_t size,
+                                           std::string_view profile_bytes);
+
 // The leading decimal digits of the value as a number; the default if the key is missing. Raises
 // nothing.
 int GetPrivateProfileInt(const Machine& machine, std::string_view section, std::string_view key,
                          int default_value, std::string_view file);
+
+// The same for the bytes of a profile that have been read already.
+int GetProfileInt(const Machine& machine, std::string_view section, std::string_view key,
+                  int default_value, std::string_view profile_bytes);
 
 // Sets a value: replaces it in place, or puts a new key at the end of its section, or a new
 // section at the end of the file; makes the file if it is missing (its folder must exist). Every

@@ -34,7 +34,8 @@ std::string_view WithoutQuotes(std::string_view value) {
 }
 
 bool IsSameName(const CodePage& page, std::string_view a, std::string_view b) {
-  if (IsAscii(a) && IsAscii(b)) return EqualIgnoringCase(a, b);
+  if (a == b) return true;
+  if (IsAscii(a) && IsAscii(b)) return a.size() == b.size() && EqualIgnoringCase(a, b);
   return EqualIgnoringCase(page.ToUtf8(a), page.ToUtf8(b));
 }
 
@@ -78,13 +79,24 @@ class LineReader {
     return Trim(text_.substr(1, bracket - 1));
   }
 
-  // The value with its quotes if the line gives one to this key.
-  std::optional<std::string_view> ValueOf(std::string_view key) const {
+  struct Assignment {
+    std::string_view key;
+    std::string_view value;  // with its quotes
+  };
+
+  // What the line assigns, if it does.
+  std::optional<Assignment> Assigned() const {
     if (text_.empty() || text_.front() == ';') return std::nullopt;
     const std::size_t equals = text_.find('=');
     if (equals == std::string_view::npos) return std::nullopt;
-    if (!IsSameName(page_, Trim(text_.substr(0, equals)), key)) return std::nullopt;
-    return Trim(text_.substr(equals + 1));
+    return Assignment{Trim(text_.substr(0, equals)), Trim(text_.substr(equals + 1))};
+  }
+
+  // The value with its quotes if the line gives one to this key.
+  std::optional<std::string_view> ValueOf(std::string_view key) const {
+    const auto assigned = Assigned();
+    if (!assigned || !IsSameName(page_, assigned->key, key)) return std::nullopt;
+    return assigned->value;
   }
 
  private:
@@ -130,6 +142,28 @@ std::optional<std::string> FindProfileValue(const CodePage& page, std::string_vi
   const Place place = FindPlace(page, file, section, key);
   if (!place.value) return std::nullopt;
   return std::string(WithoutQuotes(*place.value));
+}
+
+std::vector<std::optional<std::string_view>> FindProfileValues(
+    const CodePage& page, std::string_view file, std::string_view section,
+    std::span<const std::string_view> keys) {
+  std::vector<std::optional<std::string_view>> values(keys.size());
+  section = Trim(section);
+  bool section_found = false;
+  LineReader line(page, file);
+  while (line.Next()) {
+    const auto opened = line.Section();
+    if (opened && section_found) break;
+    if (opened) section_found = IsSameName(page, *opened, section);
+    if (!section_found || opened) continue;
+    const auto assigned = line.Assigned();
+    for (std::size_t i = 0; assigned && i < keys.size(); ++i) {
+      if (!values[i] && IsSameName(page, assigned->key, Trim(keys[i]))) {
+        values[i] = WithoutQuotes(assigned->value);
+      }
+    }
+  }
+  return values;
 }
 
 std::string SetProfileValue(const CodePage& page, std::string_view file, std::string_view section,

@@ -6,8 +6,10 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/CodePage.h"
 
@@ -17,6 +19,12 @@ namespace logbook {
 // no such section or key. Of two equal sections or keys the first counts.
 std::optional<std::string> FindProfileValue(const CodePage& page, std::string_view file,
                                             std::string_view section, std::string_view key);
+
+// The same for several keys of a section in one walk over the file: a value or nothing for each
+// key, in their order. The views point into the file's bytes.
+std::vector<std::optional<std::string_view>> FindProfileValues(
+    const CodePage& page, std::string_view file, std::string_view section,
+    std::span<const std::string_view> keys);
 
 // The file with the value set: in the place of the old value, else as a new line behind the last
 // line of its section that is not blank, else in a new section at the end. All other bytes stay.

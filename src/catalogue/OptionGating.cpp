@@ -10,8 +10,8 @@
 #include <string>
 
 #include "base/Files.h"
+#include "base/Profile.h"
 #include "base/RunTimeError.h"
-#include "text/CSVMan.h"
 #include "text/LeadingNumber.h"
 
 namespace logbook {
@@ -140,11 +140,15 @@ double OptionNumber(std::string_view text) {
 }  // namespace
 
 LogOptions ParseLogOptions(const Machine& machine, std::string_view logfile_bytes) {
+  constexpr std::size_t kBuffer = 512;
+  std::array<std::string_view, kOptionKeys.size()> keys;
+  std::transform(kOptionKeys.begin(), kOptionKeys.end(), keys.begin(),
+                 [](const OptionKey& entry) { return entry.key; });
+  const std::vector<std::string> texts =
+      GetProfileStrings(machine, "OPTION", keys, "0", kBuffer, logfile_bytes);
   LogOptions options;
-  for (const OptionKey& entry : kOptionKeys) {
-    std::string text;
-    GetIniStringFrom(machine, "OPTION", entry.key, "0", text, logfile_bytes);
-    options.*entry.option = OptionNumber(text);
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    options.*kOptionKeys[i].option = OptionNumber(texts[i]);
   }
   return options;
 }

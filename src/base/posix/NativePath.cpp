@@ -14,6 +14,7 @@
 #include "base/Files.h"
 #include "base/UpperCase.h"
 #include "base/posix/Descriptor.h"
+#include "base/posix/Stamp.h"
 
 namespace logbook {
 
@@ -199,12 +200,7 @@ bool FolderExists(const Machine& machine, std::string_view path) {
 FileStamp StampOf(const Machine& machine, std::string_view path) {
   struct stat status = {};
   if (path.empty() || !Status(machine, path, status)) return {};
-  constexpr std::int64_t kNanoseconds = 1000000000;
-  return {.device = status.st_dev,
-          .inode = status.st_ino,
-          .size = static_cast<std::uint64_t>(status.st_size),
-          .modified_ns = status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec,
-          .changed_ns = status.st_ctim.tv_sec * kNanoseconds + status.st_ctim.tv_nsec};
+  return posix::StampFrom(status);
 }
 
 }  // namespace logbook

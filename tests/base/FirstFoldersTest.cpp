@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "base/Files.h"
+#include "support/Errors.h"
+#include "support/TestMachine.h"
+
+namespace logbook {
+namespace {
+
+namespace fs = std::filesystem;
+
+// What a scan of everything gives.
+std::vector<std::string> FoldersByScan(const Machine& machine, std::size_t limit) {
+  std::vector<std::string> names;
+  for (const FolderEntry& entry : ScanFolder(machine, "C:\\logs")) {
+    if (entry.kind == FolderEntry::Kind::kFolder && names.size() < limit) {
+      names.push_back(entry.name);
+    }
+  }
+  return names;
+}
+
+TEST(FirstFoldersTest, AreTheFirstFoldersOfAScan) {
+  std::mt19937 random(3);
+  const std::string letters[] = {"a", "A",        "b",        "B",           "_",
+                                 "1", "\xC3\xA4", "\xC3\x84", "\xE3\x81\x82"};
+  for (int round = 0; round < 20; ++round) {
+    const test::TestMachine machine;
+    machine.MakeFolders("C:\\logs");
+    for (int entry = 0; entry < 60; ++entry) {
+      std::string name;
+      for (int letter = 0; letter < 3; ++letter) name += letters[random() % std::size(letters)];
+      const fs::path path = fs::path(machine.Native("C:\\logs")) / name;
+      if (random() % 4 == 0) {
+        machine.Put("C:\\logs\\" + name + ".txt", "");
+      } else {
+        fs::create_directory(path);
+      }
+    }
+    for (const std::size_t limit : {0u, 1u, 7u, 256u}) {
+      ASSERT_EQ(FirstFoldersIn(machine, "C:\\logs", limit), FoldersByScan(machine, limit));
+    }
+  }
+}
+
+TEST(FirstFoldersTest, ALinkIsWhatItLeadsToAndWhatNoPathCanNameIsLeftOut) {
+  const test::TestMachine machine;
+  machine.MakeFolders("C:\\logs\\b");
+  machine.MakeFolders("C:\\elsewhere");
+  machine.Put("C:\\logs\\file.txt", "");
+  const fs::path logs = machine.Native("C:\\logs");
+  fs::create_directory_symlink(machine.Native("C:\\elsewhere"), logs / "a-link");
+  fs::create_symlink("nowhere", logs / "c-dangling");
+  fs::create_symlink("file.txt", logs / "d-to-file");
+  fs::create_directory(logs / "e\\f");
+  fs::create_directory(logs / ".logbook-new~");
+  EXPECT_EQ(FirstFoldersIn(machine, "C:\\LOGS", 256), (std::vector<std::string>{"a-link", "b"}));
+}
+
+TEST(FirstFoldersTest, AMissingFolderIsAnErrorAndSoIsAFileInItsPlace) {
+  const test::TestMachine machine;
+  machine.Put("C:\\file.txt", "");
+  EXPECT_EQ(test::ErrorOf([&] { FirstFoldersIn(machine, "C:\\none", 256); }),
+            ErrorNumber::kPathNotFound);
+  EXPECT_EQ(test::ErrorOf([&] { FirstFoldersIn(machine, "C:\\file.txt", 256); }),
+            ErrorNumber::kPathNotFound);
+}
+
+}  // namespace
+}  // namespace logbook
