@@ -14,10 +14,12 @@
 namespace logbook {
 namespace {
 
+constexpr std::string_view kMeterFile = "auser.txt";
+constexpr std::string_view kAnalogFile = "aall.txt";
 constexpr const char* kNotApplicable = "N/A";
 
-std::string LogFolder(const AppState& state, int log) {
-  return state.LogRoot + state.FileList[static_cast<std::size_t>(log)].Name + "\\";
+LogSnapshots& SnapshotsOf(AppState& state, int log) {
+  return state.snapshots.Log(state.LogRoot, state.FileList[static_cast<std::size_t>(log)].Name);
 }
 
 void SetHeader(AppState& state, int column, const std::string& text) {
@@ -28,23 +30,24 @@ void SetCell(AppState& state, int log, int column, std::string text) {
   state.ListView1.Row(log).SubItem(column + 1) = std::move(text);
 }
 
-// Tells by the path of a log's logfile.ini whether the row does not apply.
-using Predicate = std::function<bool(const std::string&)>;
+// Tells whether the row does not apply to a log.
+using Predicate = std::function<bool(LogSnapshots&)>;
 
 // A column of a positional snapshot file.
 void FillPositionalList(AppState& state, int column, const ItemRecord& record, int item,
-                        const std::string& file, const Predicate& is_disabled) {
+                        std::string_view file, const Predicate& is_disabled) {
+  const SnapshotCache::Pass pass(state.snapshots);
   SetHeader(state, column, ColumnHeader(record.Name, record.Unit));
   bool trap_armed = false;
   for (int log = 1; log <= state.LogCount; ++log) {
-    const std::string folder = LogFolder(state, log);
-    if (is_disabled(folder + "logfile.ini")) {
+    LogSnapshots& snapshots = SnapshotsOf(state, log);
+    if (is_disabled && is_disabled(snapshots)) {
       SetCell(state, log, column, kNotApplicable);
       continue;
     }
     std::optional<double> value;
     try {
-      value = state.snapshots.Number(folder + file, item);
+      value = snapshots.Number(file, item);
       if (!value) continue;
     } catch (const RunTimeError&) {
       if (!trap_armed) throw;
@@ -57,16 +60,16 @@ void FillPositionalList(AppState& state, int column, const ItemRecord& record, i
 }
 
 // The cell of a tune row in one log; nothing if it is to stay as it is.
-std::optional<std::string> TuneCell(AppState& state, const TuneItemRecord& record, int item,
-                                    const std::string& folder) {
-  const std::optional<std::string> path = state.snapshots.FindMacro(folder, record.File);
-  if (!path) return std::nullopt;
-  const MacroLines lines = state.snapshots.Macro(*path, record.Var);
+std::optional<std::string> TuneCell(const TuneItemRecord& record, int item,
+                                    LogSnapshots& snapshots) {
+  const std::optional<MacroLines> found = snapshots.Macro(record.File, record.Var);
+  if (!found) return std::nullopt;
+  const MacroLines& lines = *found;
   const MacroFlags flags = {MacroFlag(lines.ColOpgs), MacroFlag(lines.Clmd)};
   if (lines.Value.empty()) return std::nullopt;
   LogOptions options;
   if (OptionsBearOnTuneParam(record.Group)) {
-    options = state.snapshots.Options(folder + "logfile.ini");
+    options = snapshots.Options();
   }
   if (IsDisabledTuneRow(item, record.Group, options, flags) ||
       IsHiddenInList(record.Group, options)) {
@@ -83,28 +86,53 @@ std::optional<std::string> TuneCell(AppState& state, const TuneItemRecord& recor
 void FillMeterList(AppState& state, std::int16_t column, const std::string&, int item) {
   const ItemRecord& record = RowAt(state.catalogues.MeterItems, item);
   const auto row = static_cast<std::int16_t>(item);
-  const bool optional = OptionsBearOnMeterParam(row);
-  FillPositionalList(state, column, record, item, "auser.txt", [&](const std::string& ini) {
-    return optional && IsDisabledMeterParam(row, state.snapshots.Options(ini));
-  });
+  Predicate is_disabled;
+  if (OptionsBearOnMeterParam(row)) {
+    is_disabled = [row](LogSnapshots& log) { return IsDisabledMeterParam(row, log.Options()); };
+  }
+  FillPositionalList(state, column, record, item, kMeterFile, is_disabled);
 }
 
 void FillAnalogList(AppState& state, std::int16_t column, const std::string&, int item) {
   const ItemRecord& record = RowAt(state.catalogues.AnalogItems, item);
   const auto row = static_cast<std::int16_t>(item);
-  const bool optional = OptionsBearOnAnalogParam(state.catalogues, row);
-  FillPositionalList(state, column, record, item, "aall.txt", [&](const std::string& ini) {
-    return optional && IsDisabledAnalogParam(state.catalogues, row, state.snapshots.Options(ini));
-  });
+  Predicate is_disabled;
+  if (OptionsBearOnAnalogParam(state.catalogues, row)) {
+    is_disabled = [&catalogues = state.catalogues, row](LogSnapshots& log) {
+      return IsDisabledAnalogParam(catalogues, row, log.Options());
+    };
+  }
+  FillPositionalList(state, column, record, item, kAnalogFile, is_disabled);
 }
 
 void FillTuneList(AppState& state, std::int16_t column, const std::string&, int item) {
   const TuneItemRecord& record = RowAt(state.catalogues.TuneItems, item);
   SetHeader(state, column, ColumnHeader(record.Name, record.Unit));
+  const SnapshotCache::Pass pass(state.snapshots);
   for (int log = 1; log <= state.LogCount; ++log) {
-    if (auto cell = TuneCell(state, record, item, LogFolder(state, log))) {
+    if (auto cell = TuneCell(record, item, SnapshotsOf(state, log))) {
       SetCell(state, log, column, *std::move(cell));
     }
+  }
+}
+
+void ExpectColumn(const AppState& state, const ColumnChoice& choice, SnapshotWants& wants) {
+  const int item = choice.item;
+  const auto is_row_of = [item](const auto& items) {
+    return item >= 0 && item < static_cast<int>(items.size());
+  };
+  const auto row = static_cast<std::int16_t>(item);
+  const Catalogues& catalogues = state.catalogues;
+  if (choice.category == kMeter && is_row_of(catalogues.MeterItems)) {
+    wants.Add(kMeterFile, item);
+    wants.options |= OptionsBearOnMeterParam(row);
+  } else if (choice.category == kAnalog && is_row_of(catalogues.AnalogItems)) {
+    wants.Add(kAnalogFile, item);
+    wants.options |= OptionsBearOnAnalogParam(catalogues, row);
+  } else if (choice.category == kTune && is_row_of(catalogues.TuneItems)) {
+    const TuneItemRecord& record = RowAt(catalogues.TuneItems, item);
+    wants.Add(record.File, record.Var);
+    wants.options |= OptionsBearOnTuneParam(record.Group);
   }
 }
 

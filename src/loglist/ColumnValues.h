@@ -33,6 +33,14 @@ void FillAnalogList(AppState& state, std::int16_t column, const std::string& cat
 // kInvalidProcedureCall for a text without its quotes.
 void FillTuneList(AppState& state, std::int16_t column, const std::string& category, int item);
 
+// The categories as logbook.ini names them.
+inline constexpr std::string_view kMeter = "Meter";
+inline constexpr std::string_view kTune = "Tune";
+inline constexpr std::string_view kAnalog = "Analog";
+
+// What a fill with this choice will ask of each log; a choice that means nothing adds nothing.
+void ExpectColumn(const AppState& state, const ColumnChoice& choice, SnapshotWants& wants);
+
 // The header of a row: its name, with " (unit)" behind it if it has a unit.
 std::string ColumnHeader(std::string_view name, std::string_view unit);
 

@@ -3,6 +3,7 @@
 
 #include "loglist/LogList.h"
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -24,24 +25,53 @@ constexpr int kListFullMessage = 225;
 constexpr int kFirstValueColumn = 3;
 constexpr int kValueColumns = 6;
 
-std::string ReadDate(AppState& state, const FileRecord& record) {
-  return state.snapshots.Date(state.LogRoot + record.Name + "\\logfile.ini");
+LogSnapshots& SnapshotsOf(AppState& state, std::size_t log) {
+  return state.snapshots.Log(state.LogRoot, state.FileList[log].Name);
 }
 
-std::string ReadComment(const AppState& state, const FileRecord& record) {
-  const std::string file = state.LogRoot + record.Name + "\\comment.txt";
-  if (!Exists(state.machine, file) || FolderExists(state.machine, file)) return {};
-  return state.machine.code_page->ToUtf8(InputFile(state.machine, file).ReadLine());
-}
-
-// The scan of LogRoot; a folder that is gone has no entries.
-std::vector<FolderEntry> ScanLogRoot(const AppState& state) {
+// The names of the logs; a folder that is gone has none.
+std::vector<std::string> ScanLogRoot(const AppState& state) {
   try {
-    return ScanFolder(state.machine, state.LogRoot);
+    return FirstFoldersIn(state.machine, state.LogRoot, kMaxLogs);
   } catch (const RunTimeError& error) {
     if (error.Number() != ErrorNumber::kPathNotFound) throw;
     return {};
   }
+}
+
+// What logbook.ini says of the value columns, from one reading of it.
+std::array<ColumnChoice, kValueColumns> ReadChoices(const AppState& state) {
+  std::string profile;
+  try {
+    profile = ReadFile(state.machine, state.IniFile);
+  } catch (const RunTimeError&) {
+    // A profile that cannot be read has no values.
+  }
+  std::array<ColumnChoice, kValueColumns> choices;
+  for (int i = 0; i < kValueColumns; ++i) {
+    const std::string section = ColumnSection(state, i + kFirstValueColumn);
+    ColumnChoice& choice = choices[static_cast<std::size_t>(i)];
+    GetIniStringFrom(state.machine, section, "cat", "", choice.category, profile);
+    choice.item = GetProfileInt(state.machine, section, "Item", 0, profile);
+  }
+  return choices;
+}
+
+void ExpectColumns(AppState& state) {
+  SnapshotWants wants;
+  for (const ColumnChoice& choice : ReadChoices(state)) ExpectColumn(state, choice, wants);
+  state.snapshots.Expect(std::move(wants));
+}
+
+void FillColumn(AppState& state, std::int16_t column, const ColumnChoice& choice) {
+  const std::string& category = choice.category;
+  if (category.empty()) {
+    state.ListView1.Column(column + kFirstValueColumn - 1).Text =
+        std::string(LoadResString(125)) + " " + std::to_string(column);
+  }
+  if (category == kMeter) FillMeterList(state, column, category, choice.item);
+  if (category == kTune) FillTuneList(state, column, category, choice.item);
+  if (category == kAnalog) FillAnalogList(state, column, category, choice.item);
 }
 
 }  // namespace
@@ -60,6 +90,7 @@ void RebuildList(AppState& state, MessageBoxes& messages,
   state.ListView1.Clear();
   state.LogCount = CreateFileList(state, messages);
   const SnapshotCache::Pass pass(state.snapshots, between_files);
+  ExpectColumns(state);
   FillFileList(state);
   FillListHeader(state);
   FillListView(state);
@@ -69,31 +100,32 @@ std::int16_t CreateFileList(AppState& state, MessageBoxes& messages) {
   // Element 256 keeps its old content until a scan reaches it.
   for (std::size_t i = 0; i < static_cast<std::size_t>(kMaxLogs); ++i) state.FileList[i] = {};
   std::int16_t count = 0;
-  for (const FolderEntry& entry : ScanLogRoot(state)) {
-    if (count == kMaxLogs) break;
-    if (entry.kind != FolderEntry::Kind::kFolder) continue;
+  for (std::string& name : ScanLogRoot(state)) {
     ++count;
-    state.FileList[static_cast<std::size_t>(count)].Name = entry.name;
+    state.FileList[static_cast<std::size_t>(count)].Name = std::move(name);
   }
   if (count == kMaxLogs) messages.Show({.Text = std::string(LoadResString(kListFullMessage))});
   return count;
 }
 
 void FillFileList(AppState& state) {
+  const SnapshotCache::Pass pass(state.snapshots);
   for (std::size_t i = 1; i <= static_cast<std::size_t>(state.LogCount); ++i) {
     FileRecord& record = state.FileList[i];
-    record.Date = ReadDate(state, record);
-    record.Comment = ReadComment(state, record);
+    LogSnapshots& snapshots = SnapshotsOf(state, i);
+    record.Date = snapshots.Date();
+    record.Comment = snapshots.Comment();
   }
 }
 
 void FillListHeader(AppState& state) {
+  const SnapshotCache::Pass pass(state.snapshots);
   ListView& list = state.ListView1;
   for (std::size_t i = 1; i <= static_cast<std::size_t>(state.LogCount); ++i) {
     const FileRecord& record = state.FileList[i];
     ListRow row;
     row.Key = "Item" + std::to_string(i);
-    row.Text = ReadDate(state, record);
+    row.Text = SnapshotsOf(state, i).Date();
     row.SubItem(1) = record.Name;
     row.SubItem(8) = record.Comment;
     list.Rows.insert(list.Rows.begin() + (static_cast<std::ptrdiff_t>(i) - 1), std::move(row));
@@ -110,21 +142,13 @@ std::string ColumnSection(const AppState& state, int column) {
 
 void FillListView(AppState& state) {
   const SnapshotCache::Pass pass(state.snapshots);
-  for (int i = 1; i <= kValueColumns; ++i) {
-    const int column = i + kFirstValueColumn - 1;
-    const std::string section = ColumnSection(state, column);
-    std::string category;
-    GetIniString(state.machine, section, "cat", "", category, state.IniFile);
-    if (category.empty()) {
-      state.ListView1.Column(column).Text =
-          std::string(LoadResString(125)) + " " + std::to_string(i);
-      continue;
-    }
-    const int item = GetPrivateProfileInt(state.machine, section, "Item", 0, state.IniFile);
-    const auto value_column = static_cast<std::int16_t>(i);
-    if (category == "Meter") FillMeterList(state, value_column, category, item);
-    if (category == "Tune") FillTuneList(state, value_column, category, item);
-    if (category == "Analog") FillAnalogList(state, value_column, category, item);
+  const auto choices = ReadChoices(state);
+  for (std::size_t i = 0; i < choices.size(); ++i) {
+    // Within a pass the files are what they were, and so are the cells.
+    AppState::FilledColumn& filled = state.FilledColumns[i];
+    if (filled.Pass == state.snapshots.CurrentPass() && filled.Choice == choices[i]) continue;
+    FillColumn(state, static_cast<std::int16_t>(i + 1), choices[i]);
+    filled = {state.snapshots.CurrentPass(), choices[i]};
   }
 }
 

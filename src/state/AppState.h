@@ -25,6 +25,13 @@ struct FileRecord {
   std::string Comment;  // first line of comment.txt
 };
 
+// What a value column shows, by logbook.ini.
+struct ColumnChoice {
+  std::string category;  // empty for a column that nothing is chosen for
+  int item = 0;          // row of its catalogue
+  bool operator==(const ColumnChoice&) const = default;
+};
+
 struct AppState {
   explicit AppState(const Machine& the_machine) : machine(the_machine) {}
 
@@ -62,7 +69,14 @@ struct AppState {
   ListView ListView1;
 
   Catalogues catalogues;             // filled at start-up, read-only from then on
-  SnapshotCache snapshots{machine};  // what the value columns have read
+  SnapshotCache snapshots{machine};  // what the list has read
+
+  // By value column from 0: with what it was filled, and in which pass over the snapshots.
+  struct FilledColumn {
+    std::uint64_t Pass = 0;
+    ColumnChoice Choice;
+  };
+  std::array<FilledColumn, 6> FilledColumns;
 };
 
 }  // namespace logbook

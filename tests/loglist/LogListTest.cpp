@@ -68,7 +68,7 @@ TEST(Init_FileList, TheWindowsArePaintedBetweenTheFilesOfTheLogs) {
   FillCatalogues(station.state.catalogues);
   station.disk.Put(station.state.IniFile, "[Header3]\r\nCat=Meter\r\nItem=1\r\n");
   Rebuild(station);
-  EXPECT_EQ(station.events.paints, 6);
+  EXPECT_EQ(station.events.paints, 9);
   EXPECT_EQ(station.events.works, 0);
   station.disk.Put(station.InLog("26111501", "comment.txt"), "");
   EXPECT_THROW(Rebuild(station), RunTimeError);

@@ -54,6 +54,29 @@ class Snapshots : public testing::Test {
     WaitFor(changed);
   }
 
+  // The log's answers, each in a pass of its own unless one lives.
+  template <typename Question>
+  auto Ask(const Question& question) {
+    const SnapshotCache::Pass pass(cache);
+    return question(cache.Log("C:\\", "log"));
+  }
+  double Lens() {
+    return Ask([](LogSnapshots& log) { return log.Options().LENS; });
+  }
+  std::string Date() {
+    return Ask([](LogSnapshots& log) { return log.Date(); });
+  }
+  std::string Comment() {
+    return Ask([](LogSnapshots& log) { return log.Comment(); });
+  }
+  std::optional<double> Number(int row) {
+    return Ask([row](LogSnapshots& log) { return log.Number("auser.txt", row); });
+  }
+  std::optional<MacroLines> Macro(const std::string& variable,
+                                  const std::string& file = "paramvar.mac") {
+    return Ask([&](LogSnapshots& log) { return log.Macro(file, variable); });
+  }
+
   test::TestMachine machine;
   SnapshotCache cache{machine};
 };
@@ -63,36 +86,36 @@ TEST_F(Snapshots, GiveWhatTheFilesHold) {
   machine.Put(kNumbers, "1,2,3\r\n");
   machine.Put(kMacro, "XPOS=5\r\nCLMD=1\r\n");
   for (int pass = 0; pass < 3; ++pass) {
-    EXPECT_EQ(cache.Options(kIni).LENS, 1);
-    EXPECT_EQ(cache.Number(kNumbers, 2), 3);
-    EXPECT_EQ(cache.Macro(kMacro, "XPOS"), (MacroLines{"XPOS=5", "", "CLMD=1"}));
+    EXPECT_EQ(Lens(), 1);
+    EXPECT_EQ(Number(2), 3);
+    EXPECT_EQ(Macro("XPOS"), (MacroLines{"XPOS=5", "", "CLMD=1"}));
     if (pass == 0) Age();
   }
 }
 
 TEST_F(Snapshots, AMissingFileHasNoOptionsAndNoNumber) {
-  EXPECT_EQ(cache.Options(kIni).LENS, 0);
-  EXPECT_EQ(cache.Number(kNumbers, 0), std::nullopt);
-  EXPECT_THROW(cache.Macro(kMacro, "XPOS"), RunTimeError);
+  EXPECT_EQ(Lens(), 0);
+  EXPECT_EQ(Number(0), std::nullopt);
+  EXPECT_EQ(Macro("XPOS"), std::nullopt);
 }
 
 TEST_F(Snapshots, ATooShortFileGivesZero) {
   machine.Put(kNumbers, "1,2");
-  EXPECT_EQ(cache.Number(kNumbers, 2), 0);
-  EXPECT_EQ(cache.Number(kNumbers, 250), 0);
+  EXPECT_EQ(Number(2), 0);
+  EXPECT_EQ(Number(250), 0);
   machine.Put(kNumbers, "");
-  EXPECT_EQ(cache.Number(kNumbers, 0), 0);
+  EXPECT_EQ(Number(0), 0);
 }
 
 TEST_F(Snapshots, ANumberTooLargeForADoubleGivesZeroAndTheNextOneCounts) {
   machine.Put(kNumbers, "1e999,2");
-  EXPECT_EQ(cache.Number(kNumbers, 0), 0);
-  EXPECT_EQ(cache.Number(kNumbers, 1), 2);
+  EXPECT_EQ(Number(0), 0);
+  EXPECT_EQ(Number(1), 2);
 }
 
 TEST_F(Snapshots, AFolderInPlaceOfAFileRaisesWhatOpeningRaises) {
   machine.MakeFolders(kNumbers);
-  EXPECT_THROW(cache.Number(kNumbers, 0), RunTimeError);
+  EXPECT_THROW(Number(0), RunTimeError);
 }
 
 TEST_F(Snapshots, AChangedFileIsReadAgain) {
@@ -100,15 +123,15 @@ TEST_F(Snapshots, AChangedFileIsReadAgain) {
   machine.Put(kNumbers, "1");
   machine.Put(kMacro, "XPOS=5\r\n");
   Age();
-  EXPECT_EQ(cache.Options(kIni).LENS, 1);
-  EXPECT_EQ(cache.Number(kNumbers, 0), 1);
-  EXPECT_EQ(cache.Macro(kMacro, "XPOS").Value, "XPOS=5");
+  EXPECT_EQ(Lens(), 1);
+  EXPECT_EQ(Number(0), 1);
+  EXPECT_EQ(Macro("XPOS")->Value, "XPOS=5");
   machine.Put(kIni, "[OPTION]\r\nLENS=2\r\n");
   machine.Put(kNumbers, "2");
   machine.Put(kMacro, "XPOS=6\r\n");
-  EXPECT_EQ(cache.Options(kIni).LENS, 2);
-  EXPECT_EQ(cache.Number(kNumbers, 0), 2);
-  EXPECT_EQ(cache.Macro(kMacro, "XPOS").Value, "XPOS=6");
+  EXPECT_EQ(Lens(), 2);
+  EXPECT_EQ(Number(0), 2);
+  EXPECT_EQ(Macro("XPOS")->Value, "XPOS=6");
 }
 
 TEST_F(Snapshots, APassSeesAFileAsItWasAtTheFirstUse) {
@@ -116,96 +139,154 @@ TEST_F(Snapshots, APassSeesAFileAsItWasAtTheFirstUse) {
   Age();
   {
     const SnapshotCache::Pass pass(cache);
-    EXPECT_EQ(cache.Number(kNumbers, 0), 1);
+    EXPECT_EQ(Number(0), 1);
     machine.Put(kNumbers, "2");
     {
       const SnapshotCache::Pass inner(cache);
-      EXPECT_EQ(cache.Number(kNumbers, 0), 1);
+      EXPECT_EQ(Number(0), 1);
     }
-    EXPECT_EQ(cache.Number(kNumbers, 0), 1);
+    EXPECT_EQ(Number(0), 1);
   }
-  EXPECT_EQ(cache.Number(kNumbers, 0), 2);
+  EXPECT_EQ(Number(0), 2);
 }
 
 TEST_F(Snapshots, AFileThatChangedBeforeItsFirstUseInAPassIsReadAgain) {
   machine.Put(kNumbers, "1");
   Age();
-  EXPECT_EQ(cache.Number(kNumbers, 0), 1);
+  EXPECT_EQ(Number(0), 1);
   machine.Put(kNumbers, "2");
   const SnapshotCache::Pass pass(cache);
-  EXPECT_EQ(cache.Number(kNumbers, 0), 2);
+  EXPECT_EQ(Number(0), 2);
 }
 
 TEST_F(Snapshots, ARemovedFileIsMissingAtOnce) {
   machine.Put(kIni, "[OPTION]\r\nLENS=1\r\n");
   machine.Put(kNumbers, "1");
   Age();
-  cache.Options(kIni);
-  cache.Number(kNumbers, 0);
+  Lens();
+  Number(0);
   fs::remove(machine.Native(kIni));
   fs::remove(machine.Native(kNumbers));
-  EXPECT_EQ(cache.Options(kIni).LENS, 0);
-  EXPECT_EQ(cache.Number(kNumbers, 0), std::nullopt);
+  EXPECT_EQ(Lens(), 0);
+  EXPECT_EQ(Number(0), std::nullopt);
 }
 
 TEST_F(Snapshots, GiveTheDateOfALog) {
-  EXPECT_EQ(cache.Date(kIni), "");
+  EXPECT_EQ(Date(), "");
   machine.Put(kIni, "[OPTION]\r\nLENS=1\r\n");
-  EXPECT_EQ(cache.Date(kIni), "");
+  EXPECT_EQ(Date(), "");
   machine.Put(kIni, "[LogFile]\r\nDate=11/15/2026 05:09:59\r\n[OPTION]\r\nLENS=1\r\n");
   Age();
   for (int pass = 0; pass < 2; ++pass) {
-    EXPECT_EQ(cache.Date(kIni), "11/15/2026 05:09:59");
-    EXPECT_EQ(cache.Options(kIni).LENS, 1);
+    EXPECT_EQ(Date(), "11/15/2026 05:09:59");
+    EXPECT_EQ(Lens(), 1);
   }
   machine.Put(kIni, "[LogFile]\r\nDate=" + std::string(600, 'x') + "\r\n");
-  EXPECT_EQ(cache.Date(kIni), std::string(511, 'x'));
+  EXPECT_EQ(Date(), std::string(511, 'x'));
 }
 
-// The folder of a log is settled when its newest name is.
 TEST_F(Snapshots, AMacroFileIsFoundAsTheFolderIsNow) {
-  const auto find = [this](const char* file) -> std::string {
-    const auto path = cache.FindMacro("C:\\log\\", file);
-    if (!path) return "(none)";
-    return fs::path(NativePath(machine, *path)).filename();
+  const auto value = [this](const char* file) {
+    const auto lines = Macro("FROM", file);
+    return lines ? lines->Value : "(none)";
+  };
+  const auto put = [this](const std::string& name) {
+    machine.Put("C:\\log\\" + name, "FROM=" + name);
   };
   machine.MakeFolders("C:\\log");
-  EXPECT_EQ(find("sensevar.mac"), "(none)");
-  machine.Put("C:\\log\\SENSEVA2.MAC", "");
-  machine.Put("C:\\log\\PARAMVAR.MAC", "");
+  EXPECT_EQ(value("sensevar.mac"), "(none)");
+  put("SENSEVA2.MAC");
+  put("PARAMVAR.MAC");
+  for (int pass = 0; pass < 2; ++pass) {
+    EXPECT_EQ(value("sensevar.mac"), "FROM=SENSEVA2.MAC");
+    EXPECT_EQ(value("paramvar.mac"), "FROM=PARAMVAR.MAC");
+    EXPECT_EQ(value("resovar.mac"), "(none)");
+    if (pass == 0) AgeFolder();
+  }
+  put("SenseVar.mac");
+  put("resovar.mac");
+  EXPECT_EQ(value("sensevar.mac"), "FROM=SenseVar.mac");
+  EXPECT_EQ(value("resovar.mac"), "FROM=resovar.mac");
+  put("SENSEVAR.MAC");
+  put("ResoVar.mac");
   AgeFolder();
   for (int pass = 0; pass < 2; ++pass) {
-    EXPECT_EQ(find("sensevar.mac"), "SENSEVA2.MAC");
-    EXPECT_EQ(find("paramvar.mac"), "PARAMVAR.MAC");
-    EXPECT_EQ(find("resovar.mac"), "(none)");
+    EXPECT_EQ(value("sensevar.mac"), "FROM=SENSEVAR.MAC") << "the first spelling by its bytes";
+    EXPECT_EQ(value("resovar.mac"), "FROM=resovar.mac") << "the spelling that was asked for";
   }
-  machine.Put("C:\\log\\SENSEVAR.MAC", "");
-  machine.Put("C:\\log\\resovar.mac", "");
-  EXPECT_EQ(find("sensevar.mac"), "SENSEVAR.MAC");
-  EXPECT_EQ(find("resovar.mac"), "resovar.mac");
-  AgeFolder();
-  EXPECT_EQ(find("sensevar.mac"), "SENSEVAR.MAC");
   fs::remove(machine.Native("C:\\log\\SENSEVAR.MAC"));
-  EXPECT_EQ(find("sensevar.mac"), "SENSEVA2.MAC");
+  EXPECT_EQ(value("sensevar.mac"), "FROM=SenseVar.mac");
+  fs::remove(machine.Native("C:\\log\\SenseVar.mac"));
+  EXPECT_EQ(value("sensevar.mac"), "FROM=SENSEVA2.MAC");
 }
 
-// Rewrites in place keep identity and size, and quick ones may fall into one grain of the file
-// system's time stamps.
+TEST_F(Snapshots, ALinkThatLeadsNowhereKeepsItsNameFromOtherSpellings) {
+  machine.Put("C:\\log\\SENSEVAR.MAC", "FROM=capitals");
+  machine.Put("C:\\log\\AUSER.TXT", "7");
+  machine.Put("C:\\log\\COMMENT.TXT", "capitals");
+  for (const char* name : {"sensevar.mac", "auser.txt", "comment.txt"}) {
+    fs::create_symlink("nowhere", machine.Native("C:\\log") + "/" + name);
+  }
+  EXPECT_EQ(Macro("FROM", "sensevar.mac"), std::nullopt);
+  EXPECT_EQ(Number(0), std::nullopt);
+  EXPECT_EQ(Comment(), "");
+}
+
 TEST_F(Snapshots, AMacroFileThatALinkLeadsToMayComeAndGoWithoutAChangeOfTheFolder) {
-  const auto found = [&] { return cache.FindMacro("C:\\log\\", "sensevar.mac"); };
   const std::string first = machine.Native("C:\\log\\SENSEVAR.MAC");
   const std::string target = machine.Native("C:\\elsewhere.mac");
   machine.Put("C:\\log\\SENSEVA2.MAC", "x=1");
   fs::create_symlink(target, first);
   AgeFolder();
   for (int pass = 0; pass < 2; ++pass) {
-    ASSERT_TRUE(found());
-    EXPECT_TRUE(found()->ends_with("SENSEVA2.MAC"));
+    EXPECT_EQ(Macro("x", "sensevar.mac")->Value, "x=1");
     machine.Put("C:\\elsewhere.mac", "x=2");
-    ASSERT_TRUE(found());
-    EXPECT_TRUE(found()->ends_with("SENSEVAR.MAC"));
+    EXPECT_EQ(Macro("x", "sensevar.mac")->Value, "x=2");
     fs::remove(target);
   }
+}
+
+TEST_F(Snapshots, GiveTheFirstLineOfTheComment) {
+  constexpr const char* kComment = "C:\\log\\comment.txt";
+  EXPECT_EQ(Comment(), "");
+  machine.Put(kComment, "Cones \xE4\r\nTorch\r\n");
+  for (int pass = 0; pass < 2; ++pass) EXPECT_EQ(Comment(), "Cones \xC3\xA4");
+  machine.Put(kComment, "\n");
+  EXPECT_EQ(Comment(), "");
+  const std::string long_line(200 * 1024, 'x');
+  machine.Put(kComment, long_line + "\r\n");
+  for (int pass = 0; pass < 2; ++pass) EXPECT_EQ(Comment(), long_line);
+  machine.Put(kComment, "");
+  for (int pass = 0; pass < 2; ++pass) EXPECT_THROW(Comment(), RunTimeError);
+  fs::remove(machine.Native(kComment));
+  machine.MakeFolders(kComment);
+  EXPECT_EQ(Comment(), "");
+}
+
+TEST_F(Snapshots, AFileTooLargeToKeepGivesItsNumbers) {
+  std::string bytes;
+  for (int row = 0; row < 251; ++row) bytes += std::string(1000, ' ') + std::to_string(row) + ",";
+  machine.Put(kNumbers, bytes + "1e999");
+  for (const int row : {250, 0, 17}) EXPECT_EQ(Number(row), row);
+}
+
+TEST_F(Snapshots, WhatWasNotExpectedIsReadAllTheSame) {
+  machine.Put(kIni, "[OPTION]\r\nLENS=1\r\n");
+  machine.Put(kNumbers, "1,2,3");
+  machine.Put(kMacro, "XPOS=5\r\nYPOS=6\r\n");
+  Age();
+  SnapshotWants wants;
+  wants.Add("auser.txt", 1);
+  wants.Add("paramvar.mac", "XPOS");
+  const SnapshotCache::Pass pass(cache);
+  cache.Expect(wants);
+  EXPECT_EQ(Date(), "");
+  EXPECT_EQ(Number(1), 2);
+  EXPECT_EQ(Number(2), 3);
+  EXPECT_EQ(Number(0), 1);
+  EXPECT_EQ(Macro("XPOS")->Value, "XPOS=5");
+  EXPECT_EQ(Macro("YPOS")->Value, "YPOS=6");
+  EXPECT_EQ(Lens(), 1);
 }
 
 TEST_F(Snapshots, RapidChangesOfTheSameSizeAreAllSeen) {
@@ -214,9 +295,9 @@ TEST_F(Snapshots, RapidChangesOfTheSameSizeAreAllSeen) {
     machine.Put(kIni, "[OPTION]\r\nLENS=" + digit + "\r\n");
     machine.Put(kNumbers, digit);
     machine.Put(kMacro, "XPOS=" + digit + "\r\n");
-    ASSERT_EQ(cache.Options(kIni).LENS, i % 9 + 1);
-    ASSERT_EQ(cache.Number(kNumbers, 0), i % 9 + 1);
-    ASSERT_EQ(cache.Macro(kMacro, "XPOS").Value, "XPOS=" + digit);
+    ASSERT_EQ(Lens(), i % 9 + 1);
+    ASSERT_EQ(Number(0), i % 9 + 1);
+    ASSERT_EQ(Macro("XPOS")->Value, "XPOS=" + digit);
   }
 }
 
@@ -224,11 +305,11 @@ TEST_F(Snapshots, AnotherFileUnderTheSameNameIsReadEvenWithEqualTimes) {
   machine.Put(kNumbers, "1");
   machine.Put("C:\\log\\other.txt", "2");
   Age();
-  EXPECT_EQ(cache.Number(kNumbers, 0), 1);
+  EXPECT_EQ(Number(0), 1);
   const auto time = fs::last_write_time(machine.Native(kNumbers));
   fs::rename(machine.Native("C:\\log\\other.txt"), machine.Native(kNumbers));
   fs::last_write_time(machine.Native(kNumbers), time);
-  EXPECT_EQ(cache.Number(kNumbers, 0), 2);
+  EXPECT_EQ(Number(0), 2);
 }
 
 TEST_F(Snapshots, AMacroFileTooLargeToKeepGivesEachOfItsLines) {
@@ -236,8 +317,8 @@ TEST_F(Snapshots, AMacroFileTooLargeToKeepGivesEachOfItsLines) {
   machine.Put(kMacro, filler + "\r\nXPOS=5\r\nYPOS=6\r\n");
   Age();
   for (int pass = 0; pass < 2; ++pass) {
-    EXPECT_EQ(cache.Macro(kMacro, "XPOS").Value, "XPOS=5");
-    EXPECT_EQ(cache.Macro(kMacro, "YPOS").Value, "YPOS=6");
+    EXPECT_EQ(Macro("XPOS")->Value, "XPOS=5");
+    EXPECT_EQ(Macro("YPOS")->Value, "YPOS=6");
   }
 }
 
@@ -249,15 +330,15 @@ TEST_F(Snapshots, APassTellsBeforeEachFileThatItTurnsTo) {
     const SnapshotCache::Pass pass(cache, [&] { ++told; });
     {
       const SnapshotCache::Pass inner(cache);
-      cache.Options(kIni);
+      Lens();
       EXPECT_EQ(told, 1);
     }
-    cache.Date(kIni);
+    Date();
     EXPECT_EQ(told, 1) << "it has that file already";
-    cache.Number(kNumbers, 2);
+    Number(2);
     EXPECT_EQ(told, 2);
   }
-  cache.Options(kIni);
+  Lens();
   EXPECT_EQ(told, 2);
 }
 
