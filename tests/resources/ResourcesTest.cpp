@@ -7,7 +7,10 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <ostream>
+#include <regex>
 #include <string>
+#include <vector>
 
 #include "resources/StringNumbers.h"
 #include "support/TestMachine.h"
@@ -47,6 +50,52 @@ TEST(Resources, CustomResourceIsFoundWithoutRegardToCase) {
   EXPECT_TRUE(data->starts_with("0,0,11145,6825"));
   EXPECT_EQ(data->substr(data->size() - 2), std::string_view("\0\0", 2));
   EXPECT_FALSE(LoadResData("other", "LOGBOOK_RES").has_value());
+}
+
+struct Block {
+  int first = 0, last = 0;
+  std::string heading;
+  bool operator==(const Block&) const = default;
+};
+
+void PrintTo(const Block& block, std::ostream* out) {
+  *out << block.first << "-" << block.last << " " << block.heading;
+}
+
+// The blocks of a strings file as the list on its top has them ("#   FIRST-LAST  HEADING"), and as
+// they stand below their headings.
+struct Blocks {
+  std::vector<Block> listed, found;
+};
+
+Blocks BlocksOf(const std::string& file) {
+  std::ifstream in(std::string(RESOURCE_DIR) + "/" + file, std::ios::binary);
+  const std::regex list("#   +([0-9]+)-([0-9]+) +(.*)"), text("([0-9]+)\t.*"), comment("# (.*)");
+  Blocks blocks;
+  std::string line, heading;
+  bool begins = false;
+  std::smatch match;
+  while (std::getline(in, line)) {
+    if (std::regex_match(line, match, list)) {
+      blocks.listed.push_back({std::stoi(match[1]), std::stoi(match[2]), match[3]});
+    } else if (std::regex_match(line, match, comment)) {
+      heading = match[1];
+      begins = true;
+    } else if (std::regex_match(line, match, text)) {
+      if (begins) blocks.found.push_back({std::stoi(match[1]), 0, heading});
+      if (!blocks.found.empty()) blocks.found.back().last = std::stoi(match[1]);
+      begins = false;
+    }
+  }
+  return blocks;
+}
+
+TEST(Resources, EachStringsFileListsItsBlocksOnTop) {
+  for (const char* file : {"strings.txt", "catalogue_strings.txt"}) {
+    const Blocks blocks = BlocksOf(file);
+    EXPECT_GT(blocks.listed.size(), 5U) << file;
+    EXPECT_EQ(blocks.listed, blocks.found) << file;
+  }
 }
 
 // The status of the resource maker for this strings file.
