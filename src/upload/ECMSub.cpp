@@ -76,13 +76,13 @@ std::string Owner(const AppState& state) {
   return state.machine.code_page->ToUtf8(TrimAtNul(bytes + '\0'));
 }
 
-// The folder that a file lies in. A drive's root comes out as the drive and a backslash.
+// The folder that a file lies in. A drive's root comes out as the drive and a backslash; named with
+// two backslashes it loses both and has its colon doubled, as content servers know it.
 std::string SourceFolder(const std::string& drive, const std::string& folder) {
   std::string source = drive;
   if (!source.ends_with(':')) source += ':';
   if (!folder.starts_with('\\')) source += '\\';
   source += EndsWithBackslash(folder) ? folder.substr(0, folder.size() - 1) : folder;
-  // Settled behaviour, out of reach since the backslash above is always there.
   if (source.ends_with(':')) source += ':';
   return source;
 }

@@ -467,6 +467,7 @@ TEST_F(ECMSubTest, SourceAndDestinationFollowTheFilesFolder) {
       {"C:\\a\\x.pdf", "C:\\a", "a"},
       {"C:\\a\\b c\\x.pdf", "C:\\a\\b c", "b c"},
       {"C:x.pdf", "C:\\", "ROOT"},
+      {"C:\\\\x.pdf", "C::", "ROOT"},  // the one way to the colon that is doubled
   };
   int second = 0;
   for (const auto& [file, source, destination] : cases) {
