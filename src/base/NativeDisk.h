@@ -24,6 +24,10 @@ enum class Links { kAsThemselves, kFollowed };
 // is kNothing with the error.
 std::error_code LookAt(const std::string& path, Links links, Kind& kind);
 
+// The path of the file that a link leads to, if that file lies in this folder or below it; empty
+// for any other link and on any failure.
+std::string FileBehind(const std::string& link, const std::string& folder);
+
 // Who may look into a new folder: its owner alone, or whom the owner's settings let.
 enum class Audience { kOwner, kUsers };
 
@@ -39,13 +43,14 @@ std::error_code RemoveTree(const std::string& path);
 // Gives what bears the first name the second one in one step; a file of that name is replaced.
 std::error_code Rename(const std::string& from, const std::string& to);
 
-// Brings a file's bytes, or a folder's names, to the disk.
+// Brings a file's bytes, or a folder's names, to the disk. Waits for nobody at the other end of a
+// pipe.
 std::error_code Sync(const std::string& path);
 
 // All names in a folder but "." and "..", ascending by their bytes; none on failure, never a part.
 std::error_code NamesIn(const std::string& folder, std::vector<std::string>& names);
 
-// Read access to a file from its start.
+// Read access to a file from its start. Nothing but a file can be opened.
 class Reader {
  public:
   Reader();
@@ -53,7 +58,9 @@ class Reader {
   Reader(const Reader&) = delete;
   Reader& operator=(const Reader&) = delete;
 
-  std::error_code Open(const std::string& path);
+  // std::errc::is_a_directory for a folder, std::errc::not_supported for a pipe or a device, and
+  // std::errc::too_many_symbolic_link_levels for a link that is not to be followed.
+  std::error_code Open(const std::string& path, Links links);
   // Size in bytes of the open file.
   std::error_code Size(std::uint64_t& size) const;
   // Reads at most `size` bytes; 0 at the end and on failure, which Failure then tells.

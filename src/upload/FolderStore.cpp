@@ -99,7 +99,7 @@ std::optional<Digest> FolderStore::DigestOf(const std::string& path) {
 
 void FolderStore::Put(const std::string& path, const std::string& native_file) {
   native::Reader in;
-  if (const auto error = in.Open(native_file)) Fail(native_file, error);
+  if (const auto error = in.Open(native_file, native::Links::kAsThemselves)) Fail(native_file, error);
   const std::string file = root_ + "/" + path;
   const auto error = native::CopyAndSync(in, file);
   if (in.Failure()) throw RunTimeError(ErrorNumber::kDeviceInputOutput);

@@ -191,7 +191,7 @@ std::optional<Digest> WebDavStore::DigestOf(const std::string& path) {
 void WebDavStore::Put(const std::string& path, const std::string& native_file) {
   native::Reader file;
   std::uint64_t size = 0;
-  if (file.Open(native_file) || file.Size(size))
+  if (file.Open(native_file, native::Links::kAsThemselves) || file.Size(size))
     throw DeliveryError(Reach::kThisSubmission,
                         "The file " + native_file + " in the outbox cannot be read.");
   state_->Prepare(state_->UrlOf(path));

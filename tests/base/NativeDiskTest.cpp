@@ -34,7 +34,7 @@ class NativeDiskTest : public testing::Test {
   std::error_code Copy(const std::string& bytes, rlim_t most) {
     disk.Put("C:\\from", bytes);
     native::Reader in;
-    EXPECT_FALSE(in.Open(Path("from")));
+    EXPECT_FALSE(in.Open(Path("from"), Links::kFollowed));
     const SmallFilesOnly limit(most);
     return native::CopyAndSync(in, Path("to"));
   }
@@ -98,7 +98,7 @@ TEST_F(NativeDiskTest, NamesComeInOrderAndAllOrNone) {
 TEST_F(NativeDiskTest, AReaderStartsAgainWhereItIsSentTo) {
   disk.Put("C:\\file", "abcdef");
   native::Reader reader;
-  ASSERT_FALSE(reader.Open(Path("file")));
+  ASSERT_FALSE(reader.Open(Path("file"), Links::kAsThemselves));
   std::uint64_t size = 0;
   EXPECT_FALSE(reader.Size(size));
   EXPECT_EQ(size, 6u);
@@ -109,7 +109,38 @@ TEST_F(NativeDiskTest, AReaderStartsAgainWhereItIsSentTo) {
   EXPECT_EQ(reader.Read(bytes, sizeof bytes), 2u);
   EXPECT_EQ(std::string(bytes, 2), "ef");
   EXPECT_FALSE(reader.Failure());
-  EXPECT_EQ(reader.Open(Path("none")), std::errc::no_such_file_or_directory);
+  EXPECT_EQ(reader.Open(Path("none"), Links::kFollowed), std::errc::no_such_file_or_directory);
+}
+
+TEST_F(NativeDiskTest, OnlyAFileIsReadAndALinkOnlyIfItMayBeFollowed) {
+  disk.Put("C:\\file", "a");
+  disk.MakeFolders("C:\\folder");
+  fs::create_symlink("file", Path("link"));
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  native::Reader reader;
+  EXPECT_EQ(reader.Open(Path("folder"), Links::kFollowed), std::errc::is_a_directory);
+  EXPECT_EQ(reader.Open(Path("pipe"), Links::kFollowed), std::errc::not_supported);
+  EXPECT_EQ(reader.Open(Path("link"), Links::kAsThemselves),
+            std::errc::too_many_symbolic_link_levels);
+  EXPECT_FALSE(reader.Open(Path("link"), Links::kFollowed));
+}
+
+TEST_F(NativeDiskTest, AFileBehindALinkIsFoundInItsFolderAlone) {
+  disk.Put("C:\\folder\\sub\\a.txt", "a");
+  disk.Put("C:\\folder2\\b.txt", "b");
+  const auto link = [&](const char* target) {
+    fs::remove(Path("folder/link"));
+    fs::create_symlink(target, Path("folder/link"));
+    return native::FileBehind(Path("folder/link"), Path("folder"));
+  };
+  EXPECT_EQ(link("sub/a.txt"), fs::canonical(Path("folder/sub/a.txt")).string());
+  for (const char* target : {"../folder2/b.txt", "sub", "..", "nowhere", "link", "/dev/null"})
+    EXPECT_EQ(link(target), "") << target;
+}
+
+TEST_F(NativeDiskTest, APipeIsNotWaitedForWhenItIsToBeBroughtToTheDisk) {
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  EXPECT_TRUE(native::Sync(Path("pipe")));
 }
 
 TEST_F(NativeDiskTest, ACopyHasAllBytesOrNothingIsLeftOfIt) {

@@ -50,6 +50,14 @@ std::error_code LookAt(const std::string& path, Links links, Kind& kind) {
   return {};
 }
 
+std::string FileBehind(const std::string& link, const std::string& folder) {
+  std::error_code error;
+  const std::string target = fs::canonical(link, error).string();
+  if (error || !fs::is_regular_file(target, error)) return {};
+  const std::string place = fs::canonical(folder, error).string();
+  return !error && target.starts_with(place + "/") ? target : std::string();
+}
+
 std::error_code MakeFolder(const std::string& path, Audience audience) {
   return ResultOf(mkdir(path.c_str(), audience == Audience::kOwner ? 0700 : 0777));
 }
@@ -69,7 +77,7 @@ std::error_code Rename(const std::string& from, const std::string& to) {
 }
 
 std::error_code Sync(const std::string& path) {
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  const Descriptor file(open(path.c_str(), posix::kOpenForReading));
   return file.IsOpen() ? ResultOf(fsync(file.Number())) : ErrorOf(errno);
 }
 
@@ -93,10 +101,15 @@ Reader::Reader() : state_(std::make_unique<State>()) {}
 
 Reader::~Reader() = default;
 
-std::error_code Reader::Open(const std::string& path) {
+std::error_code Reader::Open(const std::string& path, Links links) {
+  const int flags = links == Links::kFollowed ? 0 : O_NOFOLLOW;
   state_->failure = {};
-  state_->file = Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  return state_->file.IsOpen() ? std::error_code() : ErrorOf(errno);
+  state_->file = Descriptor(open(path.c_str(), posix::kOpenForReading | flags));
+  struct stat status = {};
+  if (!state_->file.IsOpen() || fstat(state_->file.Number(), &status) != 0) return ErrorOf(errno);
+  if (S_ISREG(status.st_mode)) return {};
+  state_->file.Close();
+  return ErrorOf(S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP);
 }
 
 std::error_code Reader::Size(std::uint64_t& size) const {
