@@ -13,6 +13,7 @@
 #include "base/NativeProgram.h"
 #include "base/RunTimeError.h"
 #include "state/AppState.h"
+#include "upload/AgentStatus.h"
 #include "upload/Delivery.h"
 #include "upload/ECMSub.h"
 
@@ -21,17 +22,22 @@ namespace {
 using logbook::DrainResult;
 using logbook::Rounds;
 
-constexpr int kSomethingWaits = 1;  // or nobody can tell
+constexpr int kSomethingWaits = 1;  // or nobody can tell, for want of an outbox that can be read
 constexpr int kWrongUse = 2;
 
 int ShowStatus(const logbook::Machine& machine, const std::string& area,
                const std::string& settings_file) {
   std::cout << logbook::StatusText(machine, area, settings_file);
-  return logbook::SomethingWaits(area) ? kSomethingWaits : 0;
+  const bool is_empty = logbook::HomeExists(machine) && !logbook::SomethingWaits(area);
+  return is_empty ? 0 : kSomethingWaits;
 }
 
 int Work(const logbook::Machine& machine, const std::string& area, const std::string& settings_file,
          Rounds rounds) {
+  if (!logbook::HomeExists(machine)) {
+    std::cerr << "ecm-agent: the home " << machine.home << " does not exist\n";
+    return kSomethingWaits;
+  }
   const DrainResult result = logbook::Drain(machine, area, settings_file, rounds);
   const bool waits = result == DrainResult::kWaiting || result == DrainResult::kDisabled;
   return waits ? kSomethingWaits : 0;

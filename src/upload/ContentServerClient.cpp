@@ -53,11 +53,14 @@ std::string ContentServerClient::SettingsFile() const {
   return state_.AppPath + (EndsWithBackslash(state_.AppPath) ? "" : "\\") + "arecm.cfg";
 }
 
-void ContentServerClient::StartAgent() const {
+std::string ContentServerClient::AgentProgram() const {
+  if (!agent_program_.empty()) return agent_program_;
+  return NativePath(state_.machine, state_.AppPath) + "/ecm-agent";
+}
+
+bool ContentServerClient::StartAgent() const {
   const std::string folder = NativePath(state_.machine, state_.AppPath);
-  const std::string program = agent_program_.empty() ? folder + "/ecm-agent" : agent_program_;
-  // A missing agent loses nothing: the outbox waits for the next one.
-  StartDetached(program, {"--home", state_.machine.home, "--app", folder});
+  return StartDetached(AgentProgram(), {"--home", state_.machine.home, "--app", folder});
 }
 
 void ContentServerClient::Resume() {
@@ -87,8 +90,11 @@ bool ContentServerClient::EcmSubmit(const std::string& staging_folder, std::stri
     message = "The staged files cannot be taken over: " + error.Description() + ".";
     return false;
   }
-  StartAgent();
-  return true;
+  if (StartAgent() || has_told_of_missing_agent_) return true;
+  has_told_of_missing_agent_ = true;
+  message = "The files wait in the outbox, but the program that sends them cannot be started: " +
+            AgentProgram() + ".";
+  return false;
 }
 
 }  // namespace logbook

@@ -26,17 +26,21 @@ class ContentServerClient : public EcmClient {
   bool EcmEnabled(std::string& message) override;
   // Compares the staged folder with its descriptor and takes both over. From a true result on
   // nothing can be lost: neither a crash nor a power cut nor a dead network matters. On false
-  // nothing has been moved.
+  // nothing has been moved, with one exception: that there is no agent to start is told as a
+  // failure once in the life of this object, though everything is in the outbox and safe.
   bool EcmSubmit(const std::string& staging_folder, std::string& message) override;
   void EcmSetOwnerWindow(std::intptr_t) override {}
   void EcmReleaseOwnerWindow(std::intptr_t) override {}
 
  private:
   std::string SettingsFile() const;
-  void StartAgent() const;
+  // False if there is none to start.
+  bool StartAgent() const;
+  std::string AgentProgram() const;
 
   const AppState& state_;
   const std::string agent_program_;
+  bool has_told_of_missing_agent_ = false;
 };
 
 }  // namespace logbook

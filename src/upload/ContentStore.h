@@ -6,12 +6,14 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 
 #include "base/Machine.h"
+#include "base/NativeDisk.h"
 #include "upload/ServerSettings.h"
 
 namespace logbook {
@@ -47,8 +49,9 @@ class ContentStore {
   // Makes a folder; one that exists is fine.
   virtual void MakeFolder(const std::string& path) = 0;
   // Size and checksum of what the server holds, read back from it; nothing if it holds no such
-  // file.
-  virtual std::optional<Digest> DigestOf(const std::string& path) = 0;
+  // file. A file of more than `most` bytes is not read to its end: its size is beyond `most` and
+  // its checksum is empty.
+  virtual std::optional<Digest> DigestOf(const std::string& path, std::uint64_t most) = 0;
   // Sends a local file, given by its native path, and replaces what bears the name.
   virtual void Put(const std::string& path, const std::string& native_file) = 0;
   // Gives a file another name, which must be free.
@@ -59,7 +62,9 @@ class ContentStore {
 std::unique_ptr<ContentStore> OpenContentStore(const Machine& machine,
                                                const ServerSettings& settings);
 
-// Size and checksum of a local file. Raises DeliveryError if it cannot be read.
-Digest DigestOfFile(const std::string& native_file);
+// Size and checksum of a file by its native path, or of a larger one than `most` bytes its size
+// alone. Raises DeliveryError if it cannot be read or is no file.
+Digest DigestOfFile(const std::string& native_file, native::Links links = native::Links::kFollowed,
+                    std::uint64_t most = std::numeric_limits<std::uint64_t>::max());
 
 }  // namespace logbook

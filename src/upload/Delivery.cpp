@@ -26,14 +26,14 @@ constexpr milliseconds kLook{200};  // how often a pause looks for newcomers
 // Sends a file and gives it its name; does nothing if the server holds it already.
 void DeliverFile(ContentStore& store, const std::string& native_file, const std::string& path,
                  const std::string& temporary) {
-  const Digest local = DigestOfFile(native_file);
-  if (const std::optional<Digest> arrived = store.DigestOf(path)) {
+  const Digest local = DigestOfFile(native_file, native::Links::kAsThemselves);
+  if (const std::optional<Digest> arrived = store.DigestOf(path, local.size)) {
     if (*arrived == local) return;
     throw DeliveryError(Reach::kThisSubmission,
                         "The content server holds another file of the name " + path + ".");
   }
   store.Put(temporary, native_file);
-  if (store.DigestOf(temporary) != local)
+  if (store.DigestOf(temporary, local.size) != local)
     throw DeliveryError(Reach::kThisSubmission,
                         "The content server did not store " + path + " as it was sent.");
   store.Move(temporary, path);
@@ -62,20 +62,32 @@ struct RoundResult {
   int failed = 0;
 };
 
-std::unique_ptr<ContentStore> OpenRoot(const Machine& machine, const ServerSettings& settings) {
-  std::unique_ptr<ContentStore> store = OpenContentStore(machine, settings);
-  store->MakeRoot();
-  return store;
+// The store that is open, and for which settings.
+struct OpenStore {
+  ServerSettings settings;
+  std::unique_ptr<ContentStore> store;
+};
+
+// What fails at the configured folder fails for all submissions.
+ContentStore& OpenRoot(const Machine& machine, OpenStore& open) {
+  if (open.store != nullptr) return *open.store;
+  try {
+    std::unique_ptr<ContentStore> store = OpenContentStore(machine, open.settings);
+    store->MakeRoot();
+    open.store = std::move(store);
+    return *open.store;
+  } catch (const DeliveryError& error) {
+    throw DeliveryError(Reach::kWholeServer, error.what());
+  }
 }
 
 // One attempt at each submission; ends early where the server as a whole fails.
-RoundResult RunRound(const Machine& machine, const ServerSettings& settings, Outbox& outbox) {
+RoundResult RunRound(const Machine& machine, OpenStore& open, Outbox& outbox,
+                     const std::vector<std::string>& submissions) {
   RoundResult result;
-  std::unique_ptr<ContentStore> store;
-  for (const std::string& submission : outbox.Waiting()) {
+  for (const std::string& submission : submissions) {
     try {
-      if (store == nullptr) store = OpenRoot(machine, settings);
-      Deliver(outbox, *store, submission);
+      Deliver(outbox, OpenRoot(machine, open), submission);
       ++result.delivered;
     } catch (const DeliveryError& error) {
       ++result.failed;
@@ -102,13 +114,17 @@ void PauseUnlessSomethingComes(const Outbox& outbox, milliseconds pause) {
 DrainResult DrainLocked(const Machine& machine, Outbox& outbox, const std::string& settings_file,
                         Rounds rounds) {
   milliseconds pause{0};
+  OpenStore open;
   for (;;) {
     const ServerSettings settings = ReadServerSettings(machine, settings_file);
     if (!settings.Enabled()) return DrainResult::kDisabled;
+    if (open.settings != settings) open = {.settings = settings, .store = nullptr};
     outbox.Recover();
-    if (outbox.Waiting().empty()) return DrainResult::kEmpty;
-    const RoundResult result = RunRound(machine, settings, outbox);
+    const std::vector<std::string> submissions = outbox.Waiting();
+    if (submissions.empty()) return DrainResult::kEmpty;
+    const RoundResult result = RunRound(machine, open, outbox, submissions);
     if (result.failed == 0) continue;
+    open.store.reset();
     if (rounds == Rounds::kOne) return DrainResult::kWaiting;
     pause = NextPause(result.delivered > 0 ? milliseconds{0} : pause, settings);
     PauseUnlessSomethingComes(outbox, pause);
@@ -125,28 +141,6 @@ std::unique_ptr<FileLock> LockOut(const Outbox& outbox) {
     std::this_thread::sleep_for(kLook / 2);
   }
   return nullptr;
-}
-
-std::string TimeText(std::int64_t seconds) {
-  const auto time = static_cast<std::time_t>(seconds);
-  const std::tm* local = std::localtime(&time);
-  if (local == nullptr) return "an unknown day";  // the note is damaged
-  char text[32] = {};
-  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", local);
-  return text;
-}
-
-std::string StatusOf(const Outbox& outbox, const std::string& submission) {
-  std::string text = "\n" + submission + "\n  Files:";
-  try {
-    for (const std::string& name : outbox.FilesOf(submission)) text += " " + name;
-  } catch (const RunTimeError&) {
-    text += " none";  // damaged, or delivered since the list was made
-  }
-  const DeliveryNote note = outbox.NoteOf(submission);
-  text += "\n  Tries: " + std::to_string(note.tries);
-  if (note.last_try != 0) text += ", the last on " + TimeText(note.last_try);
-  return text + "\n  " + (note.reason.empty() ? "Waits for its turn." : note.reason) + "\n";
 }
 
 }  // namespace
@@ -184,29 +178,6 @@ DrainResult Drain(const Machine& machine, const std::string& area, const std::st
 
 milliseconds NextPause(milliseconds last, const ServerSettings& settings) {
   return std::min(last.count() == 0 ? settings.retry_pause : last * 2, settings.longest_pause);
-}
-
-bool SomethingWaits(const std::string& area) {
-  const Outbox outbox(area);
-  return !outbox.Waiting().empty() || !outbox.Unfinished().empty();
-}
-
-std::string StatusText(const Machine& machine, const std::string& area,
-                       const std::string& settings_file) {
-  const ServerSettings settings = ReadServerSettings(machine, settings_file);
-  const Outbox outbox(area);
-  const std::vector<std::string> waiting = outbox.Waiting();
-  const std::vector<std::string> unfinished = outbox.Unfinished();
-  std::string text =
-      "Content server: " + (settings.Enabled() ? AddressOf(settings) : std::string("none")) + "\n";
-  const bool works =
-      !outbox.IsEmpty() && !FileLock(outbox.AgentLock(), FileLock::Patience::kTry).IsHeld();
-  text += std::string("Agent: ") + (works ? "at work" : "not running") + "\n";
-  text += "Waiting: " + std::to_string(waiting.size() + unfinished.size()) + "\n";
-  for (const std::string& submission : waiting) text += StatusOf(outbox, submission);
-  for (const std::string& name : unfinished)
-    text += "\n" + name + "\n  Was not taken over to the end; the next agent sees to it.\n";
-  return text;
 }
 
 }  // namespace logbook

@@ -28,7 +28,8 @@ enum class DrainResult {
 
 // Delivers what the outbox holds. After a round with a failure it waits, longer each time until
 // something arrives, and tries at once when something new comes. The settings are read from the
-// file (a path text) before each round. Notes in the outbox tell of the failures. Raises
+// file (a path text) before each round; while they stay and nothing fails, all rounds go through
+// one store. Notes in the outbox tell of the failures. Raises
 // RunTimeError if the outbox itself cannot be read or locked.
 DrainResult Drain(const Machine& machine, const std::string& area, const std::string& settings_file,
                   Rounds rounds);
@@ -36,14 +37,5 @@ DrainResult Drain(const Machine& machine, const std::string& area, const std::st
 // The pause after a round that failed: the first one (after a `last` of 0) by the settings, then
 // twice the last one, up to the longest.
 std::chrono::milliseconds NextPause(std::chrono::milliseconds last, const ServerSettings& settings);
-
-// True if a submission waits in the outbox of this area or has not been taken over to the end.
-// Raises as Drain does.
-bool SomethingWaits(const std::string& area);
-
-// What `ecm-agent --status` prints: server, agent, and for each submission how often it was tried
-// and why it is still here. Raises as Drain does.
-std::string StatusText(const Machine& machine, const std::string& area,
-                       const std::string& settings_file);
 
 }  // namespace logbook

@@ -3,10 +3,8 @@
 
 #include "upload/FolderStore.h"
 
-#include <charconv>
 #include <system_error>
 
-#include "base/Files.h"
 #include "base/NativeDisk.h"
 #include "base/RunTimeError.h"
 
@@ -51,22 +49,6 @@ bool MakeOneFolder(const std::string& path) {
 
 }  // namespace
 
-std::string FolderOfFileUrl(const Machine& machine, const std::string& url) {
-  std::string path;
-  std::string rest = url.substr(std::string("file:").size());
-  if (rest.starts_with("//")) rest = rest.substr(2);
-  for (std::size_t i = 0; i < rest.size(); ++i) {
-    unsigned char byte = 0;
-    const char* const digits = rest.data() + i + 1;
-    const bool escaped = rest[i] == '%' && i + 2 < rest.size() &&
-                         std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2;
-    path += escaped ? static_cast<char>(byte) : rest[i];
-    if (escaped) i += 2;
-  }
-  if (path.size() > 2 && path[0] == '/' && path[2] == ':') path.erase(0, 1);  // "/C:/share"
-  return NativePath(machine, path);
-}
-
 FolderStore::FolderStore(const std::string& base, const std::string& folder)
     : base_(base), components_(FolderComponents(folder)), root_(base) {
   for (const std::string& component : components_) root_ += "/" + component;
@@ -91,15 +73,16 @@ void FolderStore::MakeFolder(const std::string& path) {
   native::Sync(root_);
 }
 
-std::optional<Digest> FolderStore::DigestOf(const std::string& path) {
+std::optional<Digest> FolderStore::DigestOf(const std::string& path, std::uint64_t most) {
   const std::string file = root_ + "/" + path;
   if (!IsThere(file)) return std::nullopt;
-  return DigestOfFile(file);
+  return DigestOfFile(file, native::Links::kFollowed, most);
 }
 
 void FolderStore::Put(const std::string& path, const std::string& native_file) {
   native::Reader in;
-  if (const auto error = in.Open(native_file, native::Links::kAsThemselves)) Fail(native_file, error);
+  if (const auto error = in.Open(native_file, native::Links::kAsThemselves))
+    Fail(native_file, error);
   const std::string file = root_ + "/" + path;
   const auto error = native::CopyAndSync(in, file);
   if (in.Failure()) throw RunTimeError(ErrorNumber::kDeviceInputOutput);

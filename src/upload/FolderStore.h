@@ -18,7 +18,7 @@ class FolderStore : public ContentStore {
 
   void MakeRoot() override;
   void MakeFolder(const std::string& path) override;
-  std::optional<Digest> DigestOf(const std::string& path) override;
+  std::optional<Digest> DigestOf(const std::string& path, std::uint64_t most) override;
   void Put(const std::string& path, const std::string& native_file) override;
   void Move(const std::string& from, const std::string& to) override;
 
@@ -27,8 +27,5 @@ class FolderStore : public ContentStore {
   std::vector<std::string> components_;
   std::string root_;
 };
-
-// The native folder of a "file:" address: "file:///srv/share", "file:///C:/share".
-std::string FolderOfFileUrl(const Machine& machine, const std::string& url);
 
 }  // namespace logbook

@@ -4,9 +4,11 @@
 #include "upload/Outbox.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <fstream>
 #include <random>
+#include <set>
 
 #include "base/FileLock.h"
 #include "base/NativeDisk.h"
@@ -19,6 +21,7 @@ namespace {
 constexpr const char* kUnfinished = ".new";  // being taken over
 constexpr const char* kDelivered = ".done";  // arrived, being deleted
 constexpr std::size_t kRandomDigits = 9;     // a hyphen and eight hexadecimal digits
+constexpr std::size_t kRunningDigits = 5;    // a hyphen and four decimal digits, before those
 
 void Rename(const std::string& from, const std::string& to) {
   if (const auto error = native::Rename(from, to)) native::RaiseFileError(error, from);
@@ -34,10 +37,20 @@ void MakeFolder(const std::string& path) {
   if (error && error != std::errc::file_exists) native::RaiseFolderError(error);
 }
 
-bool IsThere(const std::string& path) {
+native::Kind KindOf(const std::string& path) {
   auto kind = native::Kind::kNothing;
-  return !native::LookAt(path, native::Links::kAsThemselves, kind) &&
-         kind != native::Kind::kNothing;
+  native::LookAt(path, native::Links::kAsThemselves, kind);
+  return kind;
+}
+
+bool IsThere(const std::string& path) {
+  return KindOf(path) != native::Kind::kNothing;
+}
+
+// A link there would lead to what is not ours to send.
+void RefuseAllButFolder(const std::string& path) {
+  if (KindOf(path) == native::Kind::kLink)
+    native::RaiseFolderError(std::make_error_code(std::errc::not_a_directory));
 }
 
 // Never a part of the names: what is not seen here would be deleted with the rest after delivery.
@@ -54,10 +67,15 @@ void GiveBack(const std::string& unfinished, const std::string& staged) {
   native::RemoveFolder(unfinished);
 }
 
-std::string RandomEnding() {
-  char digits[kRandomDigits + 1];
-  std::snprintf(digits, sizeof digits, "-%08x", std::random_device{}());
-  return digits;
+// The running number behind this staging name, or -1.
+int RunningNumberOf(const std::string& name, const std::string& staging_name) {
+  const std::size_t start = staging_name.size() + 1;
+  if (!name.starts_with(staging_name + "-") || name.size() < start + kRunningDigits ||
+      name[start + kRunningDigits - 1] != '-')
+    return -1;
+  int number = -1;
+  const char* const end = name.data() + start + kRunningDigits - 1;
+  return std::from_chars(name.data() + start, end, number).ptr == end ? number : -1;
 }
 
 std::string OneLine(std::string text) {
@@ -87,11 +105,28 @@ std::string Outbox::DescriptorOf(const std::string& submission) const {
 }
 
 std::string Outbox::FileOf(const std::string& submission, const std::string& name) const {
-  return PathOf(submission) + "/files/" + name;
+  const std::string folder = PathOf(submission) + "/files";
+  const std::string path = folder + "/" + name;
+  return KindOf(path) == native::Kind::kLink ? native::FileBehind(path, folder) : path;
 }
 
 std::vector<std::string> Outbox::FilesOf(const std::string& submission) const {
-  return NamesIn(PathOf(submission) + "/files");
+  const std::string folder = PathOf(submission) + "/files";
+  RefuseAllButFolder(PathOf(submission));
+  RefuseAllButFolder(folder);
+  std::vector<std::string> names = NamesIn(folder);
+  std::erase_if(names, [&](const std::string& name) { return FileOf(submission, name).empty(); });
+  return names;
+}
+
+// Behind those that wait: events of one second have the same staging name.
+std::string Outbox::NewName(const std::string& staging_name) const {
+  int number = 0;
+  for (const std::string& name : NamesIn(folder_))
+    number = std::max(number, RunningNumberOf(name, staging_name) + 1);
+  char ending[kRunningDigits + kRandomDigits + 8];
+  std::snprintf(ending, sizeof ending, "-%04d-%08x", number, std::random_device{}());
+  return staging_name + ending;
 }
 
 void Outbox::TakeOver(const std::string& staging_name) {
@@ -101,7 +136,7 @@ void Outbox::TakeOver(const std::string& staging_name) {
   for (const std::string& name : NamesIn(staged)) Sync(staged + "/" + name);
   Sync(staged);
   Sync(staged + ".xml");
-  const std::string unfinished = PathOf(staging_name + RandomEnding()) + kUnfinished;
+  const std::string unfinished = PathOf(NewName(staging_name)) + kUnfinished;
   MakeFolder(unfinished);
   try {
     Rename(staged, unfinished + "/files");
@@ -128,7 +163,8 @@ void Outbox::Recover() {
   for (const std::string& name : NamesIn(folder_)) {
     try {
       if (name.ends_with(kDelivered)) native::RemoveTree(PathOf(name));
-      if (name.ends_with(kUnfinished)) RecoverUnfinished(name);
+      if (name.ends_with(kUnfinished) && KindOf(PathOf(name)) == native::Kind::kFolder)
+        RecoverUnfinished(name);
     } catch (const std::exception&) {
       // What cannot be brought to its end now stays for the next time.
     }
@@ -141,11 +177,18 @@ void Outbox::RecoverUnfinished(const std::string& name) {
     native::RemoveFolder(path);  // cut short before anything was taken
     return;
   }
-  const std::string staging_name =
-      name.substr(0, name.size() - std::string(kUnfinished).size() - kRandomDigits);
-  if (!IsThere(path + "/upload.xml"))
-    Rename(area_ + "/" + staging_name + ".xml", path + "/upload.xml");
+  if (!IsThere(path + "/upload.xml")) Rename(DescriptorStagedFor(name), path + "/upload.xml");
   FinishTakingOver(path);
+}
+
+// Names of an earlier edition have no running number.
+std::string Outbox::DescriptorStagedFor(const std::string& unfinished) const {
+  const std::string earlier =
+      unfinished.substr(0, unfinished.size() - std::string(kUnfinished).size() - kRandomDigits);
+  const std::string staging_name =
+      earlier.substr(0, earlier.size() - std::min(earlier.size(), kRunningDigits));
+  const bool is_numbered = RunningNumberOf(unfinished, staging_name) >= 0;
+  return area_ + "/" + (is_numbered ? staging_name : earlier) + ".xml";
 }
 
 std::vector<std::string> Outbox::Names() const {
@@ -157,8 +200,9 @@ std::vector<std::string> Outbox::Names() const {
 
 std::vector<std::string> Outbox::Waiting() const {
   std::vector<std::string> names = Names();
-  std::erase_if(names, [](const std::string& name) {
-    return name.starts_with('.') || name.ends_with(kDelivered) || name.ends_with(kUnfinished);
+  std::erase_if(names, [this](const std::string& name) {
+    return name.starts_with('.') || name.ends_with(kDelivered) || name.ends_with(kUnfinished) ||
+           KindOf(PathOf(name)) == native::Kind::kLink;
   });
   return names;
 }
@@ -168,6 +212,24 @@ std::vector<std::string> Outbox::Unfinished() const {
   std::erase_if(names, [](const std::string& name) {
     return name.starts_with('.') || !name.ends_with(kUnfinished);
   });
+  return names;
+}
+
+std::vector<std::string> Outbox::Staged() const {
+  std::vector<std::string> names;
+  native::NamesIn(area_, names);
+  const std::set<std::string> all(names.begin(), names.end());
+  std::erase_if(names, [&](const std::string& name) {
+    const bool is_descriptor =
+        name.ends_with(".xml") && all.contains(name.substr(0, name.size() - 4));
+    return area_ + "/" + name == folder_ || is_descriptor;
+  });
+  return names;
+}
+
+std::vector<std::string> Outbox::StagedFilesOf(const std::string& staging_name) const {
+  std::vector<std::string> names;
+  native::NamesIn(area_ + "/" + staging_name, names);
   return names;
 }
 

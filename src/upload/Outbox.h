@@ -3,8 +3,10 @@
 
 // The outbox: what has been taken over for the content server and has not arrived there yet. It is
 // the folder "outbox" of the temporary area; each submission is a folder in it, named after its
-// staging folder and eight random hexadecimal digits (docs/file-formats.md). All changes of a
-// submission's state are renames, so that a crash leaves one state or the next. Paths are native.
+// staging folder, a running number and eight random hexadecimal digits (docs/file-formats.md). All
+// changes of a submission's state are renames, so that a crash leaves one state or the next. A link
+// to a file of the same submission is that file; every other link is left out, as if it were not
+// there. Paths are native.
 #pragma once
 
 #include <cstdint>
@@ -42,10 +44,18 @@ class Outbox {
   // True if there is neither a submission nor anything for Recover to do. Raises as above.
   bool IsEmpty() const;
 
+  // What lies staged in the area and was not taken over: names of staging folders, and of files
+  // beside them that are no descriptors of one, ascending. Empty if there is no area. Raises
+  // nothing.
+  std::vector<std::string> Staged() const;
+  // Names of the files of a staging folder, ascending; none on any failure.
+  std::vector<std::string> StagedFilesOf(const std::string& staging_name) const;
+
   std::string DescriptorOf(const std::string& submission) const;
+  // The file of this name, or the one that a link of this name stands for.
   std::string FileOf(const std::string& submission, const std::string& name) const;
   // Names of the files of a submission, ascending: all of them. Raises RunTimeError if they cannot
-  // be listed.
+  // be listed, also if a link leads there.
   std::vector<std::string> FilesOf(const std::string& submission) const;
 
   // Deletes a delivered submission. Raises RunTimeError if it cannot be marked as delivered.
@@ -55,12 +65,15 @@ class Outbox {
   // Failures are ignored: a note is for the eye.
   void SetNote(const std::string& submission, const DeliveryNote& note);
 
-  // Native path of the file that the one agent at work holds locked.
+  std::string Folder() const { return folder_; }
+  // The file that the one agent at work holds locked.
   std::string AgentLock() const;
 
  private:
   std::vector<std::string> Names() const;
   std::string PathOf(const std::string& submission) const;
+  std::string NewName(const std::string& staging_name) const;
+  std::string DescriptorStagedFor(const std::string& unfinished) const;
   void FinishTakingOver(const std::string& unfinished);
   void RecoverUnfinished(const std::string& name);
 

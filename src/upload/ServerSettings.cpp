@@ -3,13 +3,12 @@
 
 #include "upload/ServerSettings.h"
 
-#include <fstream>
-
 #include "base/Files.h"
 #include "base/NativeDisk.h"
 #include "base/PrivateFile.h"
 #include "base/Profile.h"
 #include "upload/ContentStore.h"
+#include "upload/ServerAddress.h"
 
 namespace logbook {
 
@@ -17,6 +16,7 @@ namespace {
 
 constexpr const char* kSection = "Content Server";
 constexpr std::size_t kLongestValue = 2048;
+constexpr std::size_t kLongestPassword = 4096;
 
 }  // namespace
 
@@ -31,23 +31,19 @@ ServerSettings ReadServerSettings(const Machine& machine, const std::string& fil
   settings.password_file = text("PasswordFile");
   settings.ca_file = text("CaFile");
   settings.folder = text("Folder");
-  const auto pause = [&](const char* key, std::chrono::milliseconds preset) {
+  const auto time = [&](const char* key, std::chrono::milliseconds preset) {
     const int milliseconds =
         GetPrivateProfileInt(machine, kSection, key, static_cast<int>(preset.count()), file);
     return milliseconds > 0 ? std::chrono::milliseconds(milliseconds) : preset;
   };
-  settings.retry_pause = pause("RetryPause", settings.retry_pause);
-  settings.longest_pause = pause("LongestPause", settings.longest_pause);
+  settings.retry_pause = time("RetryPause", settings.retry_pause);
+  settings.longest_pause = time("LongestPause", settings.longest_pause);
+  settings.answer_timeout = time("AnswerTimeout", settings.answer_timeout);
   return settings;
 }
 
 std::string AddressOf(const ServerSettings& settings) {
-  const std::string& url = settings.url;
-  const std::size_t colon = url.find("://");
-  if (colon == std::string::npos) return url;
-  const std::size_t host = colon + 3;
-  const std::size_t at = url.substr(0, url.find('/', host)).rfind('@');
-  return at == std::string::npos || at < host ? url : url.substr(0, host) + url.substr(at + 1);
+  return AddressForTheEye(settings.url);
 }
 
 std::string ReadPassword(const Machine& machine, const ServerSettings& settings) {
@@ -57,13 +53,19 @@ std::string ReadPassword(const Machine& machine, const ServerSettings& settings)
                         "The password file " + settings.password_file + what);
   };
   const std::string path = NativePath(machine, settings.password_file);
-  auto kind = native::Kind::kNothing;
-  native::LookAt(path, native::Links::kFollowed, kind);
-  if (kind == native::Kind::kNothing) fail(" is missing.");
+  native::Reader in;
+  const std::error_code error = in.Open(path, native::Links::kFollowed);
+  if (error == std::errc::no_such_file_or_directory) fail(" is missing.");
+  if (error == std::errc::is_a_directory)
+    fail(" is a folder; set PasswordFile to a file whose first line is the password.");
+  if (error == std::errc::not_supported)
+    fail(" is a pipe or a device; set PasswordFile to a file whose first line is the password.");
   if (EverybodyMayRead(path)) fail(" can be read by every user of this machine.");
-  std::ifstream in(path);
-  std::string password;
-  if (!std::getline(in, password)) fail(" cannot be read or is empty.");
+  char bytes[kLongestPassword + 1];
+  const std::string text(bytes, error ? 0 : in.Read(bytes, sizeof bytes));
+  std::string password = text.substr(0, text.find('\n'));
+  if (text.empty()) fail(" cannot be read or is empty.");
+  if (password.size() > kLongestPassword) fail(" has a first line that is too long.");
   if (password.ends_with('\r')) password.pop_back();
   return password;
 }

@@ -21,19 +21,21 @@ struct ServerSettings {
   std::string folder;         // below the url, components separated by slash or backslash
   std::chrono::milliseconds retry_pause{5000};  // after the first failure; doubled after each
   std::chrono::milliseconds longest_pause{900000};
+  std::chrono::milliseconds answer_timeout{120000};  // for a request without a file
 
   bool Enabled() const { return !url.empty(); }
+  bool operator==(const ServerSettings&) const = default;
 };
 
 // Reads the settings from this file, given as a path text. What is missing has its default. Raises
 // nothing.
 ServerSettings ReadServerSettings(const Machine& machine, const std::string& file);
 
-// The address for the eye: what it holds of a user name and a password is left out.
+// The address for the eye: what it holds of secrets is left out (ServerAddress.h).
 std::string AddressOf(const ServerSettings& settings);
 
-// The password; empty if no file is set. Raises DeliveryError if the file cannot be read or can be
-// read by every user of the machine.
+// The password; empty if no file is set. Raises DeliveryError if there is no such file, it cannot
+// be read, has no line of at most 4096 bytes, or can be read by every user of the machine.
 std::string ReadPassword(const Machine& machine, const ServerSettings& settings);
 
 // A folder setting as its components, without empty ones and without "." and "..".

@@ -5,8 +5,7 @@
 
 #include <openssl/evp.h>
 
-#include <fstream>
-#include <vector>
+#include <memory>
 
 namespace logbook {
 
@@ -40,15 +39,18 @@ Digest Sha256::Finish() {
   return digest;
 }
 
-Digest DigestOfFile(const std::string& native_file) {
-  std::ifstream in(native_file, std::ios::binary);
-  std::vector<char> buffer(256 * 1024);
+Digest DigestOfFile(const std::string& native_file, native::Links links, std::uint64_t most) {
+  constexpr std::size_t kBuffer = 64 * 1024;
+  const auto buffer = std::make_unique_for_overwrite<char[]>(kBuffer);
+  native::Reader in;
+  std::uint64_t size = 0;
+  bool failed = in.Open(native_file, links) || in.Size(size);
+  if (!failed && size > most) return {.size = size, .sha256 = {}};
   Sha256 sum;
-  while (in) {
-    in.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-    sum.Add(buffer.data(), static_cast<std::size_t>(in.gcount()));
-  }
-  if (!in.eof())
+  while (const std::size_t count = failed ? 0 : in.Read(buffer.get(), kBuffer))
+    sum.Add(buffer.get(), count);
+  failed = failed || in.Failure();
+  if (failed)
     throw DeliveryError(DeliveryError::Reach::kThisSubmission,
                         "The file " + native_file + " cannot be read.");
   return sum.Finish();

@@ -5,7 +5,12 @@
 
 #include <curl/curl.h>
 
+#include <algorithm>
+#include <new>
+
 #include "base/NativeDisk.h"
+#include "upload/DavFailure.h"
+#include "upload/ServerAddress.h"
 #include "upload/Sha256.h"
 
 namespace logbook {
@@ -13,12 +18,14 @@ namespace logbook {
 namespace {
 
 constexpr long kConnectSeconds = 15;
-constexpr long kSilenceSeconds = 60;  // a transfer that stands still for so long has failed
-
-using Reach = DeliveryError::Reach;
+constexpr long kSlowest = 1000;                     // bytes in a second, of a file
+constexpr std::uint64_t kMostOfHead = 256 * 1024;   // bytes of an answer before its body
+constexpr std::uint64_t kMostOfPage = 1024 * 1024;  // bytes of a body that is no file
 
 std::size_t ReadBody(char* buffer, std::size_t size, std::size_t count, void* file) {
-  return static_cast<native::Reader*>(file)->Read(buffer, size * count);
+  auto* reader = static_cast<native::Reader*>(file);
+  const std::size_t bytes = reader->Read(buffer, size * count);
+  return reader->Failure() ? CURL_READFUNC_ABORT : bytes;
 }
 
 // The library seeks from the start alone.
@@ -28,61 +35,40 @@ int SeekBody(void* file, curl_off_t offset, int) {
              : CURL_SEEKFUNC_OK;
 }
 
-std::size_t DropAnswer(char*, std::size_t size, std::size_t count, void*) {
-  return size * count;
-}
-
-// Where the answer to a GET goes, once it is known to be the file and not a page about an error.
-struct Download {
-  CURL* curl;
+// What comes back for one request. A callback that takes fewer bytes than it is given ends it.
+struct Answer {
+  CURL* curl = nullptr;
+  bool wants_file = false;  // a body behind status 200 is the file and not a page about an error
+  std::uint64_t most = 0;   // bytes of that file
+  std::uint64_t head = 0;   // bytes so far
+  std::uint64_t body = 0;
+  bool has_no_end = false;
+  bool is_larger_file = false;
   Sha256 sum;
+
+  bool HoldsFile() const {
+    long status = 0;
+    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+    return wants_file && status == 200;
+  }
 };
 
-std::size_t SumAnswer(char* bytes, std::size_t size, std::size_t count, void* download) {
-  auto* target = static_cast<Download*>(download);
-  long status = 0;
-  curl_easy_getinfo(target->curl, CURLINFO_RESPONSE_CODE, &status);
-  if (status == 200) target->sum.Add(bytes, size * count);
+std::size_t TakeHead(char*, std::size_t size, std::size_t count, void* target) {
+  auto* answer = static_cast<Answer*>(target);
+  answer->head += size * count;
+  answer->has_no_end = answer->head > kMostOfHead;
+  return answer->has_no_end ? 0 : size * count;
+}
+
+std::size_t TakeBody(char* bytes, std::size_t size, std::size_t count, void* target) {
+  auto* answer = static_cast<Answer*>(target);
+  const bool is_file = answer->HoldsFile();
+  answer->body += size * count;
+  answer->has_no_end = !is_file && answer->body > kMostOfPage;
+  answer->is_larger_file = is_file && answer->body > answer->most;
+  if (answer->has_no_end || answer->is_larger_file) return 0;
+  if (is_file) answer->sum.Add(bytes, size * count);
   return size * count;
-}
-
-[[noreturn]] void FailToTransfer(CURLcode code, const char* detail) {
-  const std::string reason = *detail != '\0' ? detail : curl_easy_strerror(code);
-  switch (code) {
-    case CURLE_PEER_FAILED_VERIFICATION:
-    case CURLE_SSL_CONNECT_ERROR:
-    case CURLE_SSL_CACERT_BADFILE:
-    case CURLE_SSL_ISSUER_ERROR:
-      throw DeliveryError(Reach::kWholeServer,
-                          "The certificate of the content server cannot be trusted: " + reason);
-    default:
-      throw DeliveryError(Reach::kWholeServer, "The content server cannot be reached: " + reason);
-  }
-}
-
-[[noreturn]] void FailWithStatus(const char* method, const std::string& path, long status) {
-  const std::string number = " (" + std::to_string(status) + ").";
-  const std::string what = std::string(method) + " " + path;
-  switch (status) {
-    case 401:
-      throw DeliveryError(Reach::kWholeServer,
-                          "The content server does not accept user name and password" + number);
-    case 403:
-      throw DeliveryError(Reach::kWholeServer,
-                          "The content server does not allow " + what + number);
-    case 412:  // to a move that may not overwrite
-      throw DeliveryError(Reach::kThisSubmission,
-                          "The content server holds another file of the name: " + what + number);
-    case 413:
-      throw DeliveryError(Reach::kThisSubmission,
-                          "The content server does not take files of this size: " + what + number);
-    case 507:
-      throw DeliveryError(Reach::kThisSubmission,
-                          "The disk of the content server is full: " + what + number);
-    default:
-      throw DeliveryError(status >= 500 ? Reach::kWholeServer : Reach::kThisSubmission,
-                          "The content server failed to do " + what + number);
-  }
 }
 
 }  // namespace
@@ -90,12 +76,15 @@ std::size_t SumAnswer(char* bytes, std::size_t size, std::size_t count, void* do
 struct WebDavStore::State {
   CURL* curl = curl_easy_init();
   ServerSettings settings;
-  std::string password;
-  std::string ca_file;
   std::string base;  // with trailing slash
   char detail[CURL_ERROR_SIZE] = {};
 
+  State() {
+    if (curl == nullptr) throw std::bad_alloc();
+  }
   ~State() { curl_easy_cleanup(curl); }
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
 
   std::string Escaped(const std::string& component) const {
     char* escaped = curl_easy_escape(curl, component.c_str(), static_cast<int>(component.size()));
@@ -114,19 +103,21 @@ struct WebDavStore::State {
     return url;
   }
 
-  void Prepare(const std::string& url) {
-    curl_easy_reset(curl);  // keeps the connection
-    curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
+  // What holds for all requests. The handle is never reset: it keeps the connection, and the way to
+  // log on that the server has asked for. The library would send each request twice otherwise.
+  void SetUp(const std::string& password, const std::string& ca_file) {
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 0L);
     curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
     curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, kConnectSeconds);
-    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
-    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, kSilenceSeconds);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, kSlowest);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME,
+                     std::max<long>(1, settings.answer_timeout.count() / 2000));
     curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, detail);
     curl_easy_setopt(curl, CURLOPT_USERAGENT, "ecm-agent");
-    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, DropAnswer);
+    curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, TakeHead);
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, TakeBody);
     if (!ca_file.empty()) curl_easy_setopt(curl, CURLOPT_CAINFO, ca_file.c_str());
     if (settings.user.empty()) return;
     curl_easy_setopt(curl, CURLOPT_HTTPAUTH, CURLAUTH_BASIC | CURLAUTH_DIGEST);
@@ -134,33 +125,62 @@ struct WebDavStore::State {
     curl_easy_setopt(curl, CURLOPT_PASSWORD, password.c_str());
   }
 
-  // Runs the prepared request; the status of the answer.
-  long Run() {
+  // Runs a request for which the method is set; the status of the answer. `file_bytes` is the size
+  // of the file that goes or comes with it.
+  long Run(const DavRequest& request, const std::string& url, std::uint64_t file_bytes,
+           Answer& answer) {
+    const long limit =
+        settings.answer_timeout.count() + static_cast<long>(file_bytes) * 1000 / kSlowest;
+    answer.curl = curl;
     detail[0] = '\0';
+    curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, limit);
+    curl_easy_setopt(curl, CURLOPT_HEADERDATA, &answer);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &answer);
     const CURLcode code = curl_easy_perform(curl);
-    if (code != CURLE_OK) FailToTransfer(code, detail);
     long status = 0;
     curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
-    return status;
+    if (code == CURLE_OK || answer.is_larger_file) return status;
+    if (answer.has_no_end) FailWithoutEnd(request);
+    FailToTransfer(request, code, detail[0] != '\0' ? detail : curl_easy_strerror(code),
+                   WasConnected());
+  }
+
+  bool WasConnected() const {
+    curl_off_t microseconds = 0;
+    curl_easy_getinfo(curl, CURLINFO_PRETRANSFER_TIME_T, &microseconds);
+    return microseconds > 0;
+  }
+
+  // As above for a request without a file, with these lines in its head or null.
+  long RunPlain(const DavRequest& request, const std::string& url, const curl_slist* lines) {
+    Answer answer;
+    curl_easy_setopt(curl, CURLOPT_HTTPGET, 1L);
+    curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, request.method.c_str());
+    curl_easy_setopt(curl, CURLOPT_HTTPHEADER, lines);
+    return Run(request, url, 0, answer);
+  }
+
+  [[noreturn]] void Fail(const DavRequest& request, long status) const {
+    const char* location = nullptr;
+    curl_easy_getinfo(curl, CURLINFO_REDIRECT_URL, &location);
+    FailWithStatus(request, status, location != nullptr ? location : "");
   }
 
   void MakeCollection(const std::string& url, const std::string& path) {
-    Prepare(url);
-    curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, "MKCOL");
-    const long status = Run();
+    const DavRequest request{"MKCOL", path};
+    const long status = RunPlain(request, url, nullptr);
     // 405: the name is taken, which for a folder of ours means that it is there.
-    if (status != 201 && status != 405) FailWithStatus("MKCOL", path, status);
+    if (status != 201 && status != 405) Fail(request, status);
   }
 };
 
 WebDavStore::WebDavStore(const ServerSettings& settings, const std::string& password,
                          const std::string& ca_file)
     : state_(std::make_unique<State>()) {
-  if (state_->curl == nullptr) throw std::bad_alloc();
   state_->settings = settings;
-  state_->password = password;
-  state_->ca_file = ca_file;
   state_->base = settings.url.ends_with('/') ? settings.url : settings.url + "/";
+  state_->SetUp(password, ca_file);
 }
 
 WebDavStore::~WebDavStore() = default;
@@ -177,45 +197,59 @@ void WebDavStore::MakeFolder(const std::string& path) {
   state_->MakeCollection(state_->UrlOf(path + "/"), path);
 }
 
-std::optional<Digest> WebDavStore::DigestOf(const std::string& path) {
-  state_->Prepare(state_->UrlOf(path));
-  Download download{state_->curl, {}};
-  curl_easy_setopt(state_->curl, CURLOPT_WRITEFUNCTION, SumAnswer);
-  curl_easy_setopt(state_->curl, CURLOPT_WRITEDATA, &download);
-  const long status = state_->Run();
+std::optional<Digest> WebDavStore::DigestOf(const std::string& path, std::uint64_t most) {
+  const DavRequest request{"GET", path};
+  Answer answer;
+  answer.wants_file = true;
+  answer.most = most;
+  curl_easy_setopt(state_->curl, CURLOPT_HTTPGET, 1L);
+  curl_easy_setopt(state_->curl, CURLOPT_CUSTOMREQUEST, nullptr);
+  curl_easy_setopt(state_->curl, CURLOPT_HTTPHEADER, nullptr);
+  const long status = state_->Run(request, state_->UrlOf(path), most, answer);
   if (status == 404) return std::nullopt;
-  if (status != 200) FailWithStatus("GET", path, status);
-  return download.sum.Finish();
+  if (status != 200) state_->Fail(request, status);
+  if (answer.is_larger_file) return Digest{.size = answer.body, .sha256 = {}};
+  return answer.sum.Finish();
 }
 
 void WebDavStore::Put(const std::string& path, const std::string& native_file) {
+  const DavRequest request{"PUT", path};
   native::Reader file;
   std::uint64_t size = 0;
-  if (file.Open(native_file, native::Links::kAsThemselves) || file.Size(size))
-    throw DeliveryError(Reach::kThisSubmission,
+  const auto fail = [&] {
+    throw DeliveryError(DeliveryError::Reach::kThisSubmission,
                         "The file " + native_file + " in the outbox cannot be read.");
-  state_->Prepare(state_->UrlOf(path));
-  curl_easy_setopt(state_->curl, CURLOPT_UPLOAD, 1L);
-  curl_easy_setopt(state_->curl, CURLOPT_READFUNCTION, ReadBody);
-  curl_easy_setopt(state_->curl, CURLOPT_READDATA, &file);
-  curl_easy_setopt(state_->curl, CURLOPT_SEEKFUNCTION, SeekBody);
-  curl_easy_setopt(state_->curl, CURLOPT_SEEKDATA, &file);
-  curl_easy_setopt(state_->curl, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(size));
-  const long status = state_->Run();
-  if (status != 200 && status != 201 && status != 204) FailWithStatus("PUT", path, status);
+  };
+  if (file.Open(native_file, native::Links::kAsThemselves) || file.Size(size)) fail();
+  CURL* curl = state_->curl;
+  curl_easy_setopt(curl, CURLOPT_UPLOAD, 1L);
+  curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, nullptr);
+  curl_easy_setopt(curl, CURLOPT_HTTPHEADER, nullptr);
+  curl_easy_setopt(curl, CURLOPT_READFUNCTION, ReadBody);
+  curl_easy_setopt(curl, CURLOPT_READDATA, &file);
+  curl_easy_setopt(curl, CURLOPT_SEEKFUNCTION, SeekBody);
+  curl_easy_setopt(curl, CURLOPT_SEEKDATA, &file);
+  curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(size));
+  Answer answer;
+  long status = 0;
+  try {
+    status = state_->Run(request, state_->UrlOf(path), size, answer);
+  } catch (const DeliveryError&) {
+    if (file.Failure()) fail();
+    throw;
+  }
+  if (status != 200 && status != 201 && status != 204) state_->Fail(request, status);
 }
 
 void WebDavStore::Move(const std::string& from, const std::string& to) {
-  state_->Prepare(state_->UrlOf(from));
-  curl_easy_setopt(state_->curl, CURLOPT_CUSTOMREQUEST, "MOVE");
-  const std::string destination = "Destination: " + state_->UrlOf(to);
-  curl_slist* headers = curl_slist_append(nullptr, destination.c_str());
-  headers = curl_slist_append(headers, "Overwrite: F");
-  curl_easy_setopt(state_->curl, CURLOPT_HTTPHEADER, headers);
-  const std::unique_ptr<curl_slist, void (*)(curl_slist*)> free_headers(headers,
-                                                                        curl_slist_free_all);
-  const long status = state_->Run();
-  if (status != 201 && status != 204) FailWithStatus("MOVE", to, status);
+  const DavRequest request{"MOVE", to};
+  // The server knows who is asking; its address alone is what it looks for.
+  const std::string target = AddressForTheEye(state_->UrlOf(to));
+  curl_slist* lines = curl_slist_append(nullptr, ("Destination: " + target).c_str());
+  lines = curl_slist_append(lines, "Overwrite: F");
+  const std::unique_ptr<curl_slist, void (*)(curl_slist*)> free_lines(lines, curl_slist_free_all);
+  const long status = state_->RunPlain(request, state_->UrlOf(from), lines);
+  if (status != 201 && status != 204) state_->Fail(request, status);
 }
 
 }  // namespace logbook

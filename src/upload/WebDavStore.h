@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 // A content server that speaks WebDAV over HTTP or HTTPS. Certificates are always verified, and
-// redirections are not followed: files go to the configured server or nowhere.
+// redirections are not followed: files go to the configured server or nowhere. One connection
+// serves all requests, and the way to log on that the server has asked for is used from then on.
+// An answer that does not end, in bytes or in time, is given up.
 #pragma once
 
 #include <memory>
@@ -21,7 +23,7 @@ class WebDavStore : public ContentStore {
 
   void MakeRoot() override;
   void MakeFolder(const std::string& path) override;
-  std::optional<Digest> DigestOf(const std::string& path) override;
+  std::optional<Digest> DigestOf(const std::string& path, std::uint64_t most) override;
   void Put(const std::string& path, const std::string& native_file) override;
   void Move(const std::string& from, const std::string& to) override;
 

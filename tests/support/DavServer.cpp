@@ -30,6 +30,7 @@ namespace {
 
 constexpr const char* kProgram = "/usr/sbin/apache2";
 constexpr const char* kModules = "/usr/lib/apache2/modules";
+constexpr const char* kRealm = "Content server";
 constexpr int kNobody = 65534;  // whom the server runs as if the test runs as the administrator
 
 sockaddr_in LocalAddress(int port) {
@@ -84,7 +85,7 @@ bool HasDavServer() {
   return access(kProgram, X_OK) == 0 && fs::exists(std::string(kModules) + "/mod_dav_fs.so");
 }
 
-DavServer::DavServer(Scheme scheme) : scheme_(scheme) {
+DavServer::DavServer(Scheme scheme, LogOn log_on) : scheme_(scheme), log_on_(log_on) {
   std::string pattern = (fs::temp_directory_path() / "logbook-dav-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
   folder_ = pattern;
@@ -128,20 +129,32 @@ std::string DavServer::TlsLines() const {
          "SSLCertificateKeyFile " + folder_ + "/server.key\n";
 }
 
+void DavServer::WriteUsers() const {
+  std::ofstream out(folder_ + "/users");
+  const std::string who = std::string(kUser) + ":" + kRealm + ":";
+  if (log_on_ == LogOn::kBasic) {
+    out << kUser << ':'
+        << RunProgram(std::string("openssl passwd -apr1 ") + Quoted(kPassword)).output;
+  } else {
+    out << who
+        << RunProgram("printf %s " + Quoted(who + kPassword) + " | md5sum | cut -c1-32").output;
+  }
+}
+
 void DavServer::WriteConfiguration() {
-  const std::string hash =
-      RunProgram(std::string("openssl passwd -apr1 ") + Quoted(kPassword)).output;
-  std::ofstream(folder_ + "/users") << kUser << ':' << hash;
+  WriteUsers();
   std::ofstream out(folder_ + "/httpd.conf");
   out << "ServerRoot " << folder_ << "\nPidFile " << folder_ << "/pid\nServerName 127.0.0.1\n"
       << "Listen 127.0.0.1:" << port_ << "\nErrorLog " << folder_ << "/error.log\n";
   for (const char* name : {"mpm_event", "authn_core", "authn_file", "authz_core", "authz_user",
-                           "auth_basic", "dav", "dav_fs"})
+                           "auth_basic", "auth_digest", "dav", "dav_fs"})
     out << "LoadModule " << name << "_module " << kModules << "/mod_" << name << ".so\n";
   if (geteuid() == 0) out << "User #" << kNobody << "\nGroup #" << kNobody << "\n";
   out << "DocumentRoot " << Root() << "\nDavLockDB " << folder_ << "/lock/db\n"
       << "CustomLog " << folder_ << "/access.log \"%m %U %>s\"\n"
-      << "<Directory " << Root() << ">\n  Dav On\n  AuthType Basic\n  AuthName \"Content server\"\n"
+      << "CustomLog " << folder_ << "/connections.log %k\nMaxKeepAliveRequests 0\n"
+      << "<Directory " << Root() << ">\n  Dav On\n  AuthType "
+      << (log_on_ == LogOn::kBasic ? "Basic" : "Digest") << "\n  AuthName \"" << kRealm << "\"\n"
       << "  AuthUserFile " << folder_ << "/users\n  Require valid-user\n</Directory>\n"
       << TlsLines();
 }
@@ -194,6 +207,14 @@ std::vector<std::string> DavServer::Files() const {
   }
   std::sort(files.begin(), files.end());
   return files;
+}
+
+int DavServer::Connections() const {
+  int count = 0;
+  std::ifstream in(folder_ + "/connections.log");
+  // Each line is the number of requests that the connection had brought before.
+  for (std::string line; std::getline(in, line);) count += line == "0" ? 1 : 0;
+  return count;
 }
 
 std::vector<std::string> DavServer::Requests() const {

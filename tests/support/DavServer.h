@@ -18,11 +18,12 @@ bool HasDavServer();
 class DavServer {
  public:
   enum class Scheme { kHttp, kHttps };
+  enum class LogOn { kBasic, kDigest };
   static constexpr const char* kUser = "station 7";
   static constexpr const char* kPassword = "s:cret pässword";
 
   // Prepares; Start starts.
-  explicit DavServer(Scheme scheme = Scheme::kHttp);
+  explicit DavServer(Scheme scheme = Scheme::kHttp, LogOn log_on = LogOn::kBasic);
   ~DavServer();
   DavServer(const DavServer&) = delete;
   DavServer& operator=(const DavServer&) = delete;
@@ -43,13 +44,17 @@ class DavServer {
   std::vector<std::string> Files() const;
   // Lines of the access log: "METHOD /path status".
   std::vector<std::string> Requests() const;
+  // So many connections brought these requests.
+  int Connections() const;
 
  private:
   void WriteConfiguration();
   void MakeCertificates();
   std::string TlsLines() const;
+  void WriteUsers() const;
 
   Scheme scheme_;
+  LogOn log_on_;
   std::string folder_;
   int reserved_port_ = -1;  // open socket that keeps the port while the server is down
   int port_ = 0;

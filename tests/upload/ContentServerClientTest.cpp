@@ -95,10 +95,29 @@ TEST_F(ContentServerClientTest, ARepeatedNameInTheDescriptorIsOneFile) {
   EXPECT_TRUE(station.client.EcmSubmit(folder, message)) << message;
 }
 
-TEST_F(ContentServerClientTest, AMissingAgentLosesNothing) {
+TEST_F(ContentServerClientTest, AMissingAgentLosesNothingAndIsToldOnceARun) {
+  ContentServerClient client(station.state, "/nowhere/ecm-agent");
+  for (const bool accepted : {false, true, true}) {
+    folder.clear();
+    Stage("a.txt");
+    std::string words;
+    EXPECT_EQ(client.EcmSubmit(folder, words), accepted);
+    message += words;
+  }
+  EXPECT_EQ(message,
+            "The files wait in the outbox, but the program that sends them cannot be started: "
+            "/nowhere/ecm-agent.");
+  EXPECT_THAT(station.TheOutbox().Waiting(), SizeIs(3));
+}
+
+TEST_F(ContentServerClientTest, AnAgentThatIsMissingAtTheStartIsToldAtTheFirstEvent) {
+  ContentServerClient client(station.state, "/nowhere/ecm-agent");
   Stage("a.txt");
-  EXPECT_TRUE(station.client.EcmSubmit(folder, message));
-  EXPECT_FALSE(station.TheOutbox().IsEmpty());
+  ASSERT_TRUE(station.client.EcmSubmit(folder, message));
+  client.Resume();
+  folder.clear();
+  Stage("b.txt");
+  EXPECT_FALSE(client.EcmSubmit(folder, message));
 }
 
 TEST(ContentServerClientStart, AnEventStartsTheAgentWhichBringsTheFilesAndEnds) {
@@ -117,7 +136,7 @@ TEST(ContentServerClientStart, AStartOfTheLogbookResumesWhatWasLeft) {
   UploadStation station(UploadStation::Agent::kStartedByClient);
   station.Configure({{"Url", "file:///C:/share"}});
   {
-    ContentServerClient without_agent(station.state, "/nowhere/ecm-agent");
+    ContentServerClient without_agent(station.state, "/bin/true");
     station.disk.Put("C:\\data\\a.txt", "a");
     std::string folder, message;
     StageUploadFile(station.state, station.real, folder, "LOGBK", 1, "C:\\data\\a.txt", "why");

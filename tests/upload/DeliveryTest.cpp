@@ -15,6 +15,7 @@
 #include "FailingDisk.h"
 #include "UploadStation.h"
 #include "base/RunTimeError.h"
+#include "upload/ECMSub.h"
 #include "upload/FolderStore.h"
 
 namespace fs = std::filesystem;
@@ -31,7 +32,7 @@ class TestStore : public ContentStore {
  public:
   void MakeRoot() override {}
   void MakeFolder(const std::string& path) override { calls.push_back("MakeFolder " + path); }
-  std::optional<Digest> DigestOf(const std::string& path) override {
+  std::optional<Digest> DigestOf(const std::string& path, std::uint64_t) override {
     const auto file = files.find(path);
     return file == files.end() ? std::nullopt : std::optional(file->second);
   }
@@ -258,7 +259,65 @@ TEST_F(SharedFolderTest, AShareThatIsNotMountedIsNotMadeAndTheStatusSaysSo) {
 TEST_F(SharedFolderTest, AnEmptyOutboxIsAnEmptyStatus) {
   const ProgramResult status = station.RunAgent("--status");
   EXPECT_EQ(status.status, 0);
-  EXPECT_EQ(status.output, "Content server: file:///C:/share\nAgent: not running\nWaiting: 0\n");
+  EXPECT_EQ(status.output, "Content server: file:///C:/share\nOutbox: " + station.Area() +
+                               "/outbox\nAgent: not running\nWaiting: 0\n");
+}
+
+TEST_F(SharedFolderTest, TheStatusListsWhatStaysInTheStagingArea) {
+  station.disk.Put("C:\\data\\a.pdf", "bytes");
+  std::string folder;
+  ASSERT_EQ(
+      StageUploadFile(station.state, station.real, folder, "LOGBK", 4711, "C:\\data\\a.pdf", "why"),
+      0);
+  const ProgramResult status = station.RunAgent("--status");
+  EXPECT_EQ(status.status, 0) << "nothing waits";
+  EXPECT_THAT(status.output, HasSubstr("\nIn the staging area: 1\n\n" + folder +
+                                       "\n  Files: a.pdf\n  Was not handed over"));
+}
+
+TEST_F(SharedFolderTest, AHomeThatDoesNotExistIsTold) {
+  for (const char* options : {"--status", "--once", ""}) {
+    const ProgramResult run = RunProgram(Quoted(ECM_AGENT) + " --home /no/such/home " + options);
+    EXPECT_EQ(run.status, 1) << options;
+    EXPECT_THAT(run.output, testing::ContainsRegex("/no/such/home,? (which )?does not exist"))
+        << options;
+  }
+  EXPECT_THAT(RunProgram(Quoted(ECM_AGENT) + " --home /no/such/home --status").output,
+              HasSubstr("\nOutbox: /no/such/home/"));
+}
+
+TEST_F(SharedFolderTest, NothingThatMovesATerminalStandsInTheStatus) {
+  station.Submit("a.pdf", "bytes");
+  const std::string submission = station.TheOutbox().Waiting().at(0);
+  station.TheOutbox().SetNote(submission, {.tries = 1, .last_try = 1, .reason = "no\x1B]0;x\x07!"});
+  EXPECT_THAT(station.Status(), testing::Not(HasSubstr("\x1B")));
+  EXPECT_THAT(station.Status(), HasSubstr("no ]0;x !"));
+}
+
+TEST_F(SharedFolderTest, LinksInTheOutboxDoNotLeadOutOfIt) {
+  station.disk.MakeFolders("C:\\share");
+  station.disk.Put("C:\\tree\\secret.txt", "secret");
+  station.Submit("a.pdf", "bytes");
+  const std::string submission = station.TheOutbox().Waiting().at(0);
+  const std::string files = station.Area() + "/outbox/" + submission + "/files/";
+  fs::create_symlink(station.disk.Native("C:\\tree\\secret.txt"), files + "secret.txt");
+  fs::create_symlink(station.disk.Native("C:\\tree"), files + "tree");
+  fs::create_symlink("a.pdf", files + "same.pdf");
+  EXPECT_EQ(station.RunAgent("--once").status, 0) << station.Status();
+  EXPECT_EQ(RunProgram("cd " + Quoted(station.disk.Native("C:\\share\\a\\b\\" + submission)) +
+                       " && ls -1 && cat same.pdf")
+                .output,
+            "a.pdf\nsame.pdf\nbytes");
+  EXPECT_TRUE(station.disk.Has("C:\\tree\\secret.txt"));
+}
+
+TEST_F(SharedFolderTest, AFileThatBecomesALinkIsNotSent) {
+  station.disk.MakeFolders("C:\\share");
+  station.disk.Put("C:\\secret.txt", "secret");
+  FolderStore store(station.disk.Native("C:\\share"), "");
+  fs::create_symlink(station.disk.Native("C:\\secret.txt"), station.disk.Native("C:\\link"));
+  EXPECT_THROW(store.Put("a.part", station.disk.Native("C:\\link")), DeliveryError);
+  EXPECT_FALSE(station.disk.Has("C:\\share\\a.part"));
 }
 
 TEST_F(SharedFolderTest, WrongUseOfTheAgentHasStatusTwo) {

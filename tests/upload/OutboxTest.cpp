@@ -55,7 +55,7 @@ class OutboxTest : public testing::Test {
 TEST_F(OutboxTest, WhatIsTakenOverLeavesTheAreaAndWaits) {
   Stage("one");
   outbox.TakeOver("one");
-  ASSERT_THAT(outbox.Waiting(), ElementsAre(MatchesRegex("one-[0-9a-f]{8}")));
+  ASSERT_THAT(outbox.Waiting(), ElementsAre(MatchesRegex("one-0000-[0-9a-f]{8}")));
   const std::string submission = outbox.Waiting()[0];
   EXPECT_THAT(outbox.FilesOf(submission), ElementsAre("a.txt", "b.txt"));
   EXPECT_TRUE(fs::exists(outbox.DescriptorOf(submission)));
@@ -80,6 +80,29 @@ TEST_F(OutboxTest, SubmissionsWaitInTheOrderOfTheirNames) {
   EXPECT_THAT(outbox.Waiting(),
               ElementsAre(testing::StartsWith("260101"), testing::StartsWith("260102"),
                           testing::StartsWith("260103")));
+}
+
+TEST_F(OutboxTest, EventsOfOneSecondWaitInTheirOrder) {
+  std::vector<std::string> in_order;
+  for (int event = 0; event < 12; ++event) {
+    Stage("one");
+    disk.Put("C:\\area\\one\\event" + std::to_string(event), "");
+    outbox.TakeOver("one");
+    in_order.push_back("event" + std::to_string(event));
+  }
+  std::vector<std::string> waiting;
+  for (const std::string& submission : outbox.Waiting())
+    waiting.push_back(outbox.FilesOf(submission).back());
+  EXPECT_EQ(waiting, in_order);
+}
+
+TEST_F(OutboxTest, TheNumberGoesOnBehindWhatWaitsAndCountsOneStagingNameAlone) {
+  for (const char* name : {"one-0007-0123abcd", "one-0009-0123abcd.new", "one-0123abcd",
+                           "one-00x8-", "one-", "one-two-0042-0123abcd", "other-0050-0123abcd"})
+    disk.MakeFolders(std::string("C:\\area\\outbox\\") + name);
+  Stage("one");
+  outbox.TakeOver("one");
+  EXPECT_THAT(outbox.Waiting(), testing::Contains(MatchesRegex("one-0010-[0-9a-f]{8}")));
 }
 
 TEST_F(OutboxTest, AMissingDescriptorLeavesTheFolderInTheArea) {
@@ -109,6 +132,18 @@ TEST_F(OutboxTest, ATakingOverCutShortBeforeTheDescriptorIsFinished) {
   EXPECT_THAT(outbox.Waiting(), ElementsAre("one-0123abcd"));
   EXPECT_TRUE(fs::exists(outbox.DescriptorOf("one-0123abcd")));
   EXPECT_FALSE(disk.Has("C:\\area\\one.xml"));
+}
+
+TEST_F(OutboxTest, ANumberedTakingOverCutShortBeforeTheDescriptorIsFinished) {
+  for (const char* name : {"one", "one-1234"}) {
+    Stage(name);
+    const std::string taken = std::string(name) + "-0001-0123abcd";
+    disk.MakeFolders("C:\\area\\outbox\\" + taken + ".new");
+    fs::rename(disk.Native(std::string("C:\\area\\") + name),
+               disk.Native("C:\\area\\outbox\\" + taken + ".new\\files"));
+    outbox.Recover();
+    EXPECT_TRUE(fs::exists(outbox.DescriptorOf(taken))) << name;
+  }
 }
 
 TEST_F(OutboxTest, ATakingOverCutShortBeforeItsLastRenameIsFinished) {
@@ -222,6 +257,46 @@ TEST_F(OutboxTest, AnOutboxThatCannotBeReadIsAnErrorAndNotAnEmptyOne) {
   EXPECT_THROW(outbox.Waiting(), RunTimeError);
   EXPECT_THROW(outbox.IsEmpty(), RunTimeError);
   EXPECT_THROW(outbox.Recover(), RunTimeError);
+}
+
+TEST_F(OutboxTest, ALinkToAFileOfTheSubmissionIsThatFileAndOtherLinksAreNotThere) {
+  disk.Put("C:\\area\\outbox\\one\\files\\a.txt", "a");
+  disk.Put("C:\\area\\outbox\\one\\upload.xml", "<Upload/>");
+  disk.Put("C:\\area\\outbox\\two\\files\\b.txt", "b");
+  disk.Put("C:\\tree\\secret.txt", "secret");
+  const auto link = [&](const fs::path& target, const std::string& place) {
+    fs::create_symlink(target, disk.Native("C:\\area\\outbox\\" + place));
+  };
+  link("a.txt", "one\\files\\same.txt");
+  link("../../two/files/b.txt", "one\\files\\other.txt");
+  link("../upload.xml", "one\\files\\descriptor.xml");
+  link(disk.Native("C:\\tree\\secret.txt"), "one\\files\\secret.txt");
+  link(disk.Native("C:\\tree"), "one\\files\\tree");
+  link("nowhere", "one\\files\\loose.txt");
+  EXPECT_THAT(outbox.FilesOf("one"), ElementsAre("a.txt", "same.txt"));
+  EXPECT_EQ(outbox.FileOf("one", "same.txt"),
+            fs::canonical(outbox.FileOf("one", "a.txt")).string());
+  link("two", "linked");
+  link(disk.Native("C:\\tree"), "linked.new");
+  disk.MakeFolders("C:\\area\\outbox\\three");
+  link(disk.Native("C:\\tree"), "three\\files");
+  EXPECT_THAT(outbox.Waiting(), ElementsAre("one", "three", "two"));
+  EXPECT_THROW(outbox.FilesOf("linked"), RunTimeError);
+  EXPECT_THROW(outbox.FilesOf("three"), RunTimeError);
+  outbox.Recover();
+  EXPECT_TRUE(disk.Has("C:\\tree\\secret.txt"));
+}
+
+TEST_F(OutboxTest, WhatLiesStagedIsListedWithoutTheDescriptorsOfFolders) {
+  EXPECT_THAT(Outbox(disk.Native("C:\\none")).Staged(), IsEmpty());
+  Stage("one");
+  Stage("two");
+  outbox.TakeOver("one");
+  disk.Put("C:\\area\\three.xml", "<Upload/>");
+  disk.Put("C:\\area\\two.xml.AbC123", "<?xml");
+  EXPECT_THAT(outbox.Staged(), ElementsAre("three.xml", "two", "two.xml.AbC123"));
+  EXPECT_THAT(outbox.StagedFilesOf("two"), ElementsAre("a.txt", "b.txt"));
+  EXPECT_THAT(outbox.StagedFilesOf("three.xml"), IsEmpty());
 }
 
 TEST_F(OutboxTest, OtherUsersCannotLookIntoTheOutbox) {

@@ -19,7 +19,7 @@ namespace logbook::test {
 
 class UploadStation : public TestWorkstation {
  public:
-  // Whether EcmSubmit finds an agent to start.
+  // Who starts the agent; what the client starts otherwise ends at once.
   enum class Agent { kStartedByClient, kStartedByTest };
   explicit UploadStation(Agent agent);
 

@@ -95,6 +95,35 @@ TEST_F(WebDavTest, TheyArriveOverHttpsWithAnAuthorityOfItsOwn) {
   ExpectAllArrived(server);
 }
 
+// So many requests of a log: three files, each looked for, sent, read back and moved, and a folder.
+constexpr int kRequestsOfARecord = 13;
+
+class WebDavLogOnTest : public WebDavTest, public testing::WithParamInterface<DavServer::LogOn> {};
+
+TEST_P(WebDavLogOnTest, NoRequestIsSentTwiceOnceTheServerHasAskedForAPassword) {
+  DavServer server(DavServer::Scheme::kHttp, GetParam());
+  server.Start();
+  Connect(server);
+  station.Record();
+  station.Record();
+  EXPECT_EQ(station.RunAgent().status, 0) << station.Status();
+  ExpectAllArrived(server);
+  server.Stop();
+  const std::vector<std::string> requests = server.Requests();
+  const auto refused = std::count_if(requests.begin(), requests.end(), [](const std::string& line) {
+    return line.ends_with(" 401");
+  });
+  EXPECT_EQ(refused, 1);
+  EXPECT_EQ(requests.size(), 1u + 2 + 2 * kRequestsOfARecord) << "and the two folders of Folder";
+  EXPECT_EQ(server.Connections(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(, WebDavLogOnTest,
+                         testing::Values(DavServer::LogOn::kBasic, DavServer::LogOn::kDigest),
+                         [](const auto& test) {
+                           return test.param == DavServer::LogOn::kBasic ? "Basic" : "Digest";
+                         });
+
 TEST_F(WebDavTest, TheDescriptorIsTheLastToArrive) {
   DavServer server;
   server.Start();
@@ -248,7 +277,8 @@ TEST_F(WebDavTest, AFolderThatTheServerDoesNotLetUsWriteIsTold) {
   server.Start();
   station.Configure(server.Url() + "missing/", DavServer::kUser, DavServer::kPassword, {});
   station.Record();
-  ExpectReason("The content server failed to do MKCOL maintenance (409).");
+  ExpectReason(
+      "The folder above is missing at the content server: MKCOL maintenance (409); make it");
 }
 
 TEST_F(WebDavTest, AFileThatStandsAtTheServerIsNotOverwrittenByAMove) {
@@ -266,7 +296,7 @@ TEST_F(WebDavTest, AFileThatStandsAtTheServerIsNotOverwrittenByAMove) {
   } catch (const DeliveryError& error) {
     EXPECT_THAT(error.what(), HasSubstr("holds another file of the name: MOVE a (412)."));
   }
-  EXPECT_EQ(store.DigestOf("a"), DigestOfFile(station.disk.Native("C:\\old")));
+  EXPECT_EQ(store.DigestOf("a", 100), DigestOfFile(station.disk.Native("C:\\old")));
 }
 
 TEST_F(WebDavTest, NamesBeyondAsciiAndSignsOfAddressesArrive) {
