@@ -9,6 +9,7 @@
 #include <iterator>
 #include <memory>
 
+#include "AllCatalogues.h"
 #include "RandomLogs.h"
 #include "base/RunTimeError.h"
 #include "loglist/ColumnValues.h"
@@ -23,16 +24,8 @@
 namespace logbook::insight {
 namespace {
 
+using test::AllCatalogues;
 using test::RandomLogs;
-
-const Catalogues& AllCatalogues() {
-  static const Catalogues kCatalogueRows = [] {
-    Catalogues catalogues;
-    FillCatalogues(catalogues);
-    return catalogues;
-  }();
-  return kCatalogueRows;
-}
 
 LogReading Read(const RandomLogs& logs, const std::string& folder) {
   return ReadLog(*logs.machine().code_page, AllCatalogues(),

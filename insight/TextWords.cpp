@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "insight/TextWords.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/UpperCase.h"
+#include "base/Utf8.h"
+
+namespace logbook::insight {
+namespace {
+
+enum class Sort { kOther, kLetter, kWhole };
+
+struct Run {
+  char32_t first;
+  char32_t last;
+};
+
+// clang-format off
+// Characters that are words of their own.
+constexpr auto kWhole = std::to_array<Run>({
+    {0x01, 0x01}, {0x3005, 0x3007}, {0x3041, 0x30FA}, {0x30FC, 0x30FF}, {0x3400, 0x4DBF},
+    {0x4E00, 0x9FFF}, {0xAC00, 0xD7A3}, {0xF900, 0xFAFF}, {0xFF66, 0xFF9F}, {0x20000, 0x3FFFF},
+});
+// Characters beyond ASCII that part words: signs, blanks, brackets, symbols.
+constexpr auto kParting = std::to_array<Run>({
+    {0x80, 0xA9}, {0xAB, 0xB1}, {0xB4, 0xB4}, {0xB6, 0xB8}, {0xBB, 0xBF}, {0xD7, 0xD7},
+    {0xF7, 0xF7}, {0x2000, 0x206F}, {0x20A0, 0x20CF}, {0x2190, 0x2BFF}, {0x3000, 0x3004},
+    {0x3008, 0x3040}, {0x30FB, 0x30FB}, {0xFE10, 0xFE6F}, {0xFEFF, 0xFEFF}, {0xFF01, 0xFF0F},
+    {0xFF1A, 0xFF20}, {0xFF3B, 0xFF40}, {0xFF5B, 0xFF65}, {0xFFE0, 0xFFFF},
+});
+// clang-format on
+
+template <typename Runs>
+bool Holds(const Runs& runs, char32_t character) {
+  return std::any_of(runs.begin(), runs.end(), [character](const Run& run) {
+    return character >= run.first && character <= run.last;
+  });
+}
+
+Sort SortOf(char32_t character) {
+  if (character == kNotUtf8) return Sort::kOther;
+  if (Holds(kWhole, character)) return Sort::kWhole;
+  return Holds(kParting, character) ? Sort::kOther : Sort::kLetter;
+}
+
+// For ASCII: the letter in upper case, the digit; 1 for the text break; 0 for what parts words.
+constexpr auto kAscii = [] {
+  std::array<char, 128> table{};
+  for (char c = '0'; c <= '9'; ++c) table[static_cast<std::size_t>(c)] = c;
+  for (char c = 'A'; c <= 'Z'; ++c) {
+    table[static_cast<std::size_t>(c)] = c;
+    table[static_cast<std::size_t>(c) + 32] = c;
+  }
+  table[1] = 1;
+  return table;
+}();
+
+}  // namespace
+
+void EachWord(std::string_view text, const WordSink& sink) {
+  std::string word;
+  std::size_t begin = 0;
+  const auto finish = [&](std::size_t end) {
+    if (!word.empty()) sink(word, begin, end);
+    word.clear();
+  };
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t start = at;
+    const auto byte = static_cast<unsigned char>(text[at]);
+    if (byte < 0x80 && byte != 1) {
+      ++at;
+      const char letter = kAscii[byte];
+      if (letter == 0) {
+        finish(start);
+        continue;
+      }
+      if (word.empty()) begin = start;
+      word += letter;
+      continue;
+    }
+    const char32_t character = NextCharacter(text, at);
+    const Sort sort = SortOf(character);
+    if (sort != Sort::kLetter) finish(start);
+    if (sort == Sort::kOther) continue;
+    if (word.empty()) begin = start;
+    AppendCharacter(UpperCase(character), word);
+    if (sort == Sort::kWhole) finish(at);
+  }
+  finish(text.size());
+}
+
+std::vector<std::string> WordsOf(std::string_view text) {
+  std::vector<std::string> words;
+  EachWord(text,
+           [&](std::string_view word, std::size_t, std::size_t) { words.emplace_back(word); });
+  return words;
+}
+
+bool HoldsPhrase(const std::vector<std::string>& words, const std::vector<std::string>& phrase,
+                 bool last_begins) {
+  if (phrase.empty()) return false;
+  const auto matches = [&](std::size_t at) {
+    for (std::size_t i = 0; i < phrase.size(); ++i) {
+      const bool begins = last_begins && i + 1 == phrase.size();
+      const std::string& word = words[at + i];
+      if (begins ? !word.starts_with(phrase[i]) : word != phrase[i]) return false;
+    }
+    return true;
+  };
+  for (std::size_t at = 0; at + phrase.size() <= words.size(); ++at) {
+    if (matches(at)) return true;
+  }
+  return false;
+}
+
+}  // namespace logbook::insight
