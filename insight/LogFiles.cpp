@@ -62,6 +62,9 @@ const LogFile* LogFiles::Find(std::string_view name) const {
 }
 
 bool IsWrittenByViewer(std::string_view name) {
+  // Nearly no name ends so.
+  const char last = name.empty() ? '\0' : static_cast<char>(name.back() | 0x20);
+  if (last != 't' && last != 'n') return false;
   return std::any_of(kViewerFiles.begin(), kViewerFiles.end(),
                      [name](std::string_view each) { return EqualIgnoringCase(each, name); });
 }

@@ -52,7 +52,11 @@ std::uint64_t FingerprintOf(const LogFiles& files);
 // kPathNotFound if the root cannot be found.
 std::vector<std::string> ScanLogRoot(const Machine& machine, std::string_view root);
 
-// The files of a log. A folder that is gone or cannot be read has none. Raises nothing.
+// Sorts names in that order.
+void SortLogNames(std::vector<std::string>& names);
+
+// The files of a log. A folder that is gone or cannot be read has none. The bytes of what the
+// viewer writes are left out. Raises nothing.
 LogFiles LoadLogFiles(const Machine& machine, std::string_view root, std::string_view folder);
 
 }  // namespace logbook::insight

@@ -19,17 +19,6 @@ namespace {
 constexpr std::string_view kSigns = "=!<>:";
 
 // clang-format off
-struct OptionName {
-  std::string_view name;
-  double LogOptions::*option;
-};
-constexpr auto kOptions = std::to_array<OptionName>({
-    {"LENS", &LogOptions::LENS},     {"LENS2", &LogOptions::LENS2},   {"LENS3", &LogOptions::LENS3},
-    {"Security", &LogOptions::Security}, {"STYLEB", &LogOptions::STYLEB},
-    {"NEW_RF", &LogOptions::NEW_RF}, {"QPTYPE", &LogOptions::QPTYPE}, {"AFC", &LogOptions::AFC},
-    {"SC", &LogOptions::SC},         {"OPGS", &LogOptions::OPGS},     {"PMP2", &LogOptions::PMP2},
-    {"COLOPGS", &LogOptions::COLOPGS},
-});
 struct Sign {
   std::string_view text;
   Comparison comparison;
@@ -115,19 +104,19 @@ std::optional<double> WholeTextNumber(std::string_view text) {
 Query ParseOption(QueryScanner& scanner) {
   const std::size_t place = scanner.Place();
   const std::string name = TakeText(scanner, kSigns);
-  const auto found = std::find_if(kOptions.begin(), kOptions.end(), [&](const OptionName& each) {
-    return EqualIgnoringCase(each.name, name);
-  });
-  if (found == kOptions.end()) {
+  const auto found =
+      std::find_if(kOptionNames.begin(), kOptionNames.end(),
+                   [&](const OptionName& each) { return EqualIgnoringCase(each.Name, name); });
+  if (found == kOptionNames.end()) {
     std::vector<std::string> names;
-    for (const OptionName& each : kOptions) names.emplace_back(each.name);
+    for (const OptionName& each : kOptionNames) names.emplace_back(each.Name);
     std::vector<std::string> near = NearNames(name, names);
     throw QueryError(place, "no option is called \"" + name + "\"",
                      near.empty() ? std::move(names) : std::move(near));
   }
   Query query;
   query.What = Query::Kind::kOption;
-  query.Option = found->option;
+  query.Option = found->Option;
   query.Compare = Comparison::kNotEqual;
   if (const std::optional<Comparison> comparison = TakeComparison(scanner)) {
     const std::size_t number_place = scanner.Place();

@@ -19,8 +19,9 @@ class RandomLogs {
  public:
   static constexpr const char* kRoot = "C:\\QUOREX\\inst1\\maintain\\";
 
-  explicit RandomLogs(std::uint64_t seed, int code_page = 1252) : random_(seed) {
+  explicit RandomLogs(std::uint64_t seed, int code_page = 1252) : disk_(code_page), random_(seed) {
     host::MakeWorkstation(disk_.home(), {code_page, {}});
+    disk_.MakeFolders("C:\\QUOREX\\inst1\\maintain");
   }
 
   // Adds logs, each of an instrument of its own: any lens family, any options, also numbers that no

@@ -1,0 +1,229 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "insight/IndexUpdate.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "insight/IndexLayout.h"
+#include "insight/QueryMatch.h"
+
+namespace logbook::insight {
+namespace {
+
+constexpr std::int64_t kToleratedWaste = 4096;
+
+std::size_t IndexOf(SpecialColumn column) {
+  return static_cast<std::size_t>(column);
+}
+
+// The columns of the block that is being filled.
+class BlockInMaking {
+ public:
+  BlockInMaking(IndexStore& store, const Catalogues& catalogues)
+      : store_(store),
+        catalogues_(catalogues),
+        next_(store.NextId()),
+        columns_(static_cast<std::size_t>(kColumnCount)) {
+    if (next_ % kBlockLogs == 0) return;
+    for (int column = 0; column < kColumnCount; ++column) {
+      columns_[static_cast<std::size_t>(column)] = store.Column(Block(), column);
+    }
+  }
+
+  bool IsFull() const { return next_ % kBlockLogs == 0 && added_; }
+
+  // Gives the log its number.
+  std::int64_t Add(const LogReading& reading) {
+    std::uint8_t states = 0;
+    for (int place = 0; place < kAllRows; ++place) {
+      const RowValue& value = reading.Values[static_cast<std::size_t>(place)];
+      states |= static_cast<std::uint8_t>(1U << static_cast<unsigned>(value.State));
+      columns_[static_cast<std::size_t>(place)].Add(static_cast<std::uint8_t>(value.State),
+                                                    NumberOf(place, value));
+    }
+    AddSpecial(reading, states);
+    added_ = true;
+    return next_++;
+  }
+
+  // Writes what was added.
+  void Put() {
+    if (!added_) return;
+    const std::int64_t block = (next_ - 1) / kBlockLogs;
+    for (int column = 0; column < kColumnCount; ++column) {
+      store_.PutColumn(block, column, columns_[static_cast<std::size_t>(column)]);
+    }
+    store_.SetNextId(next_);
+  }
+
+ private:
+  std::int64_t Block() const { return next_ / kBlockLogs; }
+
+  double NumberOf(int place, const RowValue& value) {
+    if (value.State != ValueState::kOk) return 0;
+    if (KindOf(catalogues_, RowAtPlace(place)) != RowKind::kText) return value.Number;
+    return static_cast<double>(store_.NumberOfText(value.Text));
+  }
+
+  void AddSpecial(const LogReading& reading, std::uint8_t states) {
+    const auto add = [&](SpecialColumn column, std::uint8_t state, double number) {
+      columns_[IndexOf(column)].Add(state, number);
+    };
+    add(SpecialColumn::kLive, 1, 0);
+    const auto seconds =
+        reading.Date ? static_cast<double>(reading.Date->time_since_epoch().count()) : 0.0;
+    add(SpecialColumn::kDate, reading.Date ? 1 : 0, seconds);
+    add(SpecialColumn::kName1, 0, NameNumber(reading.Identity.Folder, 0));
+    add(SpecialColumn::kName2, 0, NameNumber(reading.Identity.Folder, 6));
+    double ticks = 0;
+    for (std::size_t item = 0; item < reading.Ticks.size(); ++item) {
+      if (reading.Ticks[item]) ticks += static_cast<double>(1U << item);
+    }
+    add(SpecialColumn::kTicks, 0, ticks);
+    const int flags = (reading.Automatic ? kAutomaticFlag : 0) |
+                      (reading.HasTicks ? kTicksFlag : 0) | (reading.HasComment ? kCommentFlag : 0);
+    add(SpecialColumn::kFlags, static_cast<std::uint8_t>(flags), 0);
+    add(SpecialColumn::kStates, 0, states);
+    for (const OptionName& each : kOptionNames) {
+      columns_[static_cast<std::size_t>(ColumnOfOption(each.Option))].Add(
+          0, reading.Options.*each.Option);
+    }
+  }
+
+  IndexStore& store_;
+  const Catalogues& catalogues_;
+  std::int64_t next_;
+  std::vector<ValueColumn> columns_;
+  bool added_ = false;
+};
+
+class Updater {
+ public:
+  Updater(IndexStore& store, const CodePage& code_page, const Catalogues& catalogues,
+          const LogRootWalk& walk, const ProgressSink& progress)
+      : store_(store),
+        code_page_(code_page),
+        catalogues_(catalogues),
+        walk_(walk),
+        progress_(progress) {}
+
+  void Run() {
+    LookAtFolders();
+    SortLogNames(changed_);
+    for (std::size_t done = 0; done < changed_.size();) {
+      progress_({UpdateProgress::Step::kReading, done, changed_.size()});
+      store_.Change([&] { done = ReadBlock(done); });
+    }
+    if (!changed_.empty()) {
+      progress_({UpdateProgress::Step::kReading, changed_.size(), changed_.size()});
+    }
+    if (!gone_.empty()) {
+      store_.Change([&] {
+        for (const std::string& folder : gone_) RemoveUnlessBack(folder);
+      });
+    }
+  }
+
+ private:
+  // Finds out what changed.
+  void LookAtFolders() {
+    const std::vector<std::string> names = walk_.Names();
+    std::unordered_map<std::string, std::uint64_t> known;
+    for (StoredLog& log : store_.Logs()) known.emplace(std::move(log.Folder), log.Stamp);
+    std::size_t done = 0;
+    for (const std::string& name : names) {
+      if (done++ % 64 == 0) progress_({UpdateProgress::Step::kLooking, done - 1, names.size()});
+      const auto entry = known.find(name);
+      const bool unchanged = entry != known.end() && IsUnchanged(name, entry->second);
+      if (!unchanged) changed_.push_back(name);
+      if (entry != known.end()) known.erase(entry);
+    }
+    for (const auto& [folder, stamp] : known) gone_.push_back(folder);
+  }
+
+  bool IsUnchanged(const std::string& name, std::uint64_t stored) const {
+    if (stored == 0) return false;
+    const std::optional<LogStamp> stamp = walk_.Stamp(name);
+    return stamp && stamp->Digest == stored;
+  }
+
+  // Reads changed logs from this one on until a block is full; the number of logs done then.
+  std::size_t ReadBlock(std::size_t done) {
+    BlockInMaking block(store_, catalogues_);
+    std::vector<std::int64_t> removed;
+    while (done < changed_.size() && !block.IsFull()) ReadOne(changed_[done++], block, removed);
+    block.Put();
+    for (const std::int64_t id : removed) MarkDead(id);
+    return done;
+  }
+
+  void ReadOne(const std::string& name, BlockInMaking& block, std::vector<std::int64_t>& removed) {
+    // The stamp is taken before the bytes, so that a change in between shows next time.
+    const std::optional<LogStamp> stamp = walk_.Stamp(name);
+    const std::optional<StoredLog> stored = store_.LogOfFolder(name);
+    // Another program has read it meanwhile.
+    if (stamp && stored && stored->Stamp == stamp->Digest) return;
+    if (stored) {
+      store_.RemoveLog(stored->Id);
+      removed.push_back(stored->Id);
+    }
+    if (stamp) Put(name, *stamp, block);
+  }
+
+  void Put(const std::string& name, const LogStamp& stamp, BlockInMaking& block) {
+    const LogFiles files = walk_.Load(name);
+    const LogReading reading = ReadLog(code_page_, catalogues_, files);
+    StoredLog log;
+    log.Id = block.Add(reading);
+    log.Folder = name;
+    log.Stamp = stamp.Settled ? stamp.Digest : 0;
+    log.Record = PackRecord({reading.Identity.Fingerprint, reading.Identity.Date, reading.Comment,
+                             reading.RefusedFiles});
+    store_.PutLog(log);
+    store_.PutWords(log.Id, SearchedText(code_page_, catalogues_, files, reading));
+  }
+
+  void RemoveUnlessBack(const std::string& folder) {
+    if (walk_.Stamp(folder)) return;
+    const std::optional<StoredLog> stored = store_.LogOfFolder(folder);
+    if (!stored) return;
+    store_.RemoveLog(stored->Id);
+    MarkDead(stored->Id);
+  }
+
+  void MarkDead(std::int64_t id) {
+    const std::int64_t block = id / kBlockLogs;
+    const int column = static_cast<int>(SpecialColumn::kLive);
+    ValueColumn live = store_.Column(block, column);
+    const auto place = static_cast<std::size_t>(id % kBlockLogs);
+    if (place >= live.States.size()) {
+      throw IndexError(IndexError::Kind::kDamaged, "the index is damaged");
+    }
+    live.States[place] = 0;
+    store_.PutColumn(block, column, live);
+  }
+
+  IndexStore& store_;
+  const CodePage& code_page_;
+  const Catalogues& catalogues_;
+  const LogRootWalk& walk_;
+  const ProgressSink& progress_;
+  std::vector<std::string> changed_;
+  std::vector<std::string> gone_;
+};
+
+}  // namespace
+
+void UpdateIndex(IndexStore& store, const CodePage& code_page, const Catalogues& catalogues,
+                 const LogRootWalk& walk, const ProgressSink& progress) {
+  Updater(store, code_page, catalogues, walk, progress).Run();
+}
+
+bool IsMostlyWaste(IndexStore& store) {
+  const std::int64_t logs = static_cast<std::int64_t>(store.Logs().size());
+  return store.NextId() > 2 * logs + kToleratedWaste;
+}
+
+}  // namespace logbook::insight

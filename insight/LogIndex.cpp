@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "insight/LogIndex.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "base/RunTimeError.h"
+
+namespace logbook::insight {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMostAttempts = 4;
+constexpr std::string_view kSuffix = ".db";
+
+std::string Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+std::string Hexadecimal(std::uint64_t number) {
+  std::array<char, 17> digits{};
+  std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(number));
+  return digits.data();
+}
+
+std::uint64_t LongChecksum(const std::string& text) {
+  return static_cast<std::uint64_t>(ChecksumOf(text)) << 32 | ChecksumOf(text + "\n");
+}
+
+// What the catalogues say; an index made from others is of no use.
+std::string CatalogueDigest(const Catalogues& catalogues) {
+  std::string text;
+  for (int place = 0; place < kAllRows; ++place) {
+    const RowInfo info = DescribeRow(catalogues, RowAtPlace(place));
+    text += info.Label + "\n" + info.Unit + "\n" + info.Format + "\n" + info.Section + "\n";
+  }
+  return Hexadecimal(LongChecksum(text));
+}
+
+// A path with no link in it, as far as it exists.
+std::string Canonical(const std::string& path) {
+  std::error_code failure;
+  const fs::path canonical = fs::weakly_canonical(path, failure);
+  return failure ? path : canonical.string();
+}
+
+bool LiesIn(const std::string& folder, const std::string& path) {
+  return path == folder || path.starts_with(folder == "/" ? folder : folder + "/");
+}
+
+// The files of an index are NAME.1.db, NAME.2.db and so on; the one with the highest number is in
+// use. A damaged one is left behind rather than replaced, as another program may have it open.
+int NumberOfFile(const std::string& file_name, const std::string& index_name) {
+  if (!file_name.starts_with(index_name + ".") || !file_name.ends_with(kSuffix)) return 0;
+  const std::size_t begin = index_name.size() + 1;
+  const char* const end = file_name.data() + file_name.size() - kSuffix.size();
+  int number = 0;
+  const auto [stop, error] = std::from_chars(file_name.data() + begin, end, number);
+  return error == std::errc() && stop == end ? number : 0;
+}
+
+int HighestNumber(const fs::path& folder, const std::string& index_name) {
+  int highest = 0;
+  std::error_code failure;
+  for (const auto& entry : fs::directory_iterator(folder, failure)) {
+    highest = std::max(highest, NumberOfFile(entry.path().filename().string(), index_name));
+  }
+  return highest;
+}
+
+void MakeFolder(const std::string& folder) {
+  std::error_code failure;
+  if (!fs::create_directories(folder, failure)) return;
+  // Comments are nobody else's business.
+  fs::permissions(folder, fs::perms::owner_all, failure);
+}
+
+}  // namespace
+
+std::string DefaultIndexFolder() {
+  // A relative folder does not count there, by the rule for that variable.
+  std::string cache = Environment("XDG_CACHE_HOME");
+  if (!cache.starts_with("/")) cache = Environment("HOME") + "/.cache";
+  return cache + "/quorex-logbook/insight";
+}
+
+LogIndex::LogIndex(const CodePage& code_page, const Catalogues& catalogues,
+                   const std::string& native_root, IndexSettings settings)
+    : code_page_(code_page),
+      catalogues_(catalogues),
+      root_(Canonical(native_root)),
+      settings_(std::move(settings)) {
+  if (!LiesIn(root_, Canonical(settings_.Folder))) return;
+  in_memory_ = true;
+  settings_.Warn("the cache lies among the logs, so no index is kept");
+}
+
+LogIndex::~LogIndex() = default;
+
+FindResult LogIndex::Find(const FindRequest& request) {
+  for (int attempt = 1;; ++attempt) {
+    try {
+      Prepare();
+      return FindInIndex(*store_, catalogues_, request);
+    } catch (const IndexError& error) {
+      store_.reset();
+      if (attempt == kMostAttempts) throw;
+      Recover(error);
+    }
+  }
+}
+
+void LogIndex::Prepare() {
+  if (store_ != nullptr) return;
+  if (walk_ == nullptr) walk_ = std::make_unique<LogRootWalk>(root_);
+  Open();
+  if (IsMostlyWaste(*store_)) {
+    Retire();
+    Open();
+  }
+  UpdateIndex(*store_, code_page_, catalogues_, *walk_, settings_.Progress);
+}
+
+void LogIndex::Open() {
+  const std::string page = std::to_string(code_page_.Number());
+  if (!in_memory_ && file_.empty()) {
+    MakeFolder(settings_.Folder);
+    const std::string name = Hexadecimal(LongChecksum(root_)) + "-" + page;
+    const int number = std::max(1, HighestNumber(settings_.Folder, name));
+    file_ = settings_.Folder + "/" + name + "." + std::to_string(number) + std::string(kSuffix);
+  }
+  const std::string contents = root_ + "\n" + std::to_string(walk_->Identity()) + "\n" + page +
+                               "\n" + CatalogueDigest(catalogues_);
+  store_ = std::make_unique<IndexStore>(file_, contents);
+}
+
+void LogIndex::Retire() {
+  store_.reset();
+  if (in_memory_) return;
+  const fs::path old = file_;
+  const std::string stem = old.stem().string();  // NAME.NUMBER
+  const std::string name = stem.substr(0, stem.rfind('.'));
+  const int number = NumberOfFile(old.filename().string(), name);
+  file_ = settings_.Folder + "/" + name + "." + std::to_string(number + 1) + std::string(kSuffix);
+  std::error_code ignored;
+  for (int each = 1; each <= number; ++each) {
+    const std::string path =
+        settings_.Folder + "/" + name + "." + std::to_string(each) + std::string(kSuffix);
+    for (const char* part : {"", "-wal", "-shm", "-journal"}) fs::remove(path + part, ignored);
+  }
+}
+
+void LogIndex::Recover(const IndexError& error) {
+  if (error.What() == IndexError::Kind::kDamaged) {
+    Retire();
+    return;
+  }
+  if (in_memory_) throw IndexError(error);
+  settings_.Warn(std::string(error.what()) + "; an index in memory is used instead");
+  in_memory_ = true;
+  file_.clear();
+}
+
+}  // namespace logbook::insight
