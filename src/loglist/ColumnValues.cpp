@@ -123,13 +123,13 @@ void ExpectColumn(const AppState& state, const ColumnChoice& choice, SnapshotWan
   };
   const auto row = static_cast<std::int16_t>(item);
   const Catalogues& catalogues = state.catalogues;
-  if (choice.category == kMeter && is_row_of(catalogues.MeterItems)) {
+  if (choice.category == kMeterCategory && is_row_of(catalogues.MeterItems)) {
     wants.Add(kMeterFile, item);
     wants.options |= OptionsBearOnMeterParam(row);
-  } else if (choice.category == kAnalog && is_row_of(catalogues.AnalogItems)) {
+  } else if (choice.category == kAnalogCategory && is_row_of(catalogues.AnalogItems)) {
     wants.Add(kAnalogFile, item);
     wants.options |= OptionsBearOnAnalogParam(catalogues, row);
-  } else if (choice.category == kTune && is_row_of(catalogues.TuneItems)) {
+  } else if (choice.category == kTuneCategory && is_row_of(catalogues.TuneItems)) {
     const TuneItemRecord& record = RowAt(catalogues.TuneItems, item);
     wants.Add(record.File, record.Var);
     wants.options |= OptionsBearOnTuneParam(record.Group);

@@ -34,9 +34,9 @@ void FillAnalogList(AppState& state, std::int16_t column, const std::string& cat
 void FillTuneList(AppState& state, std::int16_t column, const std::string& category, int item);
 
 // The categories as logbook.ini names them.
-inline constexpr std::string_view kMeter = "Meter";
-inline constexpr std::string_view kTune = "Tune";
-inline constexpr std::string_view kAnalog = "Analog";
+inline constexpr std::string_view kMeterCategory = "Meter";
+inline constexpr std::string_view kTuneCategory = "Tune";
+inline constexpr std::string_view kAnalogCategory = "Analog";
 
 // What a fill with this choice will ask of each log; a choice that means nothing adds nothing.
 void ExpectColumn(const AppState& state, const ColumnChoice& choice, SnapshotWants& wants);

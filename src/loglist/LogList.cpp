@@ -69,9 +69,9 @@ void FillColumn(AppState& state, std::int16_t column, const ColumnChoice& choice
     state.ListView1.Column(column + kFirstValueColumn - 1).Text =
         std::string(LoadResString(125)) + " " + std::to_string(column);
   }
-  if (category == kMeter) FillMeterList(state, column, category, choice.item);
-  if (category == kTune) FillTuneList(state, column, category, choice.item);
-  if (category == kAnalog) FillAnalogList(state, column, category, choice.item);
+  if (category == kMeterCategory) FillMeterList(state, column, category, choice.item);
+  if (category == kTuneCategory) FillTuneList(state, column, category, choice.item);
+  if (category == kAnalogCategory) FillAnalogList(state, column, category, choice.item);
 }
 
 }  // namespace
