@@ -100,7 +100,7 @@ TEST(Query, FindsTheLogByEachKindOfCondition) {
                             "NOT (nothing)",
                             "NOT NOT cones",
                             "nothing cones OR torch",
-                            "and",
+
                             "cones \"OR\" OR torch"}) {
     EXPECT_TRUE(Found(query)) << query;
   }
