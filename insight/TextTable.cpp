@@ -23,7 +23,8 @@ TextTable::TextTable(std::initializer_list<std::string_view> titles) {
     if (title.starts_with('>')) title.remove_prefix(1);
     row.emplace_back(title);
   }
-  Add(std::move(row));
+  const auto is_empty = [](const std::string& title) { return title.empty(); };
+  if (!std::all_of(row.begin(), row.end(), is_empty)) Add(std::move(row));
 }
 
 void TextTable::Add(std::vector<std::string> cells) {
@@ -37,11 +38,15 @@ void TextTable::Add(std::vector<std::string> cells) {
   rows_.push_back(std::move(cells));
 }
 
+void TextTable::AddLine(std::string line) {
+  rows_.push_back({std::move(line)});
+}
+
 std::string TextTable::Text() const {
   std::string text;
   for (const std::vector<std::string>& row : rows_) {
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) {
+    std::string line = row.size() == 1 ? row.front() : "";
+    for (std::size_t i = 0; row.size() > 1 && i < row.size(); ++i) {
       const std::string room(columns_[i].width - Characters(row[i]), ' ');
       line += (i == 0 ? "" : "  ") + (columns_[i].right ? room + row[i] : row[i] + room);
     }

@@ -17,11 +17,15 @@ class TextTable {
  public:
   // The titles stand above the columns. A title that begins with ">" (not shown) has its column
   // flush right.
+  // No line of titles if all are empty. There are two columns at least.
   explicit TextTable(std::initializer_list<std::string_view> titles);
 
   // A row; cells beyond the titles are dropped, missing ones are empty. Line ends and tabs in a
   // cell become blanks.
   void Add(std::vector<std::string> cells);
+
+  // A line of its own that no column follows, such as a heading.
+  void AddLine(std::string line);
 
   // All lines, each ended by a line feed and without blanks at its end.
   std::string Text() const;
@@ -31,6 +35,7 @@ class TextTable {
     bool right = false;
     std::size_t width = 0;  // characters
   };
+  // A row of a single cell is a line of its own.
   std::vector<Column> columns_;
   std::vector<std::vector<std::string>> rows_;
 };

@@ -24,5 +24,13 @@ TEST(TextTable, ACellIsOneLine) {
   EXPECT_EQ(table.Text(), "a       b\nx  y z  1\n");
 }
 
+TEST(TextTable, ALineOfItsOwnWidensNoColumn) {
+  TextTable table({"", ">"});
+  table.AddLine("A heading that is long");
+  table.Add({"a", "1"});
+  table.Add({"b", "20"});
+  EXPECT_EQ(table.Text(), "A heading that is long\na   1\nb  20\n");
+}
+
 }  // namespace
 }  // namespace logbook::insight
