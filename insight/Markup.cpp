@@ -22,26 +22,41 @@ bool IsText(char32_t character) {
 
 }  // namespace
 
-std::string EscapeMarkup(std::string_view text) {
-  std::string escaped;
+std::string CleanText(std::string_view text) {
+  std::string clean;
   std::size_t position = 0;
   while (position < text.size()) {
     const std::size_t from = position;
-    const char32_t character = NextCharacter(text, position);
-    if (character == '&') {
-      escaped += "&amp;";
-    } else if (character == '<') {
-      escaped += "&lt;";
-    } else if (character == '>') {
-      escaped += "&gt;";
-    } else if (character == '"') {
-      escaped += "&quot;";
-    } else if (character == '\'') {
-      escaped += "&#39;";
-    } else if (IsText(character)) {
-      escaped += text.substr(from, position - from);
+    if (IsText(NextCharacter(text, position))) {
+      clean += text.substr(from, position - from);
     } else {
-      escaped += "\xEF\xBF\xBD";
+      clean += "\xEF\xBF\xBD";
+    }
+  }
+  return clean;
+}
+
+std::string EscapeMarkup(std::string_view text) {
+  std::string escaped;
+  for (const char each : CleanText(text)) {
+    switch (each) {
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      case '>':
+        escaped += "&gt;";
+        break;
+      case '"':
+        escaped += "&quot;";
+        break;
+      case '\'':
+        escaped += "&#39;";
+        break;
+      default:
+        escaped += each;
     }
   }
   return escaped;
