@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <sstream>
+#include <tuple>
 
 #include "CellWatch.h"
 #include "PrintShop.h"
@@ -124,6 +125,26 @@ TEST_F(PrintReportTest, LogThatIsCutOnTheScreenIsWholeOnPaperAndEveryPageTellsIt
   EXPECT_GT(pages.size(), 20u);
   ExpectMargins(pages, "Error Log", from(), std::time(nullptr));
   EXPECT_EQ(WithoutEmpty(RowsOf(pages)), WithoutEmpty(RowsFor("errlog.txt")));
+}
+
+// Every byte value stands in these files, and lines of any length.
+TEST_F(PrintReportTest, LogsThatAreNoTextPrintAllTheSame) {
+  work().RunHost({"fill", "--logs", "1", "--until", "2026-01-01", "--broken", "binary",
+                  "--log-kilobytes", "63"});
+  Start();
+  ViewerPage viewer = View(kLog);
+  for (const auto& [key, file, title] : {std::tuple("a", "acqlog.txt", "Acquisition Log"),
+                                         {"s", "sequence.log", "Sequence Log"},
+                                         {"c", "chnseq.log", "Chained Sequence Log"},
+                                         {"e", "errlog.txt", "Error Log"}}) {
+    ASSERT_GE(work().machine().Get(InLog(file)).size(), 20000u);
+    viewer.Choose({"alt+l", key});
+    const auto pages = Print(viewer, file);
+    ASSERT_GT(pages.size(), 1u) << file;
+    EXPECT_EQ(pages[0].header, title);
+    EXPECT_THAT(RowsOf(pages), testing::Contains("Comment:")) << file;
+  }
+  desktop().WaitForWindow(viewer.title());
 }
 
 TEST_F(PrintReportTest, SequenceLogLiesOnItsSideAndLinesWiderThanThePaperGoOnWithoutLoss) {

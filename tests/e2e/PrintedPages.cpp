@@ -21,7 +21,7 @@ constexpr double kTolerance = 2;
 
 std::string WithoutEntities(std::string text) {
   constexpr std::pair<const char*, const char*> kEntities[] = {
-      {"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}};
+      {"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&apos;", "'"}, {"&amp;", "&"}};
   for (const auto& [entity, character] : kEntities) {
     for (std::size_t at = 0; (at = text.find(entity, at)) != std::string::npos; ++at)
       text.replace(at, std::string(entity).size(), character);
