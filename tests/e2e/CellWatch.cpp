@@ -3,12 +3,9 @@
 
 #include "CellWatch.h"
 
-#include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QElapsedTimer>
-#include <QTimer>
 #include <algorithm>
 #include <stdexcept>
 
@@ -50,38 +47,17 @@ void CellWatch::WaitFor(const std::string& text) {
                [&] { return std::find(heard_.begin(), heard_.end(), text) != heard_.end(); });
 }
 
-void CellWatch::SendSet(const std::string& text) {
+void CellWatch::Set(const std::string& text) {
+  const auto before = heard_.size();
   QDBusMessage call =
       QDBusMessage::createMethodCall(kService, kPath, kProperties, QStringLiteral("Set"));
   call << kInterface << QStringLiteral("Text")
        << QVariant::fromValue(QDBusVariant(QString::fromStdString(text)));
   if (!bus_.send(call)) throw std::runtime_error("the cell cannot be written");
-}
-
-void CellWatch::Set(const std::string& text) {
-  const auto before = heard_.size();
-  SendSet(text);
   e2e::WaitFor("the cell to take \"" + text + "\"", [&] {
     return std::find(heard_.begin() + static_cast<std::ptrdiff_t>(before), heard_.end(), text) !=
            heard_.end();
   });
-}
-
-std::chrono::microseconds CellWatch::TimeToAnswer(const std::string& text,
-                                                  const std::string& answer) {
-  Forget();
-  // Wakes the event loop below if nothing comes.
-  QTimer alarm;
-  alarm.start(1000);
-  QElapsedTimer clock;
-  clock.start();
-  SendSet(text);
-  while (std::find(heard_.begin(), heard_.end(), answer) == heard_.end()) {
-    if (clock.elapsed() > std::chrono::milliseconds(kLimit).count())
-      throw TimeOut("the cell's answer \"" + answer + "\"");
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  }
-  return std::chrono::microseconds(clock.nsecsElapsed() / 1000);
 }
 
 int CellWatch::Owner() {

@@ -8,7 +8,6 @@
 #include <QObject>
 #include <QStringList>
 #include <QVariantMap>
-#include <chrono>
 #include <string>
 #include <vector>
 
@@ -26,13 +25,10 @@ class CellWatch : public QObject {
 
   // The texts that the cell has announced, in order; each change once, whoever made it.
   const std::vector<std::string>& Heard() const { return heard_; }
-  void Forget() { heard_.clear(); }
-  // Waits until the cell announces this text after the last Forget.
+  // Waits until the cell has announced this text.
   void WaitFor(const std::string& text);
   // Writes the cell.
   void Set(const std::string& text);
-  // Writes the cell and measures how long it takes until the cell announces the answer.
-  std::chrono::microseconds TimeToAnswer(const std::string& text, const std::string& answer);
   // The process that owns the cell, 0 for none.
   int Owner();
 
@@ -41,8 +37,6 @@ class CellWatch : public QObject {
                            const QStringList& invalidated);
 
  private:
-  void SendSet(const std::string& text);
-
   QDBusConnection bus_;
   std::vector<std::string> heard_;
 };

@@ -18,7 +18,7 @@
 namespace logbook::test {
 namespace {
 
-constexpr int kPatienceMilliseconds = 10000;
+constexpr int kPatienceMilliseconds = 60000;
 
 QString Name(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));

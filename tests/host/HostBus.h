@@ -16,7 +16,7 @@
 
 namespace logbook::test {
 
-// Lets events through until the condition holds. False if that takes longer than 10 s.
+// Lets events through until the condition holds. False if that takes longer than a minute.
 bool Until(const std::function<bool()>& condition);
 
 // A message bus for the life of the object.
@@ -40,7 +40,7 @@ struct ProgramResult {
 };
 
 // Runs a program to its end with the bus as session bus and the home as the logbook's home. The
-// status is -1 if it crashes, cannot be started or takes longer than 10 s.
+// status is -1 if it crashes, cannot be started or takes longer than a minute.
 ProgramResult RunProgram(const QString& program, const QStringList& arguments,
                          const std::string& home, const QString& bus_address = {});
 

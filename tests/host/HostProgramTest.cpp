@@ -308,8 +308,7 @@ TEST_F(HostProgram, BusyHostHoldsTheCellAtTheStartAndAfterAJob) {
   QElapsedTimer timer;
   timer.start();
   logbook.Appear();
-  ASSERT_TRUE(Until([&] { return logbook.Text() == QStringLiteral("5"); }));
-  ASSERT_TRUE(Cleared(logbook));
+  ASSERT_TRUE(Until([&] { return logbook.history().size() == 2; }));
   EXPECT_GE(timer.elapsed(), 150);
   logbook.SetText(QStringLiteral("1"));
   ASSERT_TRUE(Cleared(logbook));

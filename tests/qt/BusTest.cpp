@@ -391,7 +391,7 @@ TEST_F(ProcessOnTheBus, TheNameIsFreeAgainWhenItsOwnerHasGone) {
     QDBusConnection::disconnectFromBus(name);
   }
   DBusProcess second(bus.Connect());
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !second.OtherInstanceRuns(); }, 5000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !second.OtherInstanceRuns(); }, 20000));
 }
 
 TEST(ProcessWithoutABus, ThereIsNoOtherInstance) {
@@ -427,7 +427,7 @@ TEST_F(ProcessOnTheBus, TheLastValueOfTheCellIsOutWhenTheProcessHasEnded) {
         process.End(3);
       },
       testing::ExitedWithCode(3), "");
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !receiver.texts.empty(); }, 5000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !receiver.texts.empty(); }, 20000));
   EXPECT_EQ(receiver.texts, std::vector<std::string>{"9"});
 }
 
