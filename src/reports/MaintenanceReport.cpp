@@ -3,19 +3,47 @@
 
 #include "reports/MaintenanceReport.h"
 
-#include "text/CSVMan.h"
+#include <string>
+#include <vector>
+
+#include "base/Files.h"
+#include "base/Profile.h"
+#include "base/RunTimeError.h"
 #include "text/LeadingNumber.h"
 
 namespace logbook {
 
+namespace {
+
+constexpr std::size_t kBuffer = 512;
+
+// A file that cannot be read has no keys.
+std::string BytesOf(const Machine& machine, const std::string& profile) {
+  try {
+    return ReadFile(machine, profile);
+  } catch (const RunTimeError&) {
+    return {};
+  }
+}
+
+// The ticks of all items, by item.
+std::vector<std::string> TicksIn(const Machine& machine, const std::string& profile) {
+  std::vector<std::string> names;
+  for (int item = 0; item < kItemHeaderCount; ++item)
+    names.push_back("Item" + std::to_string(item));
+  const std::vector<std::string_view> keys(names.begin(), names.end());
+  return GetProfileStrings(machine, "Maintenance", keys, "0", kBuffer, BytesOf(machine, profile));
+}
+
+}  // namespace
+
 std::string MaintenanceText(const Machine& machine, const Catalogues& catalogues,
                             std::string_view log_folder) {
-  const std::string profile = std::string(log_folder) + "logfile.ini";
+  const std::vector<std::string> ticks = TicksIn(machine, std::string(log_folder) + "logfile.ini");
   std::string text;
   for (int item = 0; item < kItemHeaderCount; ++item) {
-    std::string tick;
-    GetIniString(machine, "Maintenance", "Item" + std::to_string(item), "0", tick, profile);
-    if (LeadingNumber(tick) == 1) text.append(RowAt(catalogues.ItemHeaders, item)).append("\r\n");
+    if (LeadingNumber(ticks[static_cast<std::size_t>(item)]) == 1)
+      text.append(RowAt(catalogues.ItemHeaders, item)).append("\r\n");
   }
   return text;
 }
