@@ -14,77 +14,106 @@ namespace {
 
 constexpr int kSignificantDigits = 15;
 
+// Enough digits to tell a half from its neighbours.
+constexpr int kExactDigits = 41;
+// From here on a double has all its digits.
+constexpr double kSmallestFull = 1e-290;
+
 // A decimal number without sign: digits d1 d2 d3 ... stand for d1.d2d3... times ten to the power
 // of the exponent. Zero is the single digit 0 with exponent 0.
 struct Decimal {
-  std::string digits;
+  std::array<char, kExactDigits> digits;
+  int count = 0;
   int exponent = 0;
+
+  char& operator[](int index) { return digits[static_cast<std::size_t>(index)]; }
+  char operator[](int index) const { return digits[static_cast<std::size_t>(index)]; }
+  void SetTo(char digit) {
+    digits[0] = digit;
+    count = 1;
+  }
+  bool IsZero() const {
+    return std::all_of(digits.begin(), digits.begin() + count, [](char c) { return c == '0'; });
+  }
 };
 
 // Keeps the first `count` digits, halves away from zero. A count of 0 or less keeps nothing but
 // the carry.
 void RoundTo(Decimal& number, int count) {
-  if (count >= static_cast<int>(number.digits.size())) return;
-  const bool up = count >= 0 && number.digits[static_cast<std::size_t>(count)] >= '5';
-  number.digits.resize(static_cast<std::size_t>(std::max(count, 0)));
+  if (count >= number.count) return;
+  const bool up = count >= 0 && number[count] >= '5';
+  number.count = std::max(count, 0);
   if (up) {
-    const std::size_t last = number.digits.find_last_not_of('9');
-    number.digits.resize(last == std::string::npos ? 0 : last + 1);
-    if (number.digits.empty()) {
-      number.digits += '1';
+    while (number.count > 0 && number[number.count - 1] == '9') --number.count;
+    if (number.count == 0) {
+      number.SetTo('1');
       ++number.exponent;
     } else {
-      ++number.digits.back();
+      ++number[number.count - 1];
     }
   }
-  if (number.digits.find_first_not_of('0') == std::string::npos) number = {"0", 0};
+  if (number.IsZero()) {
+    number.SetTo('0');
+    number.exponent = 0;
+  }
+}
+
+// A number in the form d.ddde+xx.
+Decimal Parse(std::string_view text) {
+  const std::size_t letter = text.find('e');
+  Decimal number;
+  for (const char c : text.substr(0, letter)) {
+    if (c != '.') number[number.count++] = c;
+  }
+  const std::size_t sign = text[letter + 1] == '+' ? 1 : 0;
+  std::from_chars(text.data() + letter + 1 + sign, text.data() + text.size(), number.exponent);
+  return number;
 }
 
 Decimal DecimalOf(double value) {
-  // Enough digits to tell a half from its neighbours.
-  constexpr int kPrecision = 40;
-  std::array<char, kPrecision + 16> buffer;
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                          std::chars_format::scientific, kPrecision);
-  const std::string_view text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
-  const std::size_t letter = text.find('e');
-  Decimal number;
-  number.digits = text.substr(0, 1);
-  number.digits += text.substr(2, letter - 2);
-  const std::size_t sign = text[letter + 1] == '+' ? 1 : 0;
-  std::from_chars(text.data() + letter + 1 + sign, text.data() + text.size(), number.exponent);
+  std::array<char, kExactDigits + 16> buffer;
+  const auto text_to = [&](const char* end) {
+    return std::string_view(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
+  };
+  char* const last = buffer.data() + buffer.size();
+  if (value >= kSmallestFull) {
+    // The shortest number that reads as the value again lies nearer to it than half a unit of the
+    // last significant digit: if it has no more digits, it is the value rounded to them.
+    const Decimal shortest = Parse(
+        text_to(std::to_chars(buffer.data(), last, value, std::chars_format::scientific).ptr));
+    if (shortest.count <= kSignificantDigits) return shortest;
+  }
+  Decimal number = Parse(text_to(
+      std::to_chars(buffer.data(), last, value, std::chars_format::scientific, kExactDigits - 1)
+          .ptr));
   RoundTo(number, kSignificantDigits);
-  if (number.digits.find_first_not_of('0') == std::string::npos) number = {"0", 0};
   return number;
 }
 
 // The digit that stands at this power of ten.
 char DigitAt(const Decimal& number, int power) {
   const int index = number.exponent - power;
-  const bool held = index >= 0 && index < static_cast<int>(number.digits.size());
-  return held ? number.digits[static_cast<std::size_t>(index)] : '0';
+  return index >= 0 && index < number.count ? number[index] : '0';
 }
 
-std::string Digits(const Decimal& number, int highest_power, int places) {
-  std::string text;
+void AppendDigits(std::string& text, const Decimal& number, int highest_power, int places) {
   for (int power = highest_power; power >= 0; --power) text += DigitAt(number, power);
   if (places > 0) text += '.';
   for (int power = -1; power >= -places; --power) text += DigitAt(number, power);
-  return text;
 }
 
-std::string Scientific(Decimal number, int places) {
+void AppendScientific(std::string& text, Decimal number, int places) {
   RoundTo(number, places + 1);
   const int exponent = number.exponent;
   number.exponent = 0;
-  std::string text = Digits(number, 0, places);
+  AppendDigits(text, number, 0, places);
   text += 'e';
-  return text += std::to_string(exponent);
+  text += std::to_string(exponent);
 }
 
-std::string FixedPoint(Decimal number, int places) {
+void AppendFixedPoint(std::string& text, Decimal number, int places) {
   RoundTo(number, number.exponent + places + 1);
-  return Digits(number, std::max(number.exponent, 0), places);
+  AppendDigits(text, number, std::max(number.exponent, 0), places);
 }
 
 }  // namespace
@@ -98,7 +127,8 @@ std::string FormatNumber(double value, std::string_view picture) {
   const Decimal number = DecimalOf(std::abs(value));
   const bool scientific = mantissa.size() < picture.size();
   std::string text = value < 0 ? "-" : "";
-  return text += scientific ? Scientific(number, places) : FixedPoint(number, places);
+  (scientific ? AppendScientific : AppendFixedPoint)(text, number, places);
+  return text;
 }
 
 }  // namespace logbook

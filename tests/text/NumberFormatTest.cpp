@@ -6,10 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <fstream>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <random>
 #include <string>
 
 #include "support/GermanLocale.h"
@@ -95,6 +97,20 @@ TEST(NumberFormat, TheLargestAndSmallestNumbersAreRendered) {
   constexpr double kTiny = std::numeric_limits<double>::denorm_min();
   EXPECT_EQ(FormatNumber(kMax, "0").size(), 309u);
   Expect({{kMax, "0.00e-#", "1.80e308"}, {kTiny, "0.00e-#", "4.94e-324"}, {kTiny, "0.0", "0.0"}});
+}
+
+// Numbers whose shortest form has 15 digits or fewer, and their neighbours, whose has more.
+TEST(NumberFormat, ANumberAndItsNeighboursAgreeInFifteenDigits) {
+  std::mt19937_64 random(1);
+  for (int round = 0; round < 20000; ++round) {
+    const std::string digits = std::to_string(100'000'000'000'000 + random() % 900'000'000'000'000);
+    const std::string exponent = std::to_string(static_cast<int>(random() % 400) - 200);
+    const std::string text = digits.substr(0, 1) + "." + digits.substr(1) + "e" + exponent;
+    const double value = std::stod(text);
+    for (const double near : {value, std::nextafter(value, 0.0), std::nextafter(value, 1e300)}) {
+      ASSERT_EQ(FormatNumber(near, "0.00000000000000e-#"), text);
+    }
+  }
 }
 
 TEST(NumberFormat, DoesNotDependOnTheLocale) {
