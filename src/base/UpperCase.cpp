@@ -60,7 +60,13 @@ std::string UpperCaseText(std::string_view text) {
   std::string result;
   result.reserve(text.size());
   std::size_t position = 0;
-  while (position < text.size()) {
+  while (true) {
+    const std::size_t end = EndOfAscii(text, position);
+    const auto done = static_cast<std::ptrdiff_t>(result.size());
+    result.append(text.substr(position, end - position));
+    std::transform(result.begin() + done, result.end(), result.begin() + done, UpperCaseByte);
+    position = end;
+    if (position == text.size()) break;
     const std::size_t start = position;
     const char32_t character = NextCharacter(text, position);
     if (character == kNotUtf8) {

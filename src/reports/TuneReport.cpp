@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "catalogue/OptionGating.h"
-#include "snapshot/MacroSearch.h"
+#include "snapshot/MacroIndex.h"
 #include "text/NumberFormat.h"
 
 namespace logbook {
@@ -20,68 +20,89 @@ namespace {
 class MacroFiles {
  public:
   MacroFiles(const Machine& machine, const Catalogues& catalogues, std::string_view folder)
-      : machine_(machine), catalogues_(catalogues), folder_(folder) {}
+      : machine_(machine), catalogues_(catalogues), folder_(folder), lines_(kTuneRowCount) {}
 
   // The lines that bear on a tune row; nothing if its file does not exist.
   const MacroLines* Find(int row) {
-    const TuneItemRecord& item = RowAt(catalogues_.TuneItems, row);
-    const auto known = files_.find(item.File);
-    const File& file = known != files_.end()
-                           ? known->second
-                           : files_.emplace(item.File, Read(item.File)).first->second;
-    return file ? &file->at(row) : nullptr;
+    const std::string& file = RowAt(catalogues_.TuneItems, row).File;
+    auto known = exists_.find(file);
+    if (known == exists_.end()) known = exists_.emplace(file, Read(file)).first;
+    return known->second ? &lines_.at(static_cast<std::size_t>(row)) : nullptr;
   }
 
  private:
-  using File = std::optional<std::map<int, MacroLines>>;  // by row; nothing if it does not exist
-
-  File Read(const std::string& file) const {
+  // Reads a file for its rows; false if it does not exist.
+  bool Read(const std::string& file) {
     const std::optional<std::string> path = FindMacroFile(machine_, folder_, file);
-    if (!path) return std::nullopt;
-    std::vector<int> rows;
+    if (!path) return false;
+    std::vector<std::size_t> rows;
     std::vector<std::string> vars;
     for (int row = 0; row < kTuneRowCount; ++row) {
       const TuneItemRecord& item = RowAt(catalogues_.TuneItems, row);
       if (item.File != file) continue;
-      rows.push_back(row);
+      rows.push_back(static_cast<std::size_t>(row));
       vars.push_back(item.Var);
     }
     std::vector<MacroLines> found = ReadMacroLines(machine_, *path, vars);
-    std::map<int, MacroLines> lines;
-    for (std::size_t i = 0; i < rows.size(); ++i) lines.emplace(rows[i], std::move(found[i]));
-    return lines;
+    for (std::size_t i = 0; i < rows.size(); ++i) lines_[rows[i]] = std::move(found[i]);
+    return true;
   }
 
   const Machine& machine_;
   const Catalogues& catalogues_;
   std::string_view folder_;
-  std::map<std::string, File> files_;
+  std::map<std::string, bool> exists_;
+  std::vector<MacroLines> lines_;  // by row
 };
 
-// The first rule that applies gives the cell.
-std::string CellOf(int row, const TuneItemRecord& item, const MacroLines& lines,
-                   const LogOptions& options) {
-  const MacroFlags flags = {MacroFlag(lines.ColOpgs), MacroFlag(lines.Clmd)};
-  if (lines.Value.empty()) return {};
-  const std::string not_applicable = "N/A";
-  if (IsDisabledTuneRow(row, item.Group, options, flags)) return not_applicable;
-  if (item.Format.empty()) return MacroText(lines.Value);
-  const double number = MacroNumber(lines.Value);
-  if (number < 0 && NegativeMeansUnused(item.Group)) return not_applicable;
-  return FormatNumber(number, item.Format);
-}
+// The flag of a line. Most rows of a file have the same one.
+class FlagReader {
+ public:
+  std::int16_t Of(const std::string& line) {
+    if (line != line_) flag_ = MacroFlag(line);
+    line_ = line;
+    return flag_;
+  }
+
+ private:
+  std::string line_;
+  std::int16_t flag_ = 0;
+};
+
+// The cells of one log.
+class Cells {
+ public:
+  explicit Cells(const LogOptions& options) : options_(options) {}
+
+  // The first rule that applies gives the cell.
+  std::string Of(int row, const TuneItemRecord& item, const MacroLines& lines) {
+    const MacroFlags flags = {col_opgs_.Of(lines.ColOpgs), clmd_.Of(lines.Clmd)};
+    if (lines.Value.empty()) return {};
+    const std::string not_applicable = "N/A";
+    if (IsDisabledTuneRow(row, item.Group, options_, flags)) return not_applicable;
+    if (item.Format.empty()) return MacroText(lines.Value);
+    const double number = MacroNumber(lines.Value);
+    if (number < 0 && NegativeMeansUnused(item.Group)) return not_applicable;
+    return FormatNumber(number, item.Format);
+  }
+
+ private:
+  const LogOptions options_;
+  FlagReader col_opgs_, clmd_;
+};
 
 }  // namespace
 
 std::vector<TuneCell> TuneCells(const Machine& machine, const Catalogues& catalogues,
                                 std::string_view log_folder) {
-  const LogOptions options = ReadLogOptions(machine, std::string(log_folder) + "logfile.ini");
+  Cells values(ReadLogOptions(machine, std::string(log_folder) + "logfile.ini"));
   MacroFiles files(machine, catalogues, log_folder);
   std::vector<TuneCell> cells;
+  cells.reserve(kTuneRowCount);
   for (int row = 0; row < kTuneRowCount; ++row) {
     const TuneItemRecord& item = RowAt(catalogues.TuneItems, row);
     const MacroLines* const lines = files.Find(row);
-    if (lines != nullptr) cells.push_back({item.Name, CellOf(row, item, *lines, options)});
+    if (lines != nullptr) cells.push_back({item.Name, values.Of(row, item, *lines)});
   }
   return cells;
 }

@@ -5,9 +5,7 @@
 
 #include <algorithm>
 #include <functional>
-#include <optional>
 
-#include "base/Files.h"
 #include "base/Utf8.h"
 
 namespace logbook {
@@ -16,8 +14,6 @@ namespace {
 constexpr std::string_view kColOpgs = "OPT_COLOPGS";
 constexpr std::string_view kClmd = "CLMD";
 constexpr std::string_view kLineEnds = "\r\n";
-// A file that is searched as a whole.
-constexpr std::size_t kSmallFile = 1024 * 1024;
 
 std::string AsciiUpper(std::string_view text) {
   std::string upper(text);
@@ -92,42 +88,6 @@ MacroLines MacroSearch::Find(std::string_view var) const {
   return {.Value = values.empty() ? std::string() : Text(values.back()),
           .ColOpgs = last_without(col_opgs_, {}),
           .Clmd = last_without(clmd_, kColOpgs)};
-}
-
-namespace {
-
-// The bytes of a file, if they are not many.
-std::optional<std::string> ReadIfSmall(const Machine& machine, std::string_view path) {
-  std::string bytes;
-  InputFile file(machine, path);
-  while (!file.AtEnd()) {
-    const std::string_view piece = file.Buffered();
-    if (bytes.size() + piece.size() > kSmallFile) return std::nullopt;
-    bytes += piece;
-    file.Skip(piece.size());
-  }
-  return bytes;
-}
-
-}  // namespace
-
-std::vector<MacroLines> ReadMacroLines(const Machine& machine, std::string_view path,
-                                       std::span<const std::string> vars) {
-  std::vector<MacroLines> found(vars.size());
-  if (const std::optional<std::string> bytes = ReadIfSmall(machine, path)) {
-    const MacroSearch search(*machine.code_page, *bytes);
-    std::transform(vars.begin(), vars.end(), found.begin(),
-                   [&](const std::string& var) { return search.Find(var); });
-    return found;
-  }
-  InputFile file(machine, path);
-  while (!file.AtEnd()) {
-    const std::string line = file.ReadLine();
-    if (line.find('=') == std::string::npos) continue;
-    const std::string text = machine.code_page->ToUtf8(line);
-    for (std::size_t i = 0; i < vars.size(); ++i) TakeMacroLine(found[i], text, vars[i]);
-  }
-  return found;
 }
 
 }  // namespace logbook

@@ -5,13 +5,11 @@
 // FindMacroLines (snapshot/MacroFile.h) gives for the file's lines.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/CodePage.h"
-#include "base/Machine.h"
 #include "snapshot/MacroFile.h"
 
 namespace logbook {
@@ -43,10 +41,5 @@ class MacroSearch {
   std::string upper_;                  // the same with ASCII letters in upper case
   std::vector<Line> col_opgs_, clmd_;  // the assignments that hold these words
 };
-
-// What ReadMacroLines gives for each of these variables. A file of any size is read once; of a
-// large one no more is held than the lines that are found. Raises what InputFile raises.
-std::vector<MacroLines> ReadMacroLines(const Machine& machine, std::string_view path,
-                                       std::span<const std::string> vars);
 
 }  // namespace logbook
