@@ -7,13 +7,17 @@
 #pragma once
 
 #include <QHash>
-#include <QSyntaxHighlighter>
+#include <QList>
+#include <QPlainTextDocumentLayout>
+#include <QTextLayout>
 
 #include "base/CodePage.h"
 
 namespace logbook {
 
-class ColumnKeeper : public QSyntaxHighlighter {
+// The layout of a pane's document. A line is measured when it comes on show, so that a long text
+// costs no more than what is seen of it.
+class ColumnKeeper : public QPlainTextDocumentLayout {
  public:
   // Keeps the columns of a document in its default font. A cell is as wide as the letter M.
   ColumnKeeper(QTextDocument* document, const CodePage& code_page);
@@ -21,15 +25,20 @@ class ColumnKeeper : public QSyntaxHighlighter {
   // To be called when the document's default font has changed, before the next text.
   void TakeFont();
 
+  QRectF blockBoundingRect(const QTextBlock& block) const override;
+
  protected:
-  void highlightBlock(const QString& text) override;
+  void documentChanged(int from, int removed, int added) override;
 
  private:
+  // Gives a line its spaces, if it has not got them yet.
+  void Prepare(QTextBlock block) const;
+  QList<QTextLayout::FormatRange> SpacesOf(const QString& text) const;
   // The space in pixels that a character needs behind it, below 0 if it is too wide.
-  qreal SpaceBehind(char32_t character);
+  qreal SpaceBehind(char32_t character) const;
 
   const CodePage& code_page_;
-  QHash<char32_t, qreal> spaces_;
+  mutable QHash<char32_t, qreal> spaces_;
 };
 
 }  // namespace logbook

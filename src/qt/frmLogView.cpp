@@ -11,7 +11,9 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTextCursor>
+#include <QTextDocument>
 #include <QTimer>
+#include <utility>
 
 #include "help/arvbsub.h"
 #include "placement/AsDialog.h"
@@ -47,7 +49,8 @@ frmLogView::frmLogView(QWidget* owner, AppState& state, Services& services, LogV
   setWindowModality(Qt::WindowModal);  // help belongs to no window and stays usable
   MakeMenus();
   for (Pane* pane : {&txtReport_, &txtComment_}) {
-    connect(pane->pouring, &QTimer::timeout, this, [pane] { Pour(*pane); });
+    connect(pane->pouring, &QTimer::timeout, this,
+            [this, pane] { Run([this, pane] { Pour(*pane); }); });
   }
   for (QPushButton* button : {cmdPrint_, cmdExit_, cmdHelp_}) button->setAutoDefault(false);
   GiveHelpKey(cmdHelp_);
@@ -64,6 +67,10 @@ frmLogView::frmLogView(QWidget* owner, AppState& state, Services& services, LogV
 
 frmLogView::Pane frmLogView::MakePane() {
   auto* box = new QPlainTextEdit(client_);
+  auto* document = new QTextDocument(box);
+  auto* columns = new ColumnKeeper(document, *state_.machine.code_page);
+  document->setDocumentLayout(columns);
+  box->setDocument(document);
   box->setReadOnly(true);
   box->setUndoRedoEnabled(false);
   box->setTabChangesFocus(true);
@@ -71,7 +78,7 @@ frmLogView::Pane frmLogView::MakePane() {
   box->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   auto* pouring = new QTimer(box);
-  return {box, new ColumnKeeper(box->document(), *state_.machine.code_page), pouring, {}};
+  return {box, columns, pouring, {}, {}};
 }
 
 void frmLogView::MakeMenus() {
@@ -151,26 +158,29 @@ void frmLogView::UpdatePane(const Pane& pane, const Control& control) {
   pane.columns->TakeFont();
 }
 
-void frmLogView::ShowText(Pane& pane, const std::string& text) {
-  // A pane shows what the code page holds of a text, as the file that goes with it does.
+QString frmLogView::OnPage(const std::string& text) const {
   const CodePage& code_page = *state_.machine.code_page;
-  pane.rest = ToQt(code_page.ToUtf8(code_page.FromUtf8(text)));
+  return ToQt(code_page.ToUtf8(code_page.FromUtf8(text)));
+}
+
+void frmLogView::ShowText(Pane& pane, const std::string& text, TextLines more) {
+  pane.rest = OnPage(text);
+  pane.more = std::move(more);
   pane.box->clear();
   Pour(pane);
 }
 
 void frmLogView::Pour(Pane& pane) {
+  pane.pouring->stop();
+  if (pane.rest.isEmpty()) pane.rest = OnPage(pane.more.Take(kSlice));
   const qsizetype line = pane.rest.indexOf(QLatin1Char('\n'), kSlice);
   const qsizetype count = line < 0 ? pane.rest.size() : line + 1;
   QTextCursor end(pane.box->document());
   end.movePosition(QTextCursor::End);
   end.insertText(pane.rest.left(count));
   pane.rest.remove(0, count);
-  if (pane.rest.isEmpty()) {
-    pane.pouring->stop();
-  } else {
-    pane.pouring->start(0);
-  }
+  if (pane.rest.isEmpty()) pane.rest = QString();  // gives its memory up
+  if (!pane.rest.isEmpty() || !pane.more.AtEnd()) pane.pouring->start(0);
 }
 
 void frmLogView::Run(const std::function<void()>& command) {
@@ -182,7 +192,7 @@ void frmLogView::RunView(const ViewCommand& command) {
   ShowText(txtReport_, {});
   Run([this, &command] {
     command.Run(state_, services_, view_);
-    ShowText(txtReport_, view_.ReportText);
+    ShowText(txtReport_, view_.ReportText, std::exchange(view_.ReportRest, {}));
   });
 }
 

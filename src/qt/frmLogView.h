@@ -47,6 +47,7 @@ class frmLogView : public QDialog {
     ColumnKeeper* columns;
     QTimer* pouring;
     QString rest;
+    TextLines more{};  // behind the rest
   };
   struct Entry {
     MenuEntry LogView::*entry;
@@ -59,10 +60,12 @@ class frmLogView : public QDialog {
   QMenu* AddMenu(MenuEntry LogView::*entry);
   void Update();
   void UpdatePane(const Pane& pane, const Control& control);
-  // Shows a text from its beginning. Of a long one the rest follows in slices, between events, so
-  // that the window never stands still.
-  void ShowText(Pane& pane, const std::string& text);
-  static void Pour(Pane& pane);
+  // Shows a text from its beginning, and what is behind it. Of a long one the rest follows in
+  // slices, between events, so that the window never stands still.
+  void ShowText(Pane& pane, const std::string& text, TextLines more = {});
+  void Pour(Pane& pane);
+  // A text as the code page holds it, which is what the file that goes with it holds.
+  QString OnPage(const std::string& text) const;
   // Runs a command in the frame around all handlers and closes the window if it has unloaded.
   void Run(const std::function<void()>& command);
   void RunView(const ViewCommand& command);

@@ -13,6 +13,7 @@
 #include "state/Control.h"
 #include "state/F1Report.h"
 #include "state/Services.h"
+#include "viewer/TextLogs.h"
 
 namespace logbook {
 
@@ -31,8 +32,10 @@ struct LogView {
   Control F1Report;  // the sheet that reports are printed from, never visible
   F1Book Sheet;      // what F1Report holds
 
-  // The texts of the two panes: UTF-8, lines ended by CR LF.
+  // The texts of the two panes: UTF-8, lines ended by CR LF. Of a long text of the host the report
+  // pane takes what is behind ReportText as it comes to it.
   std::string ReportText, CommentText;
+  TextLines ReportRest;
 
   // The menu bar. mnuLog and mnuBit are drop-downs; the entries behind each of them up to the next
   // bar entry stand in it. mnuBout and mnuBin are reached through mnuBit alone.
@@ -95,7 +98,8 @@ void ViewErrLog(const AppState& state, Services& services, LogView& view);
 // No menu entry that can be seen leads here.
 void ViewCEErrLog(const AppState& state, Services& services, LogView& view);
 
-// Texts of the host of any length. Raise what InputFile raises.
+// Texts of the host of any length: the first of them, and the rest to be taken. Raise what
+// InputFile raises.
 void ViewChnSeqLog(const AppState& state, LogView& view);
 void ViewTuneReport(const AppState& state, LogView& view);
 

@@ -48,12 +48,28 @@ LimitedText ReadLimitedText(const Machine& machine, std::string_view path) {
   return result;
 }
 
-std::string ReadWholeText(const Machine& machine, std::string_view path) {
+TextLines::TextLines(const Machine& machine, std::string_view path)
+    : code_page_(machine.code_page) {
+  if (Exists(machine, path)) file_.emplace(machine, path);
+}
+
+bool TextLines::AtEnd() {
+  return !file_ || file_->AtEnd();
+}
+
+std::string TextLines::Take(std::size_t bytes) {
   std::string text;
-  if (!Exists(machine, path)) return text;
-  InputFile file(machine, path);
-  while (!file.AtEnd()) text.append(machine.code_page->ToUtf8(file.ReadLine())).append(kLineEnd);
+  for (std::size_t taken = 0; taken < bytes && !AtEnd();) {
+    const std::string line = file_->ReadLine();
+    taken += line.size() + kLineEnd.size();
+    text.append(code_page_->ToUtf8(line)).append(kLineEnd);
+  }
+  if (AtEnd()) file_.reset();
   return text;
+}
+
+std::string ReadWholeText(const Machine& machine, std::string_view path) {
+  return TextLines(machine, path).Take(std::string::npos);
 }
 
 }  // namespace logbook

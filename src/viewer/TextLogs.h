@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -35,6 +36,23 @@ struct LimitedText {
 // of that no more than shows it, so time and memory do not depend on the size of the file. A
 // missing file gives an empty text. Raises what InputFile raises.
 LimitedText ReadLimitedText(const Machine& machine, std::string_view path);
+
+// The lines of a file of any length, read and converted as they are asked for.
+class TextLines {
+ public:
+  TextLines() = default;  // none
+  // Opens the file; a missing one has no lines. Raises what InputFile raises.
+  TextLines(const Machine& machine, std::string_view path);
+
+  // Raise what InputFile raises.
+  bool AtEnd();
+  // The next lines: as many as have this many bytes in the file together, or all that are left.
+  std::string Take(std::size_t bytes);
+
+ private:
+  const CodePage* code_page_ = nullptr;
+  std::optional<InputFile> file_;
+};
 
 // All lines of a file. A missing file gives an empty text. Raises what InputFile raises.
 std::string ReadWholeText(const Machine& machine, std::string_view path);

@@ -3,6 +3,7 @@
 
 // The view routines of frmLogView and the menu commands that run them.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -22,9 +23,16 @@ namespace logbook {
 namespace {
 
 constexpr int kOverLimit = 221;
+// What a long text begins with, in bytes of its file: more than the pane shows at first.
+constexpr std::size_t kFirstPart = 256 * 1024;
+
+void ClearReport(LogView& view) {
+  view.ReportText.clear();
+  view.ReportRest = {};
+}
 
 void ViewValues(const AppState& state, LogView& view, ValueReport report) {
-  view.ReportText.clear();
+  ClearReport(view);
   try {
     view.ReportText = ValueReportText(state.machine, state.catalogues, report, view.LogFolderPath);
     WriteReportFile(state.machine, view.LogFolderPath, ReportFileName(report), view.ReportText);
@@ -35,15 +43,17 @@ void ViewValues(const AppState& state, LogView& view, ValueReport report) {
 
 void ViewLimitedLog(const AppState& state, Services& services, LogView& view,
                     std::string_view file) {
-  view.ReportText.clear();
+  ClearReport(view);
   LimitedText log = ReadLimitedText(state.machine, view.LogFolderPath + std::string(file));
   if (log.OverLimit) services.messages.Show({.Text = std::string(LoadResString(kOverLimit))});
   view.ReportText = std::move(log.Text);
 }
 
 void ViewWholeText(const AppState& state, LogView& view, std::string_view file) {
-  view.ReportText.clear();
-  view.ReportText = ReadWholeText(state.machine, view.LogFolderPath + std::string(file));
+  ClearReport(view);
+  TextLines lines(state.machine, view.LogFolderPath + std::string(file));
+  view.ReportText = lines.Take(kFirstPart);
+  view.ReportRest = std::move(lines);
 }
 
 }  // namespace
@@ -65,7 +75,7 @@ void ViewBin(const AppState& state, LogView& view) {
 }
 
 void ViewMainte(const AppState& state, LogView& view) {
-  view.ReportText.clear();
+  ClearReport(view);
   try {
     view.ReportText = MaintenanceText(state.machine, state.catalogues, view.LogFolderPath);
     WriteReportFile(state.machine, view.LogFolderPath, kMaintenanceReportFile, view.ReportText);

@@ -48,6 +48,9 @@ struct Viewing : TestWorkstation {
     throw std::logic_error("no command of this entry");
   }
 
+  // The report as the pane shows it when it has taken all of it.
+  std::string WholeReport() { return view.ReportText + view.ReportRest.Take(std::string::npos); }
+
   LogView view;
 };
 

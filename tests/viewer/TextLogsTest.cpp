@@ -187,8 +187,47 @@ TEST(TextLogs, TheChainedSequenceLogHasNoLimitAndNoMessage) {
   const std::string log = LogOf(300000);
   viewing.Put("chnseq.log", log);
   ViewChnSeqLog(viewing.state, viewing.view);
-  EXPECT_EQ(viewing.view.ReportText, log);
+  EXPECT_EQ(viewing.WholeReport(), log);
   EXPECT_TRUE(viewing.messages.shown.empty());
+}
+
+TEST(TextLogs, ALongTextIsReadAsItIsTaken) {
+  Viewing viewing;
+  viewing.Put("chnseq.log", LogOf(20'000'000));
+  const std::int64_t before = test::BytesRead();
+  ViewChnSeqLog(viewing.state, viewing.view);
+  EXPECT_LT(test::BytesRead() - before, 1'000'000);
+  EXPECT_GE(viewing.view.ReportText.size(), 200'000U);
+  EXPECT_LT(viewing.view.ReportText.size(), 400'000U);
+  EXPECT_EQ(viewing.WholeReport(), LogOf(20'000'000));
+  EXPECT_TRUE(viewing.view.ReportRest.AtEnd());
+}
+
+TEST(TextLogs, AnotherReportEndsALongText) {
+  Viewing viewing;
+  for (const ViewCommand& command : kViewCommands) {
+    viewing.Put("chnseq.log", LogOf(600'000));
+    viewing.Choose(&LogView::mnuChainlog);
+    viewing.disk.Put(Viewing::File("chnseq.log"), "");
+    command.Run(viewing.state, viewing.services, viewing.view);
+    EXPECT_TRUE(viewing.view.ReportRest.AtEnd());
+  }
+}
+
+TEST(TextLines, GiveTheLinesOfEveryPieceOnce) {
+  const test::TestMachine disk;
+  disk.Put("C:\\log.txt", "a\nb\r\n\r\ncd\re");
+  for (const std::size_t bytes : {1U, 3U, 4U, 100U}) {
+    TextLines lines(disk, "C:\\log.txt");
+    std::string all;
+    while (!lines.AtEnd()) {
+      const std::string piece = lines.Take(bytes);
+      EXPECT_FALSE(piece.empty());
+      all += piece;
+    }
+    EXPECT_EQ(all, "a\r\nb\r\n\r\ncd\r\ne\r\n") << bytes;
+    EXPECT_EQ(lines.Take(bytes), "");
+  }
 }
 
 TEST(TextLogs, TheHostsFilesAreNotChanged) {
