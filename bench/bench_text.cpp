@@ -1,13 +1,17 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// A chained log of any size as the viewer opens it.
+// A chained log of any size as the viewer opens it, in a pane like its own.
 //
 //   bench_text HOME make MEGABYTES   makes C:\chnseq.log in this home
-//   bench_text HOME once             the wall time until the whole text is at hand (text.first) and
-//                                    the memory taken for it, in bytes a byte of the file
+//   bench_text HOME first            the wall time until the first text is in the pane (text.first)
+//   bench_text HOME all              the memory taken when all of it is, in bytes a byte of the
+//   file
 //                                    (text.memory)
 
+#include <QApplication>
+#include <QPlainTextEdit>
+#include <QTextCursor>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -15,7 +19,10 @@
 #include <iostream>
 
 #include "Samples.h"
-#include "viewer/TextLogs.h"
+#include "qt/ColumnKeeper.h"
+#include "qt/Widgets.h"
+#include "state/AppState.h"
+#include "viewer/LogView.h"
 
 namespace {
 
@@ -37,26 +44,74 @@ void Make(const std::string& home, int megabytes) {
   }
 }
 
-void Once(const std::string& home) {
-  const Machine machine{.home = home};
-  const double before = PeakBytes();
+// The report pane of the viewer with the log in it.
+class Viewer {
+ public:
+  explicit Viewer(const std::string& home) : machine_{.home = home}, state_(machine_) {
+    auto* document = new QTextDocument(&pane_);
+    document->setDocumentLayout(new ColumnKeeper(document, *machine_.code_page));
+    pane_.setDocument(document);
+    pane_.setUndoRedoEnabled(false);
+    pane_.setLineWrapMode(QPlainTextEdit::NoWrap);
+    pane_.show();
+    QApplication::processEvents();
+    view_.LogFolderPath = "C:\\";
+  }
+
+  void ShowFirst() {
+    ViewChnSeqLog(state_, view_);
+    if (view_.ReportText.empty()) std::abort();
+    Append(view_.ReportText);
+  }
+  void ShowRest() {
+    while (!view_.ReportRest.AtEnd()) Append(view_.ReportRest.Take(kSlice));
+  }
+
+ private:
+  static constexpr std::size_t kSlice = 128 * 1024;
+
+  void Append(const std::string& text) {
+    QTextCursor end(pane_.document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(ToQt(text));
+    QApplication::processEvents();
+  }
+
+  Machine machine_;
+  AppState state_;
+  LogView view_;
+  QPlainTextEdit pane_;
+};
+
+void First(const std::string& home) {
+  Viewer viewer(home);
   const double start = WallSeconds();
-  const std::string text = ReadWholeText(machine, "C:\\chnseq.log");
+  viewer.ShowFirst();
   Report("text.first", WallSeconds() - start);
+}
+
+void All(const std::string& home) {
+  Viewer viewer(home);
+  const double before = PeakBytes();
+  viewer.ShowFirst();
+  viewer.ShowRest();
   const auto size = static_cast<double>(std::filesystem::file_size(NativeLog(home)));
-  if (text.empty()) std::abort();
   Report("text.memory", (PeakBytes() - before) / size);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
   if (argc == 4 && std::strcmp(argv[2], "make") == 0) {
     Make(argv[1], std::atoi(argv[3]));
-  } else if (argc == 3 && std::strcmp(argv[2], "once") == 0) {
-    Once(argv[1]);
+  } else if (argc == 3 && std::strcmp(argv[2], "first") == 0) {
+    First(argv[1]);
+  } else if (argc == 3 && std::strcmp(argv[2], "all") == 0) {
+    All(argv[1]);
   } else {
-    std::cerr << "usage: bench_text HOME make MEGABYTES | once\n";
+    std::cerr << "usage: bench_text HOME make MEGABYTES | first | all\n";
     return 2;
   }
   return 0;
