@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/FilesBelow.h"
 #include "catalogue/OptionGating.h"
 #include "snapshot/MacroIndex.h"
 #include "text/NumberFormat.h"
@@ -20,7 +21,11 @@ namespace {
 class MacroFiles {
  public:
   MacroFiles(const Machine& machine, const Catalogues& catalogues, std::string_view folder)
-      : machine_(machine), catalogues_(catalogues), folder_(folder), lines_(kTuneRowCount) {}
+      : machine_(machine),
+        catalogues_(catalogues),
+        folder_(folder),
+        below_(machine, folder),
+        lines_(kTuneRowCount) {}
 
   // The lines that bear on a tune row; nothing if its file does not exist.
   const MacroLines* Find(int row) {
@@ -33,8 +38,6 @@ class MacroFiles {
  private:
   // Reads a file for its rows; false if it does not exist.
   bool Read(const std::string& file) {
-    const std::optional<std::string> path = FindMacroFile(machine_, folder_, file);
-    if (!path) return false;
     std::vector<std::size_t> rows;
     std::vector<std::string> vars;
     for (int row = 0; row < kTuneRowCount; ++row) {
@@ -43,14 +46,33 @@ class MacroFiles {
       rows.push_back(static_cast<std::size_t>(row));
       vars.push_back(item.Var);
     }
-    std::vector<MacroLines> found = ReadMacroLines(machine_, *path, vars);
-    for (std::size_t i = 0; i < rows.size(); ++i) lines_[rows[i]] = std::move(found[i]);
+    std::optional<std::vector<MacroLines>> found = LinesOf(file, vars);
+    if (!found) return false;
+    for (std::size_t i = 0; i < rows.size(); ++i) lines_[rows[i]] = std::move((*found)[i]);
     return true;
+  }
+
+  // The lines for these variables; nothing if the file exists under none of its names.
+  std::optional<std::vector<MacroLines>> LinesOf(const std::string& file,
+                                                 const std::vector<std::string>& vars) {
+    FileStamp stamp;
+    std::string_view bytes;
+    for (const std::string& name : MacroFileNames(file)) {
+      const FilesBelow::Found found = below_.Read(".", name, stamp, bytes);
+      if (found == FilesBelow::Found::kFile)
+        return MacroIndex(*machine_.code_page, bytes).Find(vars);
+      if (found == FilesBelow::Found::kMissing) continue;
+      const std::optional<std::string> path = FindMacroFile(machine_, folder_, file);
+      if (!path) return std::nullopt;
+      return ReadMacroLines(machine_, *path, vars);
+    }
+    return std::nullopt;
   }
 
   const Machine& machine_;
   const Catalogues& catalogues_;
   std::string_view folder_;
+  FilesBelow below_;
   std::map<std::string, bool> exists_;
   std::vector<MacroLines> lines_;  // by row
 };

@@ -82,15 +82,19 @@ MacroLines MacroIndex::Find(std::string_view var) const {
   return found;
 }
 
+std::vector<MacroLines> MacroIndex::Find(std::span<const std::string> vars) const {
+  std::vector<MacroLines> found;
+  found.reserve(vars.size());
+  for (const std::string& var : vars) found.push_back(Find(var));
+  return found;
+}
+
 std::vector<MacroLines> ReadMacroLines(const Machine& machine, std::string_view path,
                                        std::span<const std::string> vars) {
-  std::vector<MacroLines> found(vars.size());
   if (const std::optional<std::string> bytes = ReadIfSmall(machine, path)) {
-    const MacroIndex index(*machine.code_page, *bytes);
-    std::transform(vars.begin(), vars.end(), found.begin(),
-                   [&](const std::string& var) { return index.Find(var); });
-    return found;
+    return MacroIndex(*machine.code_page, *bytes).Find(vars);
   }
+  std::vector<MacroLines> found(vars.size());
   InputFile file(machine, path);
   while (!file.AtEnd()) {
     const std::string line = file.ReadLine();

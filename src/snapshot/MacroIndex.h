@@ -23,8 +23,9 @@ class MacroIndex {
   // Takes the file's bytes, which are in this code page.
   MacroIndex(const CodePage& code_page, std::string_view bytes);
 
-  // The lines that bear on a variable.
+  // The lines that bear on a variable, and on each of several.
   MacroLines Find(std::string_view var) const;
+  std::vector<MacroLines> Find(std::span<const std::string> vars) const;
 
  private:
   // Which pairs of neighbouring bytes a text holds, a bit for several pairs.
