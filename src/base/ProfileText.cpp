@@ -18,7 +18,8 @@ constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kBlanks = " \t\v\f\r\n\x1A";
 
 bool IsBlank(char byte) {
-  return kBlanks.find(byte) != std::string_view::npos;
+  // All of them lie below this, and most other characters above it.
+  return byte <= ' ' && kBlanks.find(byte) != std::string_view::npos;
 }
 
 std::string_view Trim(std::string_view text) {
@@ -148,6 +149,7 @@ std::vector<std::optional<std::string_view>> FindProfileValues(
     const CodePage& page, std::string_view file, std::string_view section,
     std::span<const std::string_view> keys) {
   std::vector<std::optional<std::string_view>> values(keys.size());
+  const bool ascii_keys = std::all_of(keys.begin(), keys.end(), IsAscii);
   section = Trim(section);
   bool section_found = false;
   LineReader line(page, file);
@@ -157,8 +159,12 @@ std::vector<std::optional<std::string_view>> FindProfileValues(
     if (opened) section_found = IsSameName(page, *opened, section);
     if (!section_found || opened) continue;
     const auto assigned = line.Assigned();
+    // Names of ASCII characters alone that are the same have the same length.
+    const bool by_length = assigned && ascii_keys && IsAscii(assigned->key);
     for (std::size_t i = 0; assigned && i < keys.size(); ++i) {
-      if (!values[i] && IsSameName(page, assigned->key, Trim(keys[i]))) {
+      const std::string_view key = Trim(keys[i]);
+      if (by_length && key.size() != assigned->key.size()) continue;
+      if (!values[i] && IsSameName(page, assigned->key, key)) {
         values[i] = WithoutQuotes(assigned->value);
       }
     }

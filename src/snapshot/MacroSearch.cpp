@@ -15,6 +15,10 @@ constexpr std::string_view kColOpgs = "OPT_COLOPGS";
 constexpr std::string_view kClmd = "CLMD";
 constexpr std::string_view kLineEnds = "\r\n";
 
+bool IsLineEnd(char byte) {
+  return byte == '\r' || byte == '\n';
+}
+
 std::string AsciiUpper(std::string_view text) {
   std::string upper(text);
   for (char& byte : upper) {
@@ -35,10 +39,11 @@ MacroSearch::MacroSearch(const CodePage& code_page, std::string_view bytes)
       clmd_(AssignmentsWith(kClmd)) {}
 
 MacroSearch::Line MacroSearch::LineAt(std::size_t place) const {
-  const std::size_t before =
-      place == 0 ? std::string::npos : text_.find_last_of(kLineEnds, place - 1);
-  const std::size_t end = text_.find_first_of(kLineEnds, place);
-  return {before == std::string::npos ? 0 : before + 1, std::min(end, text_.size())};
+  std::size_t begin = place;
+  while (begin > 0 && !IsLineEnd(text_[begin - 1])) --begin;
+  std::size_t end = place;
+  while (end < text_.size() && !IsLineEnd(text_[end])) ++end;
+  return {begin, end};
 }
 
 bool MacroSearch::Holds(const Line& line, std::string_view upper_word) const {
@@ -47,7 +52,9 @@ bool MacroSearch::Holds(const Line& line, std::string_view upper_word) const {
 }
 
 bool MacroSearch::IsAssignment(const Line& line) const {
-  return text_.find('=', line.begin) < line.end;
+  const auto begin = text_.begin() + static_cast<std::ptrdiff_t>(line.begin);
+  const auto end = text_.begin() + static_cast<std::ptrdiff_t>(line.end);
+  return std::find(begin, end, '=') != end;
 }
 
 std::vector<MacroSearch::Line> MacroSearch::AssignmentsWith(std::string_view upper_word) const {

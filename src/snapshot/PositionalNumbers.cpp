@@ -26,35 +26,33 @@ constexpr std::array<bool, 256> kEndsNumber = [] {
 // Walks over the fields of the bytes.
 class Fields {
  public:
-  explicit Fields(std::string_view bytes) : bytes_(bytes) {}
+  explicit Fields(std::string_view bytes)
+      : next_(bytes.data()), end_(bytes.data() + bytes.size()) {}
 
-  bool AtEnd() const { return next_ == bytes_.size(); }
+  bool AtEnd() const { return next_ == end_; }
 
   std::string_view Take() {
     SkipBlanks();
-    const std::size_t begin = next_;
-    while (next_ < bytes_.size() && !kEndsNumber[static_cast<unsigned char>(bytes_[next_])]) {
-      ++next_;
-    }
-    const std::string_view field = bytes_.substr(begin, next_ - begin);
+    const char* const begin = next_;
+    while (next_ != end_ && !kEndsNumber[static_cast<unsigned char>(*next_)]) ++next_;
+    const std::string_view field(begin, static_cast<std::size_t>(next_ - begin));
     SkipBlanks();
-    if (Stands(',') || Stands('\n')) {
+    if (next_ == end_) return field;
+    if (*next_ == '\r') {
+      if (++next_ != end_ && *next_ == '\n') ++next_;
+    } else if (*next_ == ',' || *next_ == '\n') {
       ++next_;
-    } else if (Stands('\r')) {
-      ++next_;
-      if (Stands('\n')) ++next_;
     }
     return field;
   }
 
  private:
-  bool Stands(char byte) const { return next_ < bytes_.size() && bytes_[next_] == byte; }
   void SkipBlanks() {
-    while (next_ < bytes_.size() && IsBlank(bytes_[next_])) ++next_;
+    while (next_ != end_ && IsBlank(*next_)) ++next_;
   }
 
-  std::string_view bytes_;
-  std::size_t next_ = 0;
+  const char* next_;
+  const char* end_;
 };
 
 double NumberOf(std::string_view field) {
