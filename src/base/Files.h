@@ -81,6 +81,10 @@ std::string ReadFile(const Machine& machine, std::string_view path);
 // file, 70, 61, 57; the old file is then unchanged.
 void WriteFile(const Machine& machine, std::string_view path, std::string_view bytes);
 
+// The same for a file that can be made again at any time, such as a report: it is left alone if it
+// holds these bytes already, and does not wait for the disk, so that a power cut may take it.
+void WriteMadeFile(const Machine& machine, std::string_view path, std::string_view bytes);
+
 // Makes one folder; its parent must exist. Raises 75 if the name is taken, 76 if the parent is
 // missing, 70, 61, 57.
 void MakeFolder(const Machine& machine, std::string_view path);

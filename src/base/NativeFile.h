@@ -39,7 +39,12 @@ class FileReplacement {
   // folder or a read-only file, 70, 61, 57; the old file is then unchanged.
   void Replace(std::string_view bytes);
 
-  // As above with the bytes of another file, of any size in bounded memory. Raises 53, 75, 76, 70,
+  // As Replace for a file that can be made again at any time: nothing is written if it holds these
+  // bytes already, and nothing waits for the disk. Readers meet the old file or the new one; after
+  // a power cut the file may be gone or empty.
+  void ReplaceMadeFile(std::string_view bytes);
+
+  // As Replace with the bytes of another file, of any size in bounded memory. Raises 53, 75, 76, 70,
   // 57 for that file too.
   void ReplaceByCopyOf(const std::string& native_source);
 

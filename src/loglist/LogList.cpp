@@ -170,7 +170,7 @@ std::string ListText(const AppState& state) {
 
 void SaveList(const AppState& state) {
   try {
-    WriteFile(state.machine, state.LogRoot + "listlog.csv", ListText(state));
+    WriteMadeFile(state.machine, state.LogRoot + "listlog.csv", ListText(state));
   } catch (const RunTimeError&) {
     // The rebuild counts as done; the old file stays.
   }

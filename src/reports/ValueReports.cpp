@@ -183,7 +183,7 @@ std::string ReportFileBytes(const Machine& machine, std::string_view text) {
 
 void WriteReportFile(const Machine& machine, std::string_view log_folder, std::string_view name,
                      std::string_view text) {
-  WriteFile(machine, std::string(log_folder).append(name), ReportFileBytes(machine, text));
+  WriteMadeFile(machine, std::string(log_folder).append(name), ReportFileBytes(machine, text));
 }
 
 }  // namespace logbook

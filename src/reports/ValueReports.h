@@ -30,7 +30,7 @@ std::string ValueReportText(const Machine& machine, const Catalogues& catalogues
 // The bytes of a report file: the text in the machine's code page and one more CR LF.
 std::string ReportFileBytes(const Machine& machine, std::string_view text);
 
-// Writes the report file `name` of a log folder, replacing an older one. Raises what WriteFile
+// Writes the report file `name` of a log folder, replacing an older one. Raises what WriteMadeFile
 // raises; an older file then stays as it was.
 void WriteReportFile(const Machine& machine, std::string_view log_folder, std::string_view name,
                      std::string_view text);

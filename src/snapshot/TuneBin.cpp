@@ -18,7 +18,7 @@ std::string TuneBinText(std::span<const TuneCell> cells) {
 }
 
 void WriteTuneBin(const Machine& machine, std::string_view path, std::span<const TuneCell> cells) {
-  WriteFile(machine, path, machine.code_page->FromUtf8(TuneBinText(cells)));
+  WriteMadeFile(machine, path, machine.code_page->FromUtf8(TuneBinText(cells)));
 }
 
 }  // namespace logbook

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -14,6 +16,18 @@
 #include "support/TestMachine.h"
 
 namespace fs = std::filesystem;
+
+namespace {
+
+int syncs = 0;  // of this program so far
+
+}  // namespace
+
+// Takes the place of the system's routine in this program.
+extern "C" int fsync(int file) {
+  ++syncs;
+  return static_cast<int>(syscall(SYS_fsync, file));
+}
 
 namespace logbook::test {
 namespace {
@@ -46,6 +60,36 @@ TEST(FileWritingTest, AWriteMakesTheFileOrReplacesAllItsBytes) {
   EXPECT_EQ(machine.Get("C:\\a.txt"), "short");
   WriteFile(machine, "C:\\a.txt", "");
   EXPECT_EQ(machine.Get("C:\\a.txt"), "");
+}
+
+ino_t NumberOf(const TestMachine& machine, const char* path) {
+  struct stat status = {};
+  stat(machine.Native(path).c_str(), &status);
+  return status.st_ino;
+}
+
+TEST(FileWritingTest, AFileThatCanBeMadeAgainIsWrittenOnlyIfItDiffersAndWaitsForNoDisk) {
+  const TestMachine machine;
+  syncs = 0;
+  WriteMadeFile(machine, "C:\\a.rpt", "one");
+  const ino_t first = NumberOf(machine, "C:\\a.rpt");
+  WriteMadeFile(machine, "C:\\A.rpt", "one");
+  EXPECT_EQ(NumberOf(machine, "C:\\a.rpt"), first);
+  for (const char* bytes : {"two", "", "three"}) {
+    WriteMadeFile(machine, "C:\\a.rpt", bytes);
+    EXPECT_EQ(machine.Get("C:\\a.rpt"), bytes);
+  }
+  EXPECT_EQ(syncs, 0);
+  WriteFile(machine, "C:\\a.rpt", "three");
+  EXPECT_EQ(syncs, 2) << "file and folder";
+}
+
+TEST(FileWritingTest, AFileThatCanBeMadeAgainMustBeWritableEvenIfItHoldsTheBytes) {
+  const TestMachine machine;
+  machine.Put("C:\\a.rpt", "one");
+  fs::permissions(machine.Native("C:\\a.rpt"), fs::perms::owner_read);
+  EXPECT_EQ(ErrorOf([&] { WriteMadeFile(machine, "C:\\a.rpt", "one"); }),
+            ErrorNumber::kPathFileAccess);
 }
 
 TEST(FileWritingTest, AWriteLeavesNoOtherFileBehind) {

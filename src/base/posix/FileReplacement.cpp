@@ -61,6 +61,9 @@ std::string ReadNativeFile(const std::string& native_path) {
 // Writes the new contents; false with errno set if the system refused.
 using ContentWriter = std::function<bool(const Descriptor&)>;
 
+// Whether a replacement waits until the disk holds it.
+enum class Durability { kOnDisk, kInMemory };
+
 struct FileReplacement::State {
   std::string path;  // links followed
   std::string name;  // within the folder
@@ -80,9 +83,9 @@ struct FileReplacement::State {
     return status.st_mode & 07777;
   }
 
-  // Writes the temporary file up to the disk; false with errno set on failure.
-  bool WriteTemporary(const ContentWriter& write, bool exists, const struct stat& old,
-                      mode_t mode) const {
+  // Writes the temporary file; false with errno set on failure.
+  bool WriteTemporary(const ContentWriter& write, bool exists, const struct stat& old, mode_t mode,
+                      Durability durability) const {
     unlinkat(folder.Number(), temporary.c_str(), 0);
     // Until it has the old file's mode, nobody else may look into it.
     const mode_t first_mode = exists ? S_IRUSR | S_IWUSR : 0666;
@@ -94,22 +97,41 @@ struct FileReplacement::State {
       if (fchown(file.Number(), old.st_uid, old.st_gid) != 0) errno = 0;
       if (fchmod(file.Number(), mode) != 0) return false;
     }
-    return fsync(file.Number()) == 0;
+    return durability == Durability::kInMemory || fsync(file.Number()) == 0;
   }
 
-  void Replace(const ContentWriter& write) const {
+  // True if the file holds these bytes.
+  bool Holds(std::string_view bytes, const struct stat& status) const {
+    if (status.st_size != static_cast<off_t>(bytes.size())) return false;
+    try {
+      return ReadNativeFile(path) == bytes;
+    } catch (const RunTimeError&) {
+      return false;
+    }
+  }
+
+  void ReplaceMadeFile(std::string_view bytes) const {
+    struct stat old = {};
+    bool exists = false;
+    CheckTarget(old, exists);
+    if (exists && Holds(bytes, old)) return;
+    Replace([bytes](const Descriptor& file) { return WriteAll(file, bytes); },
+            Durability::kInMemory);
+  }
+
+  void Replace(const ContentWriter& write, Durability durability) const {
     struct stat old = {};
     bool exists = false;
     const mode_t mode = CheckTarget(old, exists);
     try {
-      if (!WriteTemporary(write, exists, old, mode) ||
+      if (!WriteTemporary(write, exists, old, mode, durability) ||
           renameat(folder.Number(), temporary.c_str(), folder.Number(), name.c_str()) != 0)
         RaiseFileError(errno, path);
     } catch (const RunTimeError&) {
       unlinkat(folder.Number(), temporary.c_str(), 0);
       throw;
     }
-    fsync(folder.Number());
+    if (durability == Durability::kOnDisk) fsync(folder.Number());
   }
 };
 
@@ -136,12 +158,18 @@ std::optional<std::string> FileReplacement::Bytes() const {
 }
 
 void FileReplacement::Replace(std::string_view bytes) {
-  state_->Replace([bytes](const Descriptor& file) { return WriteAll(file, bytes); });
+  state_->Replace([bytes](const Descriptor& file) { return WriteAll(file, bytes); },
+                  Durability::kOnDisk);
+}
+
+void FileReplacement::ReplaceMadeFile(std::string_view bytes) {
+  state_->ReplaceMadeFile(bytes);
 }
 
 void FileReplacement::ReplaceByCopyOf(const std::string& native_source) {
   const Descriptor source = posix::OpenForReading(native_source);
-  state_->Replace([&source](const Descriptor& file) { return CopyToEnd(source, file); });
+  state_->Replace([&source](const Descriptor& file) { return CopyToEnd(source, file); },
+                  Durability::kOnDisk);
 }
 
 }  // namespace logbook

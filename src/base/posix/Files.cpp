@@ -112,6 +112,10 @@ void WriteFile(const Machine& machine, std::string_view path, std::string_view b
   FileReplacement(NativePath(machine, path)).Replace(bytes);
 }
 
+void WriteMadeFile(const Machine& machine, std::string_view path, std::string_view bytes) {
+  FileReplacement(NativePath(machine, path)).ReplaceMadeFile(bytes);
+}
+
 void MakeFolder(const Machine& machine, std::string_view path) {
   const std::string native = NativePath(machine, path);
   if (mkdir(native.c_str(), 0777) == 0) return;
