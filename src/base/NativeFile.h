@@ -44,8 +44,8 @@ class FileReplacement {
   // a power cut the file may be gone or empty.
   void ReplaceMadeFile(std::string_view bytes);
 
-  // As Replace with the bytes of another file, of any size in bounded memory. Raises 53, 75, 76, 70,
-  // 57 for that file too.
+  // As Replace with the bytes of another file, of any size in bounded memory. Raises 53, 75, 76,
+  // 70, 57 for that file too.
   void ReplaceByCopyOf(const std::string& native_source);
 
  private:
