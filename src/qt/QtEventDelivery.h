@@ -13,8 +13,9 @@ namespace logbook {
 
 class QtEventDelivery : public EventDelivery {
  public:
-  // Longest sleep of one delivery, and the time that one poll of a tight loop stands for.
-  static constexpr std::chrono::milliseconds kLongestSleep{50};
+  // Longest sleep of one delivery, and the time that one poll of a tight loop stands for. What a
+  // wait is for arrives as an event, which ends the sleep at once.
+  static constexpr std::chrono::milliseconds kLongestSleep{250};
   static constexpr std::chrono::microseconds kPoll{10};
 
   // Delivers what is pending; if nothing is, sleeps in the event loop until an event comes. The
