@@ -57,7 +57,7 @@ bool LacksCatalogue(const CatalogueInfo& info, const LogReading& one, const LogR
 class LogComparison {
  public:
   LogComparison(const Catalogues& catalogues, const LogReading& left, const LogReading& right,
-             const Tolerances& tolerances)
+                const Tolerances& tolerances)
       : catalogues_(catalogues), left_(left), right_(right), tolerances_(tolerances) {}
 
   LogDifference Compare() {
