@@ -17,4 +17,15 @@ void AddList(Frame& frame);
 // "report KIND LOGFOLDER": the bytes of a report of one log.
 void AddReport(Frame& frame);
 
+// "due": when maintenance was last done and when it is due.
+void AddDue(Frame& frame);
+// "trend ROW...": rows over time.
+void AddTrend(Frame& frame);
+// "diff LOG LOG...": what is different between logs, or from a baseline.
+void AddDiff(Frame& frame);
+// "export --format FORMAT FILE": the values for other programs.
+void AddExport(Frame& frame);
+// "check": what is wrong with a folder of logs.
+void AddCheck(Frame& frame);
+
 }  // namespace logbook::cli

@@ -15,5 +15,10 @@ int main(int argc, char** argv) {
   AddStrings(frame);
   AddList(frame);
   AddReport(frame);
+  AddDue(frame);
+  AddTrend(frame);
+  AddDiff(frame);
+  AddExport(frame);
+  AddCheck(frame);
   return frame.Run(argc, argv);
 }

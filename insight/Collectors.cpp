@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <tuple>
-#include <utility>
 
 namespace logbook::insight {
 namespace {
@@ -29,60 +28,70 @@ Series EmptySeries(const Catalogues& catalogues, const RowId& id) {
   return series;
 }
 
-}  // namespace
-
-SeriesCollector::SeriesCollector(const Catalogues& catalogues, std::vector<RowId> rows)
-    : catalogues_(catalogues), rows_(std::move(rows)) {
-  for (const RowId& id : rows_) series_.push_back(EmptySeries(catalogues_, id));
+SeriesPoint PointOf(const Catalogues& catalogues, const FoundLog& log, std::size_t column) {
+  const RowValue& value = log.Values[column];
+  const RowId& id = log.ValueRows[column];
+  SeriesPoint point{*log.Date, {}, {}, std::string(NameOf(value.State)), log.Folder};
+  if (value.State == ValueState::kOk && KindOf(catalogues, id) != RowKind::kText) {
+    point.value = value.Number;
+    point.text = PrintedText(catalogues, id, value);
+  }
+  return point;
 }
 
-void SeriesCollector::Add(const LogReading& reading) {
-  if (!reading.Date) {
-    ++undated_;
-    return;
-  }
-  for (std::size_t i = 0; i < rows_.size(); ++i) {
-    const RowValue& value = reading.At(rows_[i]);
-    SeriesPoint point{
-        *reading.Date, {}, {}, std::string(NameOf(value.State)), reading.Identity.Folder};
-    if (value.State == ValueState::kOk && KindOf(catalogues_, rows_[i]) != RowKind::kText) {
-      point.value = value.Number;
-      point.text = PrintedText(catalogues_, rows_[i], value);
-    }
-    series_[i].points.push_back(std::move(point));
-  }
+bool LiesWithin(const Series& series, LocalTime when) {
+  return !series.points.empty() && series.points.front().when <= when &&
+         when <= series.points.back().when;
 }
 
-std::vector<Series> SeriesCollector::Take(const std::vector<MaintenanceMark>& marks) {
-  for (Series& series : series_) {
-    SortByTime(series.points);
-    series.marks = marks;
-  }
-  return std::exchange(series_, {});
-}
-
-void UpkeepCollector::Add(const LogReading& reading) {
+std::optional<UpkeepRecord> RecordOf(const FoundLog& log) {
   UpkeepRecord record;
-  record.log = reading.Identity.Folder;
-  if (!reading.Date) {
-    const std::optional<LocalDay> day = DayOfFolder(record.log);
-    if (!day) return;
+  record.log = log.Folder;
+  if (!log.Date) {
+    const std::optional<LocalDay> day = DayOfFolder(log.Folder);
+    if (!day) return std::nullopt;
     record.when = *day;
     record.kind = UpkeepRecord::Kind::kUnknown;
-  } else if (reading.HasTicks) {
-    record.when = *reading.Date;
-    record.kind =
-        reading.Automatic ? UpkeepRecord::Kind::kAutomatic : UpkeepRecord::Kind::kConfirmed;
-    record.ticks = reading.Ticks;
-  } else {
-    return;
+    return record;
   }
-  records_.push_back(std::move(record));
+  if (!log.HasTicks) return std::nullopt;
+  record.when = *log.Date;
+  record.kind = log.Automatic ? UpkeepRecord::Kind::kAutomatic : UpkeepRecord::Kind::kConfirmed;
+  record.ticks = log.Ticks;
+  return record;
 }
 
-std::vector<UpkeepRecord> UpkeepCollector::Take() {
-  SortByTime(records_);
-  return std::exchange(records_, {});
+}  // namespace
+
+std::vector<Series> SeriesOf(const Catalogues& catalogues, const std::vector<RowGroup>& groups,
+                             const FindResult& found, const std::vector<MaintenanceMark>& marks) {
+  std::vector<Series> all;
+  for (std::size_t column = 0; column < groups.size(); ++column) {
+    Series series = EmptySeries(catalogues, groups[column].front());
+    for (const FoundLog& log : found.Logs) {
+      if (log.Date) series.points.push_back(PointOf(catalogues, log, column));
+    }
+    SortByTime(series.points);
+    for (const MaintenanceMark& mark : marks) {
+      if (LiesWithin(series, mark.when)) series.marks.push_back(mark);
+    }
+    all.push_back(std::move(series));
+  }
+  return all;
+}
+
+std::size_t CountUndated(const FindResult& found) {
+  return static_cast<std::size_t>(std::count_if(found.Logs.begin(), found.Logs.end(),
+                                                [](const FoundLog& log) { return !log.Date; }));
+}
+
+std::vector<UpkeepRecord> RecordsOf(const FindResult& found) {
+  std::vector<UpkeepRecord> records;
+  for (const FoundLog& log : found.Logs) {
+    if (std::optional<UpkeepRecord> record = RecordOf(log)) records.push_back(std::move(*record));
+  }
+  SortByTime(records);
+  return records;
 }
 
 std::optional<LocalDay> DayOfFolder(std::string_view folder) {

@@ -1,58 +1,35 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// What trends and upkeep take from readings, log by log, so that no more of a log root is held than
-// they need. Logs may come in any order; the results ascend by date, logs of equal date by the
-// names of their folders. A log without a date has no place in time. Pure; none raises anything.
+// What trends and upkeep take from the logs that an index has found. Results ascend by date, logs
+// of equal date by the names of their folders. A log without a date has no place in time. Pure;
+// none raises anything.
 #pragma once
 
-#include <cstddef>
-#include <string>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "catalogue/ItemRecord.h"
-#include "insight/CatalogueRow.h"
-#include "insight/LogReading.h"
+#include "insight/IndexSearch.h"
 #include "insight/Series.h"
 #include "insight/Upkeep.h"
 
 namespace logbook::insight {
 
-// The values of some rows over all logs.
-class SeriesCollector {
- public:
-  // Rows of numbers and bits; a text has no place in a series and counts as a gap.
-  SeriesCollector(const Catalogues& catalogues, std::vector<RowId> rows);
+// One series for each group of rows that was asked for as a column of the request, with the values
+// of the rows that apply and those of the marks that lie between its first and its last log. A text
+// has no place in a series and counts as a gap.
+std::vector<Series> SeriesOf(const Catalogues& catalogues, const std::vector<RowGroup>& groups,
+                             const FindResult& found, const std::vector<MaintenanceMark>& marks);
 
-  void Add(const LogReading& reading);
+// Logs without a date, which are in no series.
+std::size_t CountUndated(const FindResult& found);
 
-  // Logs without a date, which are in no series.
-  std::size_t Undated() const { return undated_; }
-
-  // One series a row, in the order of the rows, with these marks; the collector is empty
-  // afterwards.
-  std::vector<Series> Take(const std::vector<MaintenanceMark>& marks);
-
- private:
-  const Catalogues& catalogues_;
-  std::vector<RowId> rows_;
-  std::vector<Series> series_;
-  std::size_t undated_ = 0;
-};
-
-// What the records say of maintenance.
-class UpkeepCollector {
- public:
-  // A log that nobody has confirmed says nothing. One without a date stands, with unknown ticks, at
-  // the beginning of the day that its folder is named by: it may have handed its ticks on.
-  void Add(const LogReading& reading);
-
-  // The records; the collector is empty afterwards.
-  std::vector<UpkeepRecord> Take();
-
- private:
-  std::vector<UpkeepRecord> records_;
-};
+// What the records say of maintenance. A log that nobody has confirmed says nothing. One without a
+// date stands, with unknown ticks, at the beginning of the day that its folder is named by: it may
+// have handed its ticks on.
+std::vector<UpkeepRecord> RecordsOf(const FindResult& found);
 
 // The day in a folder name of the form YYMMDDnn (nn two upper-case hexadecimal digits), years from
 // 1980 to 2079; nothing for any other name.

@@ -10,7 +10,10 @@ double DaysOf(LocalTime when) {
 }
 
 std::string TitleOf(const Series& series) {
-  return series.unit.empty() ? series.label : series.label + " (" + series.unit + ")";
+  std::string title = series.label;
+  if (!series.unit.empty()) title += " (" + series.unit + ")";
+  if (!series.source.empty()) title += " - " + series.source;
+  return title;
 }
 
 }  // namespace logbook::insight

@@ -34,6 +34,7 @@ struct Series {
   std::string label;
   std::string unit;                    // empty for a value without one
   std::string section;                 // heading of the report section
+  std::string source;                  // the log root where there are several, else empty
   std::string format;                  // number picture (text/NumberFormat.h)
   std::vector<SeriesPoint> points;     // ascending by time
   std::vector<MaintenanceMark> marks;  // ascending by time
@@ -43,7 +44,8 @@ struct Series {
 // drawing. Days are those of the wall clock, so a change to summer time moves nothing.
 double DaysOf(LocalTime when);
 
-// The label with its unit as the list heads its columns: "Oxide (%)".
+// The label with its unit as the list heads its columns: "Oxide (%)", and
+// with its source where it names one.
 std::string TitleOf(const Series& series);
 
 }  // namespace logbook::insight

@@ -115,6 +115,7 @@ Json TrendDocument(const Trend& trend) {
           {"label", trend.series.label},
           {"unit", trend.series.unit},
           {"section", trend.series.section},
+          {"root", trend.series.source.empty() ? Json(nullptr) : Json(trend.series.source)},
           {"statistics", StatisticsJson(trend.statistics)},
           {"control", ControlJson(trend.control)},
           {"limits", LimitsJson(trend)},

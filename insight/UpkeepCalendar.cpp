@@ -5,9 +5,13 @@
 
 #include <libical/ical.h>
 
+#include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <vector>
+
+#include "insight/Export.h"
 
 namespace logbook::insight {
 namespace {
@@ -165,7 +169,21 @@ bool HasEvent(const DueItem& item) {
   return item.due && year_month_day(*item.due).year() < std::chrono::year(kLastYear);
 }
 
+// FNV-1a, which is the same everywhere.
+std::uint64_t HashOf(std::string_view text) {
+  std::uint64_t hash = 0xcbf29ce484222325;
+  for (const char each : text) hash = (hash ^ static_cast<unsigned char>(each)) * 0x100000001b3;
+  return hash;
+}
+
 }  // namespace
+
+CalendarRoot CalendarRootOf(const std::string& native_path) {
+  std::error_code error;
+  const std::filesystem::path real = std::filesystem::canonical(native_path, error);
+  const std::string path = error ? native_path : real.string();
+  return {FingerprintText(LogIdentity{.Fingerprint = HashOf(path)}), path};
+}
 
 std::string UpdateCalendar(std::string_view existing, const CalendarRoot& root,
                            std::span<const DueItem> items, std::chrono::sys_seconds now) {

@@ -29,6 +29,9 @@ struct CalendarRoot {
   std::string name;  // for people
 };
 
+// The key and the name of a root by its native path: of a path that stays, the key stays.
+CalendarRoot CalendarRootOf(const std::string& native_path);
+
 // The calendar with the events of these items: `existing` (empty for a new one) with the events of
 // this root brought up to date. An event whose day or text has changed gets the next SEQUENCE and
 // the time stamp `now`; one whose item is no longer due on any day becomes cancelled; an event that

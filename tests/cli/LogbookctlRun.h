@@ -32,12 +32,14 @@ inline std::string Quoted(const std::string& text) {
   return "'" + text + "'";
 }
 
-// Runs the program with this home; the arguments are shell text.
-inline Outcome RunLogbookctl(const std::string& home, const std::string& arguments) {
+// Runs the program with this home; the arguments, and variables of the environment in front of it,
+// are shell text.
+inline Outcome RunLogbookctl(const std::string& home, const std::string& arguments,
+                             const std::string& variables = "") {
   const TestMachine scratch;
   const std::string base = scratch.home() + "/";
-  const std::string command = "LOGBOOK_HOME=" + Quoted(home) + " " + Quoted(LOGBOOKCTL) + " " +
-                              arguments + " >" + base + "out 2>" + base +
+  const std::string command = "LOGBOOK_HOME=" + Quoted(home) + " " + variables + " " +
+                              Quoted(LOGBOOKCTL) + " " + arguments + " >" + base + "out 2>" + base +
                               "err </dev/null; echo $? >" + base + "status";
   Outcome outcome;
   if (std::system(command.c_str()) != 0) ADD_FAILURE() << command;

@@ -11,24 +11,34 @@ namespace logbook::insight {
 namespace {
 
 using test::AllCatalogues;
-using test::QuietReading;
-using test::SetNumber;
-using test::SetState;
 
 constexpr RowId kOxide = {Catalogue::kTune, 63};
 constexpr RowId kOxideMass = {Catalogue::kTune, 62};
 
+const std::vector<RowGroup> kOxideAlone = {{kOxide}};
+
+FoundLog Found(const std::string& folder, const std::string& date, RowValue value = {}) {
+  FoundLog log;
+  log.Folder = folder;
+  log.Date = ParseLogDate(date);
+  log.HasTicks = true;
+  log.Values = {std::move(value)};
+  log.ValueRows = {kOxide};
+  return log;
+}
+
+FindResult Result(std::vector<FoundLog> logs) {
+  return {std::move(logs), 0};
+}
+
 TEST(Collectors, ASeriesAscendsByDateAndThenByFolder) {
-  SeriesCollector collector(AllCatalogues(), {kOxide});
-  const char* const kLogs[][2] = {{"26010301", "01/03/2026 10:00:00"},
-                                  {"26010300", "01/03/2026 10:00:00"},
-                                  {"99123100", "01/01/2026 10:00:00"}};
-  for (const auto& [folder, date] : kLogs) {
-    LogReading reading = QuietReading(folder, date);
-    SetNumber(reading, kOxide, 1.234);
-    collector.Add(reading);
-  }
-  const std::vector<Series> series = collector.Take({});
+  const RowValue value = {ValueState::kOk, 1.234, {}};
+  const std::vector<Series> series =
+      SeriesOf(AllCatalogues(), kOxideAlone,
+               Result({Found("26010301", "01/03/2026 10:00:00", value),
+                       Found("26010300", "01/03/2026 10:00:00", value),
+                       Found("99123100", "01/01/2026 10:00:00", value)}),
+               {});
   ASSERT_EQ(series.size(), 1U);
   EXPECT_EQ(series[0].catalogue, "tune");
   EXPECT_EQ(series[0].row, 63);
@@ -42,16 +52,26 @@ TEST(Collectors, ASeriesAscendsByDateAndThenByFolder) {
   EXPECT_EQ(series[0].points[0].text, "1.23");
 }
 
+TEST(Collectors, MarksOutsideOfTheLogsAreLeftOut) {
+  std::vector<MaintenanceMark> marks;
+  for (const char* day : {"2026-01-01", "2026-01-02", "2026-01-03", "2026-01-04"}) {
+    marks.push_back({LocalTime(ParseDay(day).value()), {"Clean Cones"}, day});
+  }
+  const Series series = SeriesOf(
+      AllCatalogues(), kOxideAlone,
+      Result({Found("a", "01/02/2026 00:00:00"), Found("b", "01/03/2026 12:00:00")}), marks)[0];
+  ASSERT_EQ(series.marks.size(), 2U);
+  EXPECT_EQ(series.marks[0].log, "2026-01-02");
+  EXPECT_EQ(series.marks[1].log, "2026-01-03");
+}
+
 TEST(Collectors, EveryStateButOkIsAGapAndNoZero) {
-  SeriesCollector collector(AllCatalogues(), {kOxide});
-  int day = 1;
+  std::vector<FoundLog> logs;
   for (const ValueState state : {ValueState::kNotApplicable, ValueState::kFileMissing,
                                  ValueState::kFileShort, ValueState::kNoNumber}) {
-    LogReading reading = QuietReading("x", "01/0" + std::to_string(day++) + "/2026 10:00:00");
-    SetState(reading, kOxide, state);
-    collector.Add(reading);
+    logs.push_back(Found("x", "01/01/2026 10:00:00", {state, 0, {}}));
   }
-  const Series series = collector.Take({})[0];
+  const Series series = SeriesOf(AllCatalogues(), kOxideAlone, Result(logs), {})[0];
   ASSERT_EQ(series.points.size(), 4U);
   for (const SeriesPoint& point : series.points) EXPECT_FALSE(point.value) << point.state;
   EXPECT_EQ(series.points[0].state, "na");
@@ -59,27 +79,24 @@ TEST(Collectors, EveryStateButOkIsAGapAndNoZero) {
 }
 
 TEST(Collectors, ATextHasNoPlaceInASeries) {
-  SeriesCollector collector(AllCatalogues(), {kOxideMass});
-  collector.Add(QuietReading("x", "01/01/2026 10:00:00"));
-  EXPECT_FALSE(collector.Take({})[0].points.at(0).value);
+  FoundLog log = Found("x", "01/01/2026 10:00:00", {ValueState::kOk, 0, "156/140"});
+  log.ValueRows = {kOxideMass};
+  EXPECT_FALSE(SeriesOf(AllCatalogues(), {{kOxideMass}}, Result({log}), {})[0].points.at(0).value);
 }
 
 TEST(Collectors, ALogWithoutADateIsCountedAndInNoSeries) {
-  SeriesCollector collector(AllCatalogues(), {kOxide});
-  collector.Add(QuietReading("26010100", "13/01/2026 10:00:00"));
-  collector.Add(QuietReading("26010101", ""));
-  EXPECT_EQ(collector.Undated(), 2U);
-  EXPECT_TRUE(collector.Take({})[0].points.empty());
+  const FindResult found =
+      Result({Found("26010100", "13/01/2026 10:00:00"), Found("26010101", "")});
+  EXPECT_EQ(CountUndated(found), 2U);
+  EXPECT_TRUE(SeriesOf(AllCatalogues(), kOxideAlone, found, {})[0].points.empty());
 }
 
 TEST(Collectors, RecordsKnowWhetherTheyAreAutomatic) {
-  UpkeepCollector collector;
-  LogReading automatic = QuietReading("26010200", "01/02/2026 10:00:00");
+  FoundLog automatic = Found("26010200", "01/02/2026 10:00:00");
   automatic.Automatic = true;
   automatic.Ticks[3] = true;
-  collector.Add(automatic);
-  collector.Add(QuietReading("26010100", "01/01/2026 10:00:00"));
-  const std::vector<UpkeepRecord> records = collector.Take();
+  const std::vector<UpkeepRecord> records =
+      RecordsOf(Result({automatic, Found("26010100", "01/01/2026 10:00:00")}));
   ASSERT_EQ(records.size(), 2U);
   EXPECT_EQ(records[0].kind, UpkeepRecord::Kind::kConfirmed);
   EXPECT_EQ(records[1].kind, UpkeepRecord::Kind::kAutomatic);
@@ -87,18 +104,14 @@ TEST(Collectors, RecordsKnowWhetherTheyAreAutomatic) {
 }
 
 TEST(Collectors, ALogThatNobodyConfirmedSaysNothing) {
-  UpkeepCollector collector;
-  LogReading unfinished = QuietReading("26010200", "01/02/2026 10:00:00");
+  FoundLog unfinished = Found("26010200", "01/02/2026 10:00:00");
   unfinished.HasTicks = false;
-  collector.Add(unfinished);
-  EXPECT_TRUE(collector.Take().empty());
+  EXPECT_TRUE(RecordsOf(Result({unfinished})).empty());
 }
 
 TEST(Collectors, ALogWithoutADateStandsByItsFolderWithUnknownTicks) {
-  UpkeepCollector collector;
-  collector.Add(QuietReading("2601020F", ""));
-  collector.Add(QuietReading("copy of something", ""));
-  const std::vector<UpkeepRecord> records = collector.Take();
+  const std::vector<UpkeepRecord> records =
+      RecordsOf(Result({Found("2601020F", ""), Found("copy of something", "")}));
   ASSERT_EQ(records.size(), 1U);
   EXPECT_EQ(records[0].kind, UpkeepRecord::Kind::kUnknown);
   EXPECT_EQ(TimeText(records[0].when), "2026-01-02T00:00:00");

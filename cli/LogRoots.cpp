@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "LogRoots.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "base/Files.h"
+#include "base/RunTimeError.h"
+
+namespace logbook::cli {
+namespace {
+
+// Where the simulated host's workstation has its logs.
+constexpr const char* kWorkstationRoot = "C:\\QUOREX\\inst1\\maintain";
+constexpr const char* kDemonstrationRoot = "/drives/c/QUOREX/inst1/maintain";
+
+std::string Variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+std::string NativeOf(const Call& call, const std::string& typed) {
+  return NativePath(call.machine, TypedPathText(typed));
+}
+
+bool IsFolder(const Call& call, const std::string& native_path) {
+  return FolderExists(call.machine, PathText(native_path));
+}
+
+// A native path without slashes at its end.
+std::string Trimmed(std::string path) {
+  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
+  return path;
+}
+
+}  // namespace
+
+void AddLogRootOption(CLI::App& verb, LogRootOptions& options) {
+  verb.add_option("--log-root", options.typed,
+                  "Folder of the log folders, instead of $LOGBOOK_ROOT; may stand several times")
+      ->type_name("DIR")
+      ->allow_extra_args(false);
+}
+
+std::vector<std::string> FindLogRoots(Call& call, const LogRootOptions& options) {
+  std::vector<std::string> typed = options.typed;
+  if (typed.empty() && !Variable("LOGBOOK_ROOT").empty()) typed = {Variable("LOGBOOK_ROOT")};
+  std::vector<std::string> roots;
+  for (const std::string& each : typed) {
+    roots.push_back(Trimmed(NativeOf(call, each)));
+    if (IsFolder(call, roots.back())) continue;
+    call.subject += " " + each;
+    throw RunTimeError(ErrorNumber::kPathNotFound);
+  }
+  if (!roots.empty()) return roots;
+  const std::string demo = Variable("LOGBOOK_DEMO");
+  for (const std::string& each : {NativePath(call.machine, kWorkstationRoot),
+                                  (demo.empty() ? "demo" : demo) + kDemonstrationRoot}) {
+    if (IsFolder(call, each)) return {each};
+  }
+  throw UserError("no folder of logs: give --log-root DIR or set LOGBOOK_ROOT");
+}
+
+LogPlace FindLog(Call& call, const LogRootOptions& options, const std::string& typed) {
+  const bool is_path = typed.find_first_of("/\\") != std::string::npos;
+  if (!is_path) {
+    for (const std::string& root : FindLogRoots(call, options)) {
+      if (IsFolder(call, root + "/" + typed)) return {root, typed};
+    }
+  }
+  const std::string path = Trimmed(NativeOf(call, typed));
+  if (!is_path || !IsFolder(call, path)) {
+    call.subject += " " + typed;
+    throw RunTimeError(ErrorNumber::kPathNotFound);
+  }
+  const auto absolute = std::filesystem::absolute(path).lexically_normal();
+  return {absolute.parent_path().string(), absolute.filename().string()};
+}
+
+insight::LogReading ReadLogAt(const Call& call, const Catalogues& catalogues,
+                              const LogPlace& place) {
+  return ReadLog(*call.machine.code_page, catalogues,
+                 insight::LoadLogFiles(call.machine, PathText(place.root), place.folder));
+}
+
+insight::LocalDay TodayOf(const std::string& typed) {
+  if (typed.empty()) return insight::Today();
+  const auto day = insight::ParseDay(typed);
+  if (!day) throw UserError("\"" + typed + "\" is no day of the form YYYY-MM-DD");
+  return *day;
+}
+
+insight::IndexSettings IndexSettingsFor(const Call& call) {
+  insight::IndexSettings settings;
+  settings.Warn = [&call](const std::string& words) { call.Tell(words); };
+  return settings;
+}
+
+}  // namespace logbook::cli

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "Output.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <ostream>
+
+#include "LogRoots.h"
+#include "base/Files.h"
+#include "insight/Baselines.h"
+
+namespace logbook::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The path without links, as far as it exists.
+fs::path Real(const std::string& native_path) {
+  std::error_code error;
+  const fs::path absolute = fs::absolute(native_path, error);
+  const fs::path real = fs::weakly_canonical(absolute, error);
+  return error ? absolute.lexically_normal() : real;
+}
+
+bool LiesBelow(const fs::path& path, const fs::path& root) {
+  const auto [end, rest] = std::mismatch(root.begin(), root.end(), path.begin(), path.end());
+  return end == root.end();
+}
+
+}  // namespace
+
+void RefuseBelowRoots(const Call& call, const std::string& typed,
+                      const std::vector<std::string>& roots) {
+  if (typed == "-") return;
+  const fs::path path = Real(NativePath(call.machine, TypedPathText(typed)));
+  for (const std::string& root : roots) {
+    if (!LiesBelow(path, Real(root))) continue;
+    throw UserError("\"" + typed + "\" lies among the logs, where nothing is ever written");
+  }
+}
+
+void WriteOutput(Call& call, const std::string& typed, std::string_view text,
+                 const std::vector<std::string>& roots) {
+  if (typed == "-") {
+    call.out << text;
+    return;
+  }
+  RefuseBelowRoots(call, typed, roots);
+  call.subject += " " + typed;
+  WriteFile(call.machine, TypedPathText(typed), text);
+}
+
+std::string ReadSettingsFile(Call& call, const std::string& typed) {
+  const std::string subject = call.subject;
+  call.subject += " " + typed;
+  std::string text = ReadFile(call.machine, TypedPathText(typed));
+  call.subject = subject;
+  return text;
+}
+
+std::string SettingsFileOr(const Call& call, const std::string& typed, std::string_view name) {
+  if (!typed.empty()) return typed;
+  const std::string folder = insight::ConfigFolder();
+  const std::string usual = folder + "/" + std::string(name);
+  return !folder.empty() && Exists(call.machine, PathText(usual)) ? usual : std::string();
+}
+
+}  // namespace logbook::cli

@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The terminal that standard output leads to, if it does. Raises nothing.
+#pragma once
+
+namespace logbook::cli {
+
+struct TerminalFacts {
+  bool terminal = false;  // standard output is one
+  int columns = 80;       // of the terminal; else $COLUMNS, else 80
+  bool unicode = false;   // the locale's characters are UTF-8
+  bool color = false;     // a terminal that knows colour, and NO_COLOR is not set
+};
+
+TerminalFacts LookAtTerminal();
+
+}  // namespace logbook::cli
