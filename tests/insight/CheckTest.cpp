@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
 
@@ -239,6 +241,14 @@ TEST(Check, EveryCodeHasItsWords) {
     EXPECT_FALSE(kind.action.empty() || kind.action.ends_with('.'));
   }
   EXPECT_EQ(FindKind("nothing"), nullptr);
+}
+
+TEST(Check, ThePaperNamesEveryCode) {
+  std::ifstream in(TEST_DATA_DIR "/../../docs/insight.md");
+  const std::string paper{std::istreambuf_iterator<char>(in), {}};
+  for (const FindingKind& kind : kFindingKinds) {
+    EXPECT_NE(paper.find("`" + std::string(kind.code) + "`"), std::string::npos) << kind.code;
+  }
 }
 
 TEST(Check, FindingsAreToldByCode) {
