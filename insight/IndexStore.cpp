@@ -96,7 +96,7 @@ struct IndexStore::State {
     return *found->second;
   }
 
-  void Open(const std::string& contents) {
+  void Open() {
     database.exec(
         "PRAGMA cell_size_check=ON; PRAGMA synchronous=NORMAL; PRAGMA cache_size=-32768;"
         "PRAGMA temp_store=MEMORY; PRAGMA journal_size_limit=4194304;");
@@ -105,6 +105,10 @@ struct IndexStore::State {
     if (!RegisterWordTokens(database.getHandle())) {
       throw IndexError(IndexError::Kind::kUnwritable, "this SQLite has no full-text tables");
     }
+  }
+
+  void OpenOrMake(const std::string& contents) {
+    Open();
     const std::string wanted = std::to_string(kVersion) + "\n" + contents;
     if (Version() == 0) MakeTables(wanted);
     if (Version() != kVersion || About("contents") != wanted) RaiseDamage();
@@ -155,7 +159,15 @@ struct IndexStore::State {
 IndexStore::IndexStore(const std::string& native_path, const std::string& contents) {
   Guarded([&] {
     state_ = std::make_unique<State>(native_path);
-    state_->Open(contents);
+    state_->OpenOrMake(contents);
+  });
+}
+
+IndexStore::IndexStore(const std::string& native_path) {
+  Guarded([&] {
+    state_ = std::make_unique<State>(native_path);
+    state_->Open();
+    if (state_->Version() != kVersion) RaiseDamage();
   });
 }
 

@@ -51,6 +51,8 @@ class IndexStore {
   // `contents` tells what it is made from: one that was made from something else counts as
   // damaged. Raises IndexError, as all routines here do.
   IndexStore(const std::string& native_path, const std::string& contents);
+  // Opens one that is there, whatever it is made from.
+  explicit IndexStore(const std::string& native_path);
   ~IndexStore();
   IndexStore(const IndexStore&) = delete;
   IndexStore& operator=(const IndexStore&) = delete;

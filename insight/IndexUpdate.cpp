@@ -106,6 +106,7 @@ class Updater {
       : store_(store),
         code_page_(code_page),
         catalogues_(catalogues),
+        reader_(code_page, catalogues),
         walk_(walk),
         progress_(progress) {}
 
@@ -160,24 +161,22 @@ class Updater {
   }
 
   void ReadOne(const std::string& name, BlockInMaking& block, std::vector<std::int64_t>& removed) {
-    // The stamp is taken before the bytes, so that a change in between shows next time.
-    const std::optional<LogStamp> stamp = walk_.Stamp(name);
     const std::optional<StoredLog> stored = store_.LogOfFolder(name);
-    // Another program has read it meanwhile.
-    if (stamp && stored && stored->Stamp == stamp->Digest) return;
+    // Another program may have read it meanwhile.
+    if (stored && IsUnchanged(name, stored->Stamp)) return;
     if (stored) {
       store_.RemoveLog(stored->Id);
       removed.push_back(stored->Id);
     }
-    if (stamp) Put(name, *stamp, block);
+    const auto loaded = walk_.LoadStamped(name);
+    if (loaded) Put(loaded->Files, loaded->Stamp, block);
   }
 
-  void Put(const std::string& name, const LogStamp& stamp, BlockInMaking& block) {
-    const LogFiles files = walk_.Load(name);
-    const LogReading reading = ReadLog(code_page_, catalogues_, files);
+  void Put(const LogFiles& files, const LogStamp& stamp, BlockInMaking& block) {
+    const LogReading reading = reader_.Read(files);
     StoredLog log;
     log.Id = block.Add(reading);
-    log.Folder = name;
+    log.Folder = files.Folder;
     log.Stamp = stamp.Settled ? stamp.Digest : 0;
     log.Record = PackRecord({reading.Identity.Fingerprint, reading.Identity.Date, reading.Comment,
                              reading.RefusedFiles});
@@ -208,6 +207,7 @@ class Updater {
   IndexStore& store_;
   const CodePage& code_page_;
   const Catalogues& catalogues_;
+  const LogReader reader_;
   const LogRootWalk& walk_;
   const ProgressSink& progress_;
   std::vector<std::string> changed_;

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "base/Files.h"
+#include "base/Profile.h"
 #include "base/RunTimeError.h"
 #include "insight/RowReaders.h"
 #include "resources/Resources.h"
@@ -26,24 +27,30 @@ std::string_view BytesOf(const LogFiles& files, std::string_view name) {
   return file != nullptr ? std::string_view(file->Bytes) : std::string_view();
 }
 
-// A value of logfile.ini; the default where it is missing.
-std::string ProfileText(const Machine& machine, std::string_view section, const std::string& key,
-                        std::string_view default_value, std::string_view profile) {
-  std::string text;
-  GetIniStringFrom(machine, section, key, default_value, text, profile);
-  return text;
+// As GetIniString cuts values.
+constexpr std::size_t kProfileBuffer = 512;
+
+std::vector<std::string> TickTexts(const Machine& machine, std::string_view profile) {
+  static const std::vector<std::string> kKeys = [] {
+    std::vector<std::string> keys;
+    for (int item = 0; item < kItemHeaderCount; ++item) {
+      keys.push_back("Item" + std::to_string(item));
+    }
+    return keys;
+  }();
+  const std::vector<std::string_view> keys(kKeys.begin(), kKeys.end());
+  return GetProfileStrings(machine, "Maintenance", keys, "", kProfileBuffer, profile);
 }
 
 void ReadDescriptor(const Machine& machine, std::string_view profile, LogReading& reading) {
-  reading.Identity.Date = ProfileText(machine, "LogFile", "Date", "", profile);
+  GetIniStringFrom(machine, "LogFile", "Date", "", reading.Identity.Date, profile);
   reading.Date = ParseLogDate(reading.Identity.Date);
   reading.Options = ParseLogOptions(machine, profile);
-  for (int item = 0; item < kItemHeaderCount; ++item) {
-    const std::string tick =
-        ProfileText(machine, "Maintenance", "Item" + std::to_string(item), "", profile);
-    reading.HasTicks |= !tick.empty();
+  const std::vector<std::string> ticks = TickTexts(machine, profile);
+  for (std::size_t item = 0; item < ticks.size(); ++item) {
+    reading.HasTicks |= !ticks[item].empty();
     try {
-      RowAt(reading.Ticks, item) = LeadingNumber(tick) == 1;
+      reading.Ticks[item] = LeadingNumber(ticks[item]) == 1;
     } catch (const RunTimeError&) {
       // Not 1, whatever it is.
     }
@@ -92,18 +99,25 @@ std::optional<ValueState> FindState(std::string_view name) {
   return std::nullopt;
 }
 
+LogReader::LogReader(const CodePage& code_page, const Catalogues& catalogues)
+    : code_page_(code_page), catalogues_(catalogues), macros_(catalogues) {}
+
 LogReading ReadLog(const CodePage& code_page, const Catalogues& catalogues, const LogFiles& files) {
+  return LogReader(code_page, catalogues).Read(files);
+}
+
+LogReading LogReader::Read(const LogFiles& files) const {
   LogReading reading;
   reading.Identity.Root = files.Root;
   reading.Identity.Folder = files.Folder;
   reading.Identity.Fingerprint = FingerprintOf(files);
-  const Machine machine = {{}, &code_page};  // for the code page alone
+  const Machine machine = {{}, &code_page_};  // for the code page alone
   ReadDescriptor(machine, BytesOf(files, "logfile.ini"), reading);
-  ReadComment(code_page, files, reading);
+  ReadComment(code_page_, files, reading);
   for (const LogFile& file : files.Files) {
     if (file.What == LogFile::Kind::kRefused) reading.RefusedFiles.push_back(file.Name);
   }
-  const RowSource source = {code_page, catalogues, reading.Options, files};
+  const RowSource source = {code_page_, catalogues_, reading.Options, files, macros_};
   reading.Values.reserve(kAllRows);
   Append(reading.Values, ReadMeterRows(source));
   Append(reading.Values, ReadAnalogRows(source));

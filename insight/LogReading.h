@@ -18,6 +18,7 @@
 #include "catalogue/OptionGating.h"
 #include "insight/CatalogueRow.h"
 #include "insight/LogFiles.h"
+#include "insight/MacroLookup.h"
 
 namespace logbook::insight {
 
@@ -68,7 +69,23 @@ struct LogReading {
   }
 };
 
-// The reading of these files. Takes any bytes; raises nothing.
+// Makes readings. What can be prepared once for all of them is, so one reader for many logs costs
+// less than ReadLog for each.
+class LogReader {
+ public:
+  // The references must outlive the object.
+  LogReader(const CodePage& code_page, const Catalogues& catalogues);
+
+  // The reading of these files. Takes any bytes; raises nothing.
+  LogReading Read(const LogFiles& files) const;
+
+ private:
+  const CodePage& code_page_;
+  const Catalogues& catalogues_;
+  MacroLookup macros_;
+};
+
+// The reading of one log by a reader of its own.
 LogReading ReadLog(const CodePage& code_page, const Catalogues& catalogues, const LogFiles& files);
 
 // The value as list and report print it, without its unit: a number in the row's picture, a bit's

@@ -48,7 +48,16 @@ class LogRootWalk {
   // nothing.
   LogFiles Load(const std::string& name) const;
 
+  // Both in one go, each file's stamp taken before its bytes; nothing if the folder is gone.
+  struct StampedFiles {
+    LogStamp Stamp;
+    LogFiles Files;
+  };
+  std::optional<StampedFiles> LoadStamped(const std::string& name) const;
+
  private:
+  std::optional<LogStamp> StampOfClosed(const std::string& name) const;
+
   struct State;
   std::unique_ptr<State> state_;
 };

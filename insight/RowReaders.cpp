@@ -3,11 +3,11 @@
 
 #include "insight/RowReaders.h"
 
-#include <map>
 #include <optional>
 #include <string>
 
 #include "base/RunTimeError.h"
+#include "catalogue/CatalogueRows.h"
 #include "reports/ReportLayouts.h"
 #include "reports/ReportRows.h"
 #include "snapshot/BitWords.h"
@@ -77,33 +77,16 @@ std::vector<RowValue> ReadPositional(const RowSource& source, std::string_view n
   return values;
 }
 
-// The assignments of each macro file, found by the rule of the list.
-class MacroFiles {
- public:
-  explicit MacroFiles(const RowSource& source) : source_(source) {}
-
-  // Nothing if the file is missing.
-  std::optional<MacroLines> Find(const std::string& file, const std::string& var) {
-    auto entry = files_.find(file);
-    if (entry == files_.end()) entry = files_.emplace(file, Read(file)).first;
-    if (!entry->second) return std::nullopt;
-    return FindMacroLines(*entry->second, var);
+// The bytes of a macro file, found by the rule of the list; nothing if it is missing.
+std::optional<std::string_view> MacroBytes(const RowSource& source, const std::string& name) {
+  for (const std::string& each : MacroFileNames(name)) {
+    const LogFile* file = source.files.Find(each);
+    if (file == nullptr || file->What == LogFile::Kind::kNothing) continue;
+    if (!IsThere(file)) return std::nullopt;
+    return file->Bytes;
   }
-
- private:
-  std::optional<std::vector<std::string>> Read(const std::string& name) const {
-    for (const std::string& each : MacroFileNames(name)) {
-      const LogFile* file = source_.files.Find(each);
-      if (file == nullptr || file->What == LogFile::Kind::kNothing) continue;
-      if (!IsThere(file)) return std::nullopt;
-      return AssignmentsIn(source_.code_page, file->Bytes);
-    }
-    return std::nullopt;
-  }
-
-  const RowSource& source_;
-  std::map<std::string, std::optional<std::vector<std::string>>> files_;
-};
+  return std::nullopt;
+}
 
 // A flag of a macro file; nothing if it does not fit 16 bits.
 std::optional<std::int16_t> FlagOf(std::string_view line) {
@@ -122,22 +105,30 @@ RowValue TextValue(std::string_view line) {
   }
 }
 
-RowValue TuneValue(const RowSource& source, int row, const MacroLines& lines) {
-  const TuneItemRecord& item = RowAt(source.catalogues.TuneItems, row);
-  if (lines.Value.empty()) return InState(ValueState::kFileShort);
+// Whether the switches of its macro file leave the row without a value, where it applies with both
+// of them set. A switch that cannot be read leaves that open.
+std::optional<ValueState> StateBySwitches(const RowSource& source, int row, std::int16_t group,
+                                          const MacroViews& lines) {
+  if (!IsDisabledTuneRow(row, group, source.options, {0, 0})) return std::nullopt;
   const std::optional<std::int16_t> col_opgs = FlagOf(lines.ColOpgs);
   const std::optional<std::int16_t> clmd = FlagOf(lines.Clmd);
-  const MacroFlags flags = {col_opgs.value_or(std::int16_t{1}), clmd.value_or(std::int16_t{1})};
-  if (IsDisabledTuneRow(row, item.Group, source.options, flags) ||
+  const auto disabled = [&](std::int16_t unread) {
+    return IsDisabledTuneRow(row, group, source.options,
+                             {col_opgs.value_or(unread), clmd.value_or(unread)});
+  };
+  if (disabled(1)) return ValueState::kNotApplicable;
+  if (disabled(0)) return ValueState::kNoNumber;
+  return std::nullopt;
+}
+
+RowValue TuneValue(const RowSource& source, int row, const MacroViews& lines) {
+  const TuneItemRecord& item = RowAt(source.catalogues.TuneItems, row);
+  if (lines.Value.empty()) return InState(ValueState::kFileShort);
+  if (IsDisabledTuneRow(row, item.Group, source.options, {1, 1}) ||
       IsHiddenInList(item.Group, source.options)) {
     return InState(ValueState::kNotApplicable);
   }
-  // A flag that cannot be read leaves open whether the rows that ask for it apply.
-  const bool undecided = !col_opgs || !clmd;
-  const MacroFlags zeros = {col_opgs.value_or(std::int16_t{0}), clmd.value_or(std::int16_t{0})};
-  if (undecided && IsDisabledTuneRow(row, item.Group, source.options, zeros)) {
-    return InState(ValueState::kNoNumber);
-  }
+  if (const auto state = StateBySwitches(source, row, item.Group, lines)) return InState(*state);
   if (item.Format.empty()) return TextValue(lines.Value);
   const std::optional<double> number = HeldNumber(BehindEqualSign(lines.Value));
   if (number && *number < 0 && NegativeMeansUnused(item.Group)) {
@@ -150,7 +141,7 @@ RowValue TuneValue(const RowSource& source, int row, const MacroLines& lines) {
 std::vector<std::optional<std::uint16_t>> WordsIn(SequentialReader& reader) {
   std::vector<std::optional<std::uint16_t>> words;
   while (words.size() < kBitWords && !reader.AtEnd()) {
-    words.push_back(FindBitWord(reader.ReadText()));
+    words.push_back(FindBitWord(reader.ReadTextEnd()));
   }
   return words;
 }
@@ -220,12 +211,12 @@ std::vector<RowValue> ReadAnalogRows(const RowSource& source) {
 }
 
 std::vector<RowValue> ReadTuneRows(const RowSource& source) {
-  MacroFiles macros(source);
-  std::vector<RowValue> values;
-  for (int row = 0; row < kTuneRowCount; ++row) {
-    const TuneItemRecord& item = RowAt(source.catalogues.TuneItems, row);
-    const std::optional<MacroLines> lines = macros.Find(item.File, item.Var);
-    values.push_back(lines ? TuneValue(source, row, *lines) : InState(ValueState::kFileMissing));
+  std::vector<RowValue> values(kTuneRowCount, InState(ValueState::kFileMissing));
+  for (const std::string_view name : kMacroFiles) {
+    const std::optional<std::string_view> bytes = MacroBytes(source, std::string(name));
+    if (!bytes) continue;
+    const MacroLookup::Lines lines = source.macros.Find(source.code_page, name, *bytes);
+    for (const auto& [row, views] : lines.Rows) RowAt(values, row) = TuneValue(source, row, views);
   }
   return values;
 }

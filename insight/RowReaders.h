@@ -10,6 +10,7 @@
 #include "catalogue/OptionGating.h"
 #include "insight/LogFiles.h"
 #include "insight/LogReading.h"
+#include "insight/MacroLookup.h"
 
 namespace logbook::insight {
 
@@ -19,6 +20,7 @@ struct RowSource {
   const Catalogues& catalogues;
   const LogOptions& options;
   const LogFiles& files;
+  const MacroLookup& macros;  // of the same catalogues
 };
 
 // All rows of one catalogue in their order. Raise nothing.

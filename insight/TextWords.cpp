@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/PlainText.h"
 #include "base/UpperCase.h"
 #include "base/Utf8.h"
 
@@ -47,17 +48,30 @@ Sort SortOf(char32_t character) {
   return Holds(kParting, character) ? Sort::kOther : Sort::kLetter;
 }
 
-// For ASCII: the letter in upper case, the digit; 1 for the text break; 0 for what parts words.
+// For ASCII: the letter in upper case, the digit; 0 for what parts words.
 constexpr auto kAscii = [] {
-  std::array<char, 128> table{};
+  std::array<char, 256> table{};
   for (char c = '0'; c <= '9'; ++c) table[static_cast<std::size_t>(c)] = c;
   for (char c = 'A'; c <= 'Z'; ++c) {
     table[static_cast<std::size_t>(c)] = c;
     table[static_cast<std::size_t>(c) + 32] = c;
   }
-  table[1] = 1;
   return table;
 }();
+
+char UpperAscii(char byte) {
+  return kAscii[static_cast<unsigned char>(byte)];
+}
+bool IsAsciiLetter(char byte) {
+  return UpperAscii(byte) != 0;
+}
+
+// True for a sign that stands between two digits, as in dates, times and numbers.
+bool JoinsDigits(std::string_view text, std::size_t at) {
+  constexpr std::string_view kSigns = "/:.,-";
+  return at > 0 && at + 1 < text.size() && IsDigit(text[at - 1]) && IsDigit(text[at + 1]) &&
+         kSigns.find(text[at]) != std::string_view::npos;
+}
 
 }  // namespace
 
@@ -70,18 +84,20 @@ void EachWord(std::string_view text, const WordSink& sink) {
   };
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t start = at;
-    const auto byte = static_cast<unsigned char>(text[at]);
-    if (byte < 0x80 && byte != 1) {
-      ++at;
-      const char letter = kAscii[byte];
-      if (letter == 0) {
-        finish(start);
-        continue;
-      }
-      if (word.empty()) begin = start;
-      word += letter;
+    if (word.empty()) begin = start;
+    // The common case in one go.
+    while (at < text.size() && IsAsciiLetter(text[at])) word += UpperAscii(text[at++]);
+    if (at == text.size()) break;
+    if (JoinsDigits(text, at)) {
+      word += text[at++];
       continue;
     }
+    const auto byte = static_cast<unsigned char>(text[at]);
+    if (byte < 0x80 && byte != 1) {
+      finish(at++);
+      continue;
+    }
+    if (at > start) continue;
     const char32_t character = NextCharacter(text, at);
     const Sort sort = SortOf(character);
     if (sort != Sort::kLetter) finish(start);

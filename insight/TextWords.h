@@ -3,8 +3,9 @@
 
 // The words of a text, as they are indexed and looked for: runs of letters and digits in upper
 // case, whatever the script; each character of a script without blanks between words (kana, Han,
-// Hangul) is a word of its own, so that a phrase finds it inside a sentence. All else parts words.
-// Pure; UTF-8; none raises anything.
+// Hangul) is a word of its own, so that a phrase finds it inside a sentence. One of the signs
+// / : . , - between two digits belongs to the word, so that a date, a time or a number is one. All
+// else parts words. Pure; UTF-8; none raises anything.
 #pragma once
 
 #include <functional>

@@ -85,41 +85,62 @@ std::int64_t Now() {
   return std::chrono::duration_cast<nanoseconds>(now).count();
 }
 
-void ReadBytes(const Descriptor& descriptor, LogFile& file) {
-  char buffer[16384];
-  while (const std::size_t count = posix::ReadSome(descriptor, buffer, sizeof buffer)) {
-    const std::size_t room = kMostFileBytes - std::min(kMostFileBytes, file.Bytes.size());
-    file.Bytes.append(buffer, std::min(count, room));
-    file.Size += count;
-    if (room == 0) break;
+// A file that does not grow meanwhile takes one call.
+void ReadBytes(const Descriptor& descriptor, std::uint64_t size, LogFile& file) {
+  const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, kMostFileBytes));
+  file.Bytes.resize(wanted);
+  std::size_t done = 0;
+  while (done < wanted) {
+    const std::size_t count = posix::ReadSome(descriptor, file.Bytes.data() + done, wanted - done);
+    if (count == 0) break;
+    done += count;
   }
+  file.Bytes.resize(done);
 }
 
-LogFile LoadFile(int folder, std::string name) {
+LogFile::Kind KindOf(const struct stat& status) {
+  if (S_ISREG(status.st_mode)) return LogFile::Kind::kFile;
+  return S_ISDIR(status.st_mode) ? LogFile::Kind::kRefused : LogFile::Kind::kNothing;
+}
+
+// The status is that of the file before its bytes were read; all zeros where there is none.
+LogFile LoadFile(int folder, const char* name, struct stat& status) {
   LogFile file;
-  file.Name = std::move(name);
-  const Descriptor descriptor(openat(folder, file.Name.c_str(), posix::kOpenForReading));
-  struct stat status = {};
-  if (!descriptor.IsOpen()) {
-    file.What =
-        errno == ENOENT || errno == ENXIO ? LogFile::Kind::kNothing : LogFile::Kind::kRefused;
-    return file;
-  }
-  if (fstat(descriptor.Number(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    file.What = S_ISDIR(status.st_mode) ? LogFile::Kind::kRefused : LogFile::Kind::kNothing;
-    return file;
-  }
-  file.Size = static_cast<std::uint64_t>(status.st_size);
-  if (IsWrittenByViewer(file.Name)) return file;
+  file.Name = name;
+  const bool viewed = IsWrittenByViewer(name);
+  const Descriptor descriptor(viewed ? -1 : openat(folder, name, posix::kOpenForReading));
+  const bool known = descriptor.IsOpen() ? fstat(descriptor.Number(), &status) == 0
+                                         : fstatat(folder, name, &status, 0) == 0;
+  if (!known) status = {};
+  file.What = known ? KindOf(status) : LogFile::Kind::kNothing;
+  file.Size = file.What == LogFile::Kind::kFile ? static_cast<std::uint64_t>(status.st_size) : 0;
+  if (file.What != LogFile::Kind::kFile || viewed) return file;
   try {
-    file.Size = 0;
-    ReadBytes(descriptor, file);
-    if (file.Bytes.size() == kMostFileBytes) file.Size = static_cast<std::uint64_t>(status.st_size);
+    if (!descriptor.IsOpen()) throw RunTimeError(ErrorNumber::kPermissionDenied);
+    ReadBytes(descriptor, file.Size, file);
   } catch (const RunTimeError&) {
     return {file.Name, LogFile::Kind::kRefused, {}, 0};
   }
   return file;
 }
+
+// The stamp of a folder, entry by entry. A sum, since folders need not give their entries in one
+// order.
+class StampInMaking {
+ public:
+  explicit StampInMaking(const struct stat& folder)
+      : stamp_{Mixed(0, folder.st_ino), true}, now_(Now()) {}
+
+  void Add(const char* name, const struct stat& file) {
+    stamp_.Digest += DigestOf(name, file);
+    stamp_.Settled = stamp_.Settled && IsSettled(file, now_);
+  }
+  LogStamp Result() const { return {stamp_.Digest == 0 ? 1 : stamp_.Digest, stamp_.Settled}; }
+
+ private:
+  LogStamp stamp_;
+  std::int64_t now_;
+};
 
 }  // namespace
 
@@ -164,39 +185,55 @@ std::vector<std::string> LogRootWalk::Names() const {
 
 std::optional<LogStamp> LogRootWalk::Stamp(const std::string& name) const {
   const OpenFolder folder = OpenBelow(state_->descriptor.Number(), name.c_str());
+  if (folder == nullptr) return StampOfClosed(name);
   struct stat status = {};
-  if (folder == nullptr || fstat(dirfd(folder.get()), &status) != 0) {
-    // A folder that may not be entered is a log all the same, with nothing in it.
-    const bool there = fstatat(state_->descriptor.Number(), name.c_str(), &status, 0) == 0;
-    if (!there || !S_ISDIR(status.st_mode)) return std::nullopt;
-    return LogStamp{status.st_ino | 1, false};
-  }
-  LogStamp stamp = {Mixed(0, status.st_ino), true};
-  const std::int64_t now = Now();
-  // A sum, since folders need not give their entries in one order.
+  if (fstat(dirfd(folder.get()), &status) != 0) return std::nullopt;
+  StampInMaking stamp(status);
   EachEntry(folder.get(), [&](const dirent& entry) {
     if (IsWrittenByViewer(entry.d_name)) return;
     struct stat file = {};
     if (fstatat(dirfd(folder.get()), entry.d_name, &file, 0) != 0) file = {};
-    stamp.Digest += DigestOf(entry.d_name, file);
-    stamp.Settled = stamp.Settled && IsSettled(file, now);
+    stamp.Add(entry.d_name, file);
   });
-  if (stamp.Digest == 0) stamp.Digest = 1;
-  return stamp;
+  return stamp.Result();
+}
+
+// A folder that may not be entered is a log all the same, with nothing in it.
+std::optional<LogStamp> LogRootWalk::StampOfClosed(const std::string& name) const {
+  struct stat status = {};
+  const bool there = fstatat(state_->descriptor.Number(), name.c_str(), &status, 0) == 0;
+  if (!there || !S_ISDIR(status.st_mode)) return std::nullopt;
+  return LogStamp{status.st_ino | 1, false};
 }
 
 LogFiles LogRootWalk::Load(const std::string& name) const {
-  LogFiles files;
-  files.Root = state_->root;
-  files.Folder = name;
+  std::optional<StampedFiles> loaded = LoadStamped(name);
+  if (loaded) return std::move(loaded->Files);
+  return {state_->root, name, {}};
+}
+
+std::optional<LogRootWalk::StampedFiles> LogRootWalk::LoadStamped(const std::string& name) const {
+  StampedFiles loaded = {{}, {state_->root, name, {}}};
   const OpenFolder folder = OpenBelow(state_->descriptor.Number(), name.c_str());
-  if (folder == nullptr) return files;
+  if (folder == nullptr) {
+    const std::optional<LogStamp> stamp = StampOfClosed(name);
+    if (!stamp) return std::nullopt;
+    loaded.Stamp = *stamp;
+    return loaded;
+  }
+  struct stat status = {};
+  if (fstat(dirfd(folder.get()), &status) != 0) return std::nullopt;
+  StampInMaking stamp(status);
+  std::vector<LogFile>& files = loaded.Files.Files;
   EachEntry(folder.get(), [&](const dirent& entry) {
-    files.Files.push_back(LoadFile(dirfd(folder.get()), entry.d_name));
+    struct stat file = {};
+    files.push_back(LoadFile(dirfd(folder.get()), entry.d_name, file));
+    if (!IsWrittenByViewer(entry.d_name)) stamp.Add(entry.d_name, file);
   });
-  std::sort(files.Files.begin(), files.Files.end(),
+  loaded.Stamp = stamp.Result();
+  std::sort(files.begin(), files.end(),
             [](const LogFile& a, const LogFile& b) { return a.Name < b.Name; });
-  return files;
+  return loaded;
 }
 
 }  // namespace logbook::insight

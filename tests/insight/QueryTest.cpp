@@ -272,6 +272,8 @@ TEST(TextWords, AreRunsOfLettersAndDigitsInUpperCase) {
   EXPECT_EQ(WordsOf("a\xFF"
                     "b\n"),
             (Words{"A", "B"}));
+  EXPECT_EQ(WordsOf("2026/11/21 20:11:03, -1.5e3. 1- a/b"),
+            (Words{"2026/11/21", "20:11:03", "1.5E3", "1", "A", "B"}));
   EXPECT_EQ(WordsOf(""), Words{});
 }
 

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The lines of macro files for all rows of the tune catalogue in one pass over each line: the same
+// lines that snapshot/MacroFile.h finds row by row, which looks for every variable in every line.
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/CodePage.h"
+#include "catalogue/ItemRecord.h"
+
+namespace logbook::insight {
+
+// As MacroLines, pointing into the file or into `Converted` of what found them.
+struct MacroViews {
+  std::string_view Value;
+  std::string_view ColOpgs;
+  std::string_view Clmd;
+};
+
+class MacroLookup {
+ public:
+  // For the rows of this catalogue, which need not outlive the object.
+  explicit MacroLookup(const Catalogues& catalogues);
+
+  // The lines of one macro file, found for each tune row of that file.
+  struct Lines {
+    std::vector<std::pair<int, MacroViews>> Rows;  // row numbers, ascending
+    std::vector<std::string> Converted;            // lines that had to be converted to UTF-8
+  };
+  // `file` is the name as the catalogue has it, `bytes` must outlive the result. Raises nothing.
+  Lines Find(const CodePage& code_page, std::string_view file, std::string_view bytes) const;
+
+ private:
+  static constexpr std::size_t kMostWords = 128;
+  using Words = std::bitset<kMostWords>;
+
+  // Finds all of some words in a text at once: a state for each beginning of a word, and from each
+  // state the next one for each letter.
+  struct Automaton {
+    struct State {
+      std::array<std::uint16_t, 64> next{};  // by LetterOf
+      Words found;
+    };
+    std::vector<State> states;
+    std::vector<int> rows;  // of each word but the two last, which are the switches
+    void Add(std::string_view word, std::size_t number);
+    void Connect();
+    Words FindIn(std::string_view line) const;
+  };
+
+  std::map<std::string, Automaton, std::less<>> files_;
+};
+
+}  // namespace logbook::insight
