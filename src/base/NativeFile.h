@@ -11,29 +11,36 @@
 #include <string>
 #include <string_view>
 
+#include "base/Files.h"
+
 namespace logbook {
 
-// The name that a file has while its new contents are written; on a disk without locks the
-// writer's number follows. A writer that was killed may leave one behind; it is no entry of its
-// folder for any routine of Files.h, and goes with the next writing or with the folder.
+// The name that a file has while its new contents are written. The writer's number follows, and
+// perhaps a hyphen and another one, where the folder's lock cannot be had or something else has the
+// name. A writer that was killed may leave one behind; it is no entry of its folder for any routine
+// of Files.h, and goes with the next writing there or with the folder.
 inline constexpr std::string_view kTemporaryName = ".logbook-new~";
 
-// The whole file as bytes. Raises 53, 75 (a folder, an empty name), 76, 70, 57.
-std::string ReadNativeFile(const std::string& native_path);
+// The whole file as bytes. Raises 53, 75 (a folder, an empty name), 76, 70, 57, and 7 for a file of
+// more than `most` bytes.
+std::string ReadNativeFile(const std::string& native_path, std::size_t most = kNoLimit);
 
 // The right to replace one file. Writers of a folder wait for each other in all processes, from
-// the making of this object to its end, so what is read here cannot change before it is replaced.
-// A link is followed: its target is replaced and the link stays.
+// the making of this object to its end, so what is read here cannot change before it is replaced;
+// on a disk without locks, and where the lock is held for longer than a writer needs it, they go
+// without. A link is followed: its target is replaced and the link stays.
 class FileReplacement {
  public:
-  // Waits for the folder. Raises 76 if it is missing, 75 for an empty name, 70, 57.
+  // Waits for the folder, at most two seconds. Raises 76 if it is missing, 75 for an empty name,
+  // 70, 57.
   explicit FileReplacement(const std::string& native_path);
   ~FileReplacement();
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
 
-  // The file's present bytes; nothing if there is no file. Raises 75, 70, 57.
-  std::optional<std::string> Bytes() const;
+  // The file's present bytes; nothing if there is no file. Raises 75, 70, 57, and 7 for a file of
+  // more than `most` bytes.
+  std::optional<std::string> Bytes(std::size_t most = kNoLimit) const;
 
   // Replaces the file or makes it; an existing one keeps its mode and owner. Raises 75 for a
   // folder or a read-only file, 70, 61, 57; the old file is then unchanged.

@@ -63,6 +63,22 @@ void AppendCharacter(char32_t character, std::string& text) {
   }
 }
 
+std::u16string Utf16Of(std::string_view text) {
+  std::u16string units;
+  for (std::size_t position = 0; position < text.size();) {
+    const char32_t character = NextCharacter(text, position);
+    if (character == kNotUtf8) {
+      units.push_back(0xFFFD);
+    } else if (character < 0x10000) {
+      units.push_back(static_cast<char16_t>(character));
+    } else {
+      units.push_back(static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10)));
+      units.push_back(static_cast<char16_t>(0xDC00 + (character & 0x3FF)));
+    }
+  }
+  return units;
+}
+
 std::size_t EndOfAscii(std::string_view text, std::size_t position) {
   constexpr std::uint64_t kHighBits = 0x8080808080808080u;
   std::uint64_t eight = 0;

@@ -21,6 +21,9 @@ char32_t NextCharacter(std::string_view text, std::size_t& position);
 // Appends a character, which must be below 110000 hexadecimal.
 void AppendCharacter(char32_t character, std::string& text);
 
+// The text in UTF-16 code units. A byte that is no UTF-8 becomes U+FFFD.
+std::u16string Utf16Of(std::string_view text);
+
 // The position of the first byte from here on that is not ASCII, or the text's length.
 std::size_t EndOfAscii(std::string_view text, std::size_t position);
 

@@ -209,12 +209,28 @@ TEST(FileWritingTest, ADiskWithoutRoomIsError61AndTheOldFileStays) {
   EXPECT_EQ(Picture(machine), before);
 }
 
-TEST(FileWritingTest, WhatAKilledWriterLeftIsGoneAfterTheNextWrite) {
+TEST(FileWritingTest, WhatKilledWritersLeftIsGoneAfterTheNextWrite) {
   const TestMachine machine;
-  machine.Put("C:\\" + std::string(kTemporaryName), "half a fi");
+  const std::string name = "C:\\" + std::string(kTemporaryName);
+  for (const char* number : {"", "4711", "4711-2"}) machine.Put(name + number, "half a fi");
   WriteFile(machine, "C:\\a.txt", "whole");
-  EXPECT_FALSE(machine.Has("C:\\" + std::string(kTemporaryName)));
+  for (const char* number : {"", "4711", "4711-2"}) EXPECT_FALSE(machine.Has(name + number));
   EXPECT_EQ(machine.Get("C:\\a.txt"), "whole");
+}
+
+TEST(FileWritingTest, WhatElseBearsTheTemporaryNameDoesNotStopAWrite) {
+  const TestMachine machine;
+  const std::string name = "C:\\" + std::string(kTemporaryName);
+  const std::string numbered = name + std::to_string(getpid());
+  machine.MakeFolders(name);
+  machine.MakeFolders(numbered);
+  fs::create_symlink("nowhere", machine.Native(numbered + "-1"));
+  WriteFile(machine, "C:\\a.txt", "whole");
+  EXPECT_EQ(machine.Get("C:\\a.txt"), "whole");
+  EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "v", "C:\\a.ini"));
+  EXPECT_TRUE(fs::is_directory(machine.Native(name)));
+  EXPECT_TRUE(fs::is_symlink(machine.Native(numbered + "-1")));
+  EXPECT_FALSE(machine.Has(numbered + "-2"));
 }
 
 TEST(FileWritingTest, AFileNameOfTheGreatestLengthCanBeWritten) {

@@ -92,6 +92,60 @@ TEST(FilesTest, TheExactNameComesBeforeOneThatDiffersInCase) {
   EXPECT_EQ(ReadFile(machine, "C:\\Note.txt"), "upper") << "of several the first by its bytes";
 }
 
+TEST(FilesTest, AComponentBetweenQuotesIsFoundByItsExactNameAlone) {
+  const TestMachine machine;
+  machine.Put("C:\\Logs\\alpha\\Note.txt", "another log");
+  EXPECT_EQ(ReadFile(machine, "C:\\LOGS\\\"alpha\"\\NOTE.TXT"), "another log");
+  EXPECT_EQ(NativePath(machine, "C:\\LOGS\\\"Alpha\"\\NOTE.TXT"),
+            machine.Native("C:\\Logs\\Alpha\\NOTE.TXT"));
+  const std::string gone = "C:\\logs\\\"Alpha\"\\note.txt";
+  EXPECT_FALSE(Exists(machine, gone));
+  EXPECT_EQ(StampOf(machine, gone), FileStamp());
+  EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, gone); }), 76);
+  EXPECT_EQ(NumberRaisedBy([&] { InputFile(machine, gone); }), 76);
+  EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, gone, "x"); }), 76);
+  MakeFolder(machine, "C:\\logs\\\"Alpha\"");
+  WriteFile(machine, gone, "the log");
+  EXPECT_EQ(machine.Get("C:\\Logs\\Alpha\\note.txt"), "the log");
+  EXPECT_EQ(machine.Get("C:\\Logs\\alpha\\Note.txt"), "another log");
+}
+
+TEST(FilesTest, AQuoteThatIsPartOfANameStays) {
+  const TestMachine machine;
+  machine.Put("C:\\5\" disk\\a.txt", "a");
+  machine.Put("C:\\\"q\"\\b.txt", "b");
+  EXPECT_EQ(ReadFile(machine, "C:\\5\" disk\\a.txt"), "a");
+  EXPECT_EQ(ReadFile(machine, ExactFolder("C:\\5\" disk") + "a.txt"), "a");
+  EXPECT_EQ(ReadFile(machine, ExactFolder("C:\\\"q\"") + "b.txt"), "b");
+}
+
+TEST(FilesTest, TheExactFormOfAFolderQuotesItsOwnNameAlone) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"C:\\a\\b\\", "C:\\a\\\"b\"\\"},
+      {"C:\\a\\b", "C:\\a\\\"b\"\\"},
+      {"C:/a/b//", "C:/a/\"b\"\\"},
+      {"\\a:b", "\\\"a:b\"\\"},
+      {"C:b", "C:\"b\"\\"},
+      {"b", "\"b\"\\"},
+      {"C:\\", "C:\\"},
+      {"\\", "\\"},
+  };
+  for (const auto& [path, exact] : cases) EXPECT_EQ(ExactFolder(path), exact) << path;
+}
+
+TEST(FilesTest, ANameIsTakenByWhateverHasIt) {
+  const TestMachine machine;
+  machine.Put("C:\\f\\file", "");
+  machine.MakeFolders("C:\\f\\folder");
+  fs::create_symlink("nowhere", machine.Native("C:\\f\\link"));
+  ASSERT_EQ(mkfifo(machine.Native("C:\\f\\pipe").c_str(), 0600), 0);
+  ASSERT_EQ(mknod(machine.Native("C:\\f\\socket").c_str(), S_IFSOCK | 0600, 0), 0);
+  for (const char* name : {"file", "folder", "link", "pipe", "socket", "LINK"})
+    EXPECT_TRUE(NameIsTaken(machine, std::string("C:\\f\\") + name)) << name;
+  for (const char* path : {"C:\\f\\none", "C:\\g\\file", "C:\\f\\\"LINK\"", ""})
+    EXPECT_FALSE(NameIsTaken(machine, path)) << path;
+}
+
 TEST(FilesTest, AComponentThatDoesNotExistStandsAsItIsGiven) {
   const TestMachine machine;
   machine.MakeFolders("C:\\Logs");
@@ -134,6 +188,15 @@ TEST(FilesTest, AFolderIsScannedInAscendingOrderWithoutRegardToCase) {
   }
   EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\s")),
               ElementsAre("26111501", "26111502", "A", "a", "a1", "b", "Z", "_", "é", "É2"));
+}
+
+TEST(FilesTest, AScanGoesByTheCodeUnitsOfUtf16) {
+  const TestMachine machine;
+  // Beyond the basic plane a character is two units, which stand before U+E000 and what follows.
+  for (const char* name : {"\xEF\xBC\xA1", "\xF0\x9F\x98\x80", "\xED\x9F\xBB"})
+    machine.Put(std::string("C:\\s\\") + name, "");
+  EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\s")),
+              ElementsAre("\xED\x9F\xBB", "\xF0\x9F\x98\x80", "\xEF\xBC\xA1"));
 }
 
 TEST(FilesTest, AScanTellsFilesFoldersAndWhatCannotBeRead) {
@@ -188,6 +251,16 @@ TEST(FilesTest, AFileIsReadWithAllItsBytes) {
   EXPECT_EQ(ReadFile(machine, "C:\\a.bin"), bytes);
   machine.Put("C:\\empty", "");
   EXPECT_EQ(ReadFile(machine, "C:\\empty"), "");
+}
+
+TEST(FilesTest, AFileOfMoreBytesThanTheLimitIsError7) {
+  const TestMachine machine;
+  machine.Put("C:\\a.txt", "12345");
+  EXPECT_EQ(ReadFile(machine, "C:\\a.txt", 5), "12345");
+  EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, "C:\\a.txt", 4); }), 7);
+  // Of a size that is told only by reading.
+  fs::create_symlink("/proc/self/status", machine.Native("C:\\grows.txt"));
+  EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, "C:\\grows.txt", 4); }), 7);
 }
 
 TEST(FilesTest, ReadingRaises53ForAFile76ForItsFolder75ForAFolderOrNoName) {
@@ -249,85 +322,6 @@ TEST(FilesTest, OneFolderIsMadeAndOnlyOneLevel) {
   EXPECT_EQ(NumberRaisedBy([&] { MakeFolder(machine, "C:\\file\\y"); }), 76);
   EXPECT_EQ(NumberRaisedBy([&] { MakeFolder(machine, ""); }), 76);
   EXPECT_FALSE(Exists(machine, "C:\\x"));
-}
-
-TEST(FilesTest, AnEmptyFolderIsRemovedAndAFullOneStays) {
-  const TestMachine machine;
-  machine.Put("C:\\full\\a.txt", "a");
-  machine.MakeFolders("C:\\empty");
-  RemoveFolder(machine, "C:\\EMPTY\\");
-  EXPECT_FALSE(Exists(machine, "C:\\empty"));
-  EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\full"); }), 75);
-  EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\full\\a.txt"); }), 75);
-  EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\none"); }), 76);
-  EXPECT_EQ(machine.Get("C:\\full\\a.txt"), "a");
-}
-
-TEST(FilesTest, WhatAKilledWriterLeftIsNoEntryAndDoesNotKeepAFolder) {
-  const TestMachine machine;
-  machine.Put("C:\\log\\" + std::string(kTemporaryName), "half a fi");
-  EXPECT_TRUE(ScanFolder(machine, "C:\\log").empty());
-  machine.Put("C:\\log\\a.txt", "a");
-  EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\log"); }), 75);
-  EXPECT_TRUE(machine.Has("C:\\log\\" + std::string(kTemporaryName)));
-  DeleteFile(machine, "C:\\log\\a.txt");
-  // Where a network disk knows no locks, each process has a name of its own.
-  machine.Put("C:\\log\\" + std::string(kTemporaryName) + "4711", "half a fi");
-  RemoveFolder(machine, "C:\\log");
-  EXPECT_FALSE(machine.Has("C:\\log"));
-}
-
-TEST(FilesTest, OneFileIsDeleted) {
-  const TestMachine machine;
-  machine.Put("C:\\f\\a.txt", "");
-  machine.Put("C:\\f\\b.txt", "");
-  DeleteFile(machine, "C:\\F\\A.TXT");
-  EXPECT_FALSE(machine.Has("C:\\f\\a.txt"));
-  EXPECT_TRUE(machine.Has("C:\\f\\b.txt"));
-  EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\f\\a.txt"); }), 53);
-  EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\g\\a.txt"); }), 76);
-  EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\f"); }), 75);
-  chmod(machine.Native("C:\\f\\b.txt").c_str(), 0444);
-  EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\f\\b.txt"); }), 75);
-  EXPECT_TRUE(machine.Has("C:\\f\\b.txt"));
-}
-
-TEST(FilesTest, ALinkIsDeletedAndItsTargetStays) {
-  const TestMachine machine;
-  machine.Put("C:\\target.txt", "kept");
-  fs::create_symlink("target.txt", machine.Native("C:\\link.txt"));
-  fs::create_symlink("nowhere", machine.Native("C:\\broken.txt"));
-  DeleteFile(machine, "C:\\link.txt");
-  DeleteFile(machine, "C:\\broken.txt");
-  EXPECT_EQ(machine.Get("C:\\target.txt"), "kept");
-  EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\")), ElementsAre("target.txt"));
-}
-
-TEST(FilesTest, DeletingTheFilesOfAFolderSparesFoldersAndHiddenFiles) {
-  const TestMachine machine;
-  machine.Put("C:\\f\\a.txt", "");
-  machine.Put("C:\\f\\no extension", "");
-  machine.Put("C:\\f\\.hidden", "");
-  machine.Put("C:\\f\\sub\\b.txt", "");
-  DeleteFilesIn(machine, "C:\\f\\");
-  EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\f")), ElementsAre(".hidden", "sub"));
-  EXPECT_TRUE(machine.Has("C:\\f\\sub\\b.txt"));
-}
-
-TEST(FilesTest, DeletingSparesAReadOnlyFileDeletesTheOthersAndRaises75) {
-  const TestMachine machine;
-  for (const char* name : {"a", "b", "c"}) machine.Put(std::string("C:\\f\\") + name, "");
-  chmod(machine.Native("C:\\f\\b").c_str(), 0444);
-  EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\f"); }), 75);
-  EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\f")), ElementsAre("b"));
-}
-
-TEST(FilesTest, DeletingRaises53WhereNoFileMatchesAnd76WithoutTheFolder) {
-  const TestMachine machine;
-  machine.MakeFolders("C:\\f\\sub");
-  machine.Put("C:\\f\\.hidden", "");
-  EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\f"); }), 53);
-  EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\g"); }), 76);
 }
 
 TEST(FilesTest, ANativePathBelowADriveHasAPathTextWithThatDrive) {

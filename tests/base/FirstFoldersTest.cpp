@@ -31,8 +31,17 @@ std::vector<std::string> FoldersByScan(const Machine& machine, std::size_t limit
 
 TEST(FirstFoldersTest, AreTheFirstFoldersOfAScan) {
   std::mt19937 random(3);
-  const std::string letters[] = {"a", "A",        "b",        "B",           "_",
-                                 "1", "\xC3\xA4", "\xC3\x84", "\xE3\x81\x82"};
+  const std::string letters[] = {"a",
+                                 "A",
+                                 "b",
+                                 "B",
+                                 "_",
+                                 "1",
+                                 "\xC3\xA4",
+                                 "\xC3\x84",
+                                 "\xE3\x81\x82",
+                                 "\xEF\xBC\xA1",
+                                 "\xF0\x9F\x98\x80"};
   for (int round = 0; round < 20; ++round) {
     const test::TestMachine machine;
     machine.MakeFolders("C:\\logs");
@@ -63,7 +72,8 @@ TEST(FirstFoldersTest, ALinkIsWhatItLeadsToAndWhatNoPathCanNameIsLeftOut) {
   fs::create_symlink("file.txt", logs / "d-to-file");
   fs::create_directory(logs / "e\\f");
   fs::create_directory(logs / ".logbook-new~");
-  EXPECT_EQ(FirstFoldersIn(machine, "C:\\LOGS", 256), (std::vector<std::string>{"a-link", "b"}));
+  EXPECT_EQ(FirstFoldersIn(machine, "C:\\LOGS", 256),
+            (std::vector<std::string>{".logbook-new~", "a-link", "b"}));
 }
 
 TEST(FirstFoldersTest, AMissingFolderIsAnErrorAndSoIsAFileInItsPlace) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "base/Files.h"
+#include "support/DiskCalls.h"
 #include "support/Errors.h"
 #include "support/TestMachine.h"
 
@@ -59,6 +60,29 @@ TEST(InputFileTest, BytesInMemoryReadAsThoseOfAFile) {
   InputFile empty("");
   EXPECT_TRUE(empty.AtEnd());
   EXPECT_EQ(empty.Buffered(), "");
+}
+
+TEST(InputFileTest, OfALineBeyondTheLimitTheBeginningIsGivenAndTheRestPassedOver) {
+  const TestMachine machine;
+  for (const std::size_t length : {3u, 4u, 5u, 65536u, 200000u}) {
+    machine.Put("C:\\a.txt", std::string(length, 'x') + "\r\nsecond");
+    InputFile file(machine, "C:\\a.txt");
+    EXPECT_EQ(file.ReadLine(4), std::string(std::min<std::size_t>(length, 4), 'x')) << length;
+    EXPECT_EQ(file.ReadLine(4), "seco");
+    EXPECT_TRUE(file.AtEnd());
+  }
+}
+
+TEST(InputFileTest, AnErrorOfTheDiskIsError57) {
+  const TestMachine machine;
+  machine.Put("C:\\a.txt", "one\r\ntwo");
+  const DiskCalls calls;
+  DiskCalls::FailReads(machine.Native("C:\\a.txt"), 5);
+  InputFile file(machine, "C:\\a.txt");
+  EXPECT_EQ(file.ReadLine(), "one");
+  EXPECT_EQ(NumberRaisedBy([&] { file.ReadLine(); }), 57);
+  EXPECT_EQ(NumberRaisedBy([&] { file.AtEnd(); }), 57);
+  EXPECT_EQ(NumberRaisedBy([&] { ReadFile(machine, "C:\\a.txt"); }), 57);
 }
 
 TEST(InputFileTest, ReadingOnAtTheEndIsError62) {

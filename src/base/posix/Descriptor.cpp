@@ -34,14 +34,17 @@ std::size_t ReadSome(const Descriptor& file, char* buffer, std::size_t size) {
   }
 }
 
-std::string ReadToEnd(const Descriptor& file) {
+std::string ReadToEnd(const Descriptor& file, std::size_t most) {
   std::string bytes;
   struct stat status = {};
   if (fstat(file.Number(), &status) == 0 && status.st_size > 0) {
-    bytes.reserve(static_cast<std::size_t>(status.st_size));
+    const auto size = static_cast<std::size_t>(status.st_size);
+    if (size > most) throw RunTimeError(ErrorNumber::kOutOfMemory);
+    bytes.reserve(size);
   }
   char buffer[16384];
   while (const std::size_t count = ReadSome(file, buffer, sizeof buffer)) {
+    if (count > most - bytes.size()) throw RunTimeError(ErrorNumber::kOutOfMemory);
     bytes.append(buffer, count);
   }
   return bytes;

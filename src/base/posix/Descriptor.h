@@ -53,8 +53,8 @@ Descriptor RefuseAllButFile(Descriptor file);
 // Reads at most `size` bytes; 0 at the end. Raises 57.
 std::size_t ReadSome(const Descriptor& file, char* buffer, std::size_t size);
 
-// Reads up to the end. Raises 57.
-std::string ReadToEnd(const Descriptor& file);
+// Reads up to the end. Raises 57, and 7 once there are more than `most` bytes.
+std::string ReadToEnd(const Descriptor& file, std::size_t most);
 
 // Copies up to the end, in bounded memory; false with errno set if the system refused to write.
 // Raises 57 if it refuses to read.

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,7 +12,10 @@
 #include "base/NativeFile.h"
 #include "base/RunTimeError.h"
 #include "base/posix/Descriptor.h"
+#include "base/posix/FolderLock.h"
+#include "base/posix/OpenFolder.h"
 #include "base/posix/SystemError.h"
+#include "base/posix/TemporaryFile.h"
 
 namespace logbook {
 
@@ -36,26 +38,10 @@ std::string FollowLinks(std::string path) {
   throw RunTimeError(ErrorNumber::kDeviceInputOutput);
 }
 
-Descriptor OpenFolder(const std::string& folder) {
-  Descriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (descriptor.IsOpen()) return descriptor;
-  if (errno == ENOTDIR) throw RunTimeError(ErrorNumber::kPathNotFound);
-  posix::RaiseFolderError(errno);
-}
-
-// Some network disks know no locks on folders; writers there go without.
-bool Lock(const Descriptor& folder) {
-  int result = 0;
-  do {
-    result = flock(folder.Number(), LOCK_EX);
-  } while (result != 0 && errno == EINTR);
-  return result == 0;
-}
-
 }  // namespace
 
-std::string ReadNativeFile(const std::string& native_path) {
-  return ReadToEnd(posix::OpenForReading(native_path));
+std::string ReadNativeFile(const std::string& native_path, std::size_t most) {
+  return ReadToEnd(posix::OpenForReading(native_path), most);
 }
 
 // Writes the new contents; false with errno set if the system refused.
@@ -68,36 +54,27 @@ struct FileReplacement::State {
   std::string path;  // links followed
   std::string name;  // within the folder
   Descriptor folder;
-  std::string temporary;
+  bool locked = false;
 
-  // The mode that the new file shall have. Raises what forbids the replacement.
-  mode_t CheckTarget(struct stat& status, bool& exists) const {
-    exists = fstatat(folder.Number(), name.c_str(), &status, 0) == 0;
+  // The file's status; nothing if there is no file. Raises what forbids the replacement.
+  std::optional<struct stat> CheckTarget() const {
+    struct stat status = {};
+    const bool exists = fstatat(folder.Number(), name.c_str(), &status, 0) == 0;
     if (!exists && errno != ENOENT) RaiseFileError(errno, path);
-    if (!exists) return 0;
+    if (!exists) return std::nullopt;
     if (!S_ISREG(status.st_mode) || (status.st_mode & S_IWUSR) == 0) {
       throw RunTimeError(ErrorNumber::kPathFileAccess);
     }
     if (faccessat(folder.Number(), name.c_str(), W_OK, AT_EACCESS) != 0)
       RaiseFileError(errno, path);
-    return status.st_mode & 07777;
+    return status;
   }
 
-  // Writes the temporary file; false with errno set on failure.
-  bool WriteTemporary(const ContentWriter& write, bool exists, const struct stat& old, mode_t mode,
-                      Durability durability) const {
-    unlinkat(folder.Number(), temporary.c_str(), 0);
-    // Until it has the old file's mode, nobody else may look into it.
-    const mode_t first_mode = exists ? S_IRUSR | S_IWUSR : 0666;
-    const Descriptor file(openat(folder.Number(), temporary.c_str(),
-                                 O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, first_mode));
-    if (!file.IsOpen() || !write(file)) return false;
-    if (exists) {
-      // Only a privileged process may give a file away; without that the new owner is ours.
-      if (fchown(file.Number(), old.st_uid, old.st_gid) != 0) errno = 0;
-      if (fchmod(file.Number(), mode) != 0) return false;
-    }
-    return durability == Durability::kInMemory || fsync(file.Number()) == 0;
+  // Owner and mode of the old file; false with errno set on failure.
+  static bool TakeOver(const struct stat& old, const Descriptor& file) {
+    // Only a privileged process may give a file away; without that the new owner is ours.
+    if (fchown(file.Number(), old.st_uid, old.st_gid) != 0) errno = 0;
+    return fchmod(file.Number(), old.st_mode & 07777) == 0;
   }
 
   // True if the file holds these bytes.
@@ -111,27 +88,23 @@ struct FileReplacement::State {
   }
 
   void ReplaceMadeFile(std::string_view bytes) const {
-    struct stat old = {};
-    bool exists = false;
-    CheckTarget(old, exists);
-    if (exists && Holds(bytes, old)) return;
+    const std::optional<struct stat> old = CheckTarget();
+    if (old && Holds(bytes, *old)) return;
     Replace([bytes](const Descriptor& file) { return WriteAll(file, bytes); },
             Durability::kInMemory);
   }
 
   void Replace(const ContentWriter& write, Durability durability) const {
-    struct stat old = {};
-    bool exists = false;
-    const mode_t mode = CheckTarget(old, exists);
-    try {
-      if (!WriteTemporary(write, exists, old, mode, durability) ||
-          renameat(folder.Number(), temporary.c_str(), folder.Number(), name.c_str()) != 0)
-        RaiseFileError(errno, path);
-    } catch (const RunTimeError&) {
-      unlinkat(folder.Number(), temporary.c_str(), 0);
-      throw;
-    }
-    if (durability == Durability::kOnDisk) fsync(folder.Number());
+    const std::optional<struct stat> old = CheckTarget();
+    posix::RemoveLeftovers(folder, false);
+    // Until it has the old file's mode, nobody else may look into it.
+    posix::TemporaryFile temporary(folder, locked, old ? S_IRUSR | S_IWUSR : 0666);
+    const Descriptor& file = temporary.File();
+    const bool is_synced = durability == Durability::kOnDisk;
+    if (!write(file) || (old && !TakeOver(*old, file)) ||
+        (is_synced && fsync(file.Number()) != 0) || !temporary.Rename(name))
+      RaiseFileError(errno, path);
+    if (is_synced) fsync(folder.Number());
   }
 };
 
@@ -141,16 +114,15 @@ FileReplacement::FileReplacement(const std::string& native_path)
   state_->path = FollowLinks(native_path);
   state_->name = state_->path.substr(state_->path.rfind('/') + 1);
   if (state_->name.empty()) throw RunTimeError(ErrorNumber::kPathFileAccess);
-  state_->folder = OpenFolder(ParentOf(state_->path));
-  state_->temporary = kTemporaryName;
-  if (!Lock(state_->folder)) state_->temporary += std::to_string(getpid());
+  state_->folder = posix::OpenFolder(ParentOf(state_->path));
+  state_->locked = posix::LockFolder(state_->folder);
 }
 
 FileReplacement::~FileReplacement() = default;
 
-std::optional<std::string> FileReplacement::Bytes() const {
+std::optional<std::string> FileReplacement::Bytes(std::size_t most) const {
   try {
-    return ReadNativeFile(state_->path);
+    return ReadNativeFile(state_->path, most);
   } catch (const RunTimeError& error) {
     if (error.Number() != ErrorNumber::kFileNotFound) throw;
     return std::nullopt;

@@ -3,9 +3,7 @@
 
 #include "base/Files.h"
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,48 +14,25 @@
 #include "base/NativeFile.h"
 #include "base/RunTimeError.h"
 #include "base/UpperCase.h"
+#include "base/Utf8.h"
 #include "base/posix/Descriptor.h"
+#include "base/posix/OpenFolder.h"
 #include "base/posix/SystemError.h"
+#include "base/posix/TemporaryFile.h"
 
 namespace logbook {
 
+using posix::Descriptor;
 using posix::RaiseFileError;
 using posix::RaiseFolderError;
 
 namespace {
 
-bool IsTemporary(std::string_view name) {
-  return name.starts_with(kTemporaryName);
-}
-
-// All names but "." and "..". A missing folder is error 76 here, and so is a file in its place.
-std::vector<std::string> AllNamesIn(const std::string& native_folder) {
-  const std::unique_ptr<DIR, int (*)(DIR*)> scan(opendir(native_folder.c_str()), closedir);
-  if (scan == nullptr && errno == ENOTDIR) throw RunTimeError(ErrorNumber::kPathNotFound);
-  if (scan == nullptr) RaiseFolderError(errno);
-  std::vector<std::string> names;
-  while (true) {
-    errno = 0;
-    const dirent* entry = readdir(scan.get());
-    if (entry == nullptr && errno != 0) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
-    if (entry == nullptr) return names;
-    const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") names.emplace_back(name);
-  }
-}
-
-// The names that count: what a killed writer has left is no entry of its folder.
-std::vector<std::string> NamesIn(const std::string& native_folder) {
-  std::vector<std::string> names = AllNamesIn(native_folder);
-  std::erase_if(names, IsTemporary);
-  return names;
-}
-
 // A backslash in a name parts folders in a path text, which would lead elsewhere.
-FolderEntry::Kind KindOf(const std::string& native_folder, const std::string& name) {
+FolderEntry::Kind KindOf(const Descriptor& folder, const std::string& name) {
   struct stat status = {};
   if (name.find('\\') != std::string::npos ||
-      stat((native_folder + "/" + name).c_str(), &status) != 0) {
+      fstatat(folder.Number(), name.c_str(), &status, 0) != 0) {
     return FolderEntry::Kind::kUnreadable;
   }
   return S_ISDIR(status.st_mode) ? FolderEntry::Kind::kFolder : FolderEntry::Kind::kFile;
@@ -73,28 +48,32 @@ void DeleteNativeFile(const std::string& native_path) {
   if (unlink(native_path.c_str()) != 0) RaiseFileError(errno, native_path);
 }
 
-// What writers that were killed have left would keep the folder from being removed.
-void RemoveTemporaries(const std::string& native_folder) {
-  const posix::Descriptor folder(open(native_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!folder.IsOpen()) return;
-  flock(folder.Number(), LOCK_EX);
-  for (const std::string& name : AllNamesIn(native_folder)) {
-    if (IsTemporary(name)) unlinkat(folder.Number(), name.c_str(), 0);
-  }
+enum class Deletion { kDone, kSpared, kIsFolder };
+
+// Deletes one name of a folder. Raises what the system refuses.
+Deletion DeleteIn(const Descriptor& folder, const std::string& name, const std::string& path) {
+  struct stat status = {};
+  if (fstatat(folder.Number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+    RaiseFileError(errno, path);
+  if (S_ISDIR(status.st_mode)) return Deletion::kIsFolder;
+  // A link has no rights of its own.
+  if (!S_ISLNK(status.st_mode) && (status.st_mode & S_IWUSR) == 0) return Deletion::kSpared;
+  if (unlinkat(folder.Number(), name.c_str(), 0) != 0) RaiseFileError(errno, path);
+  return Deletion::kDone;
 }
 
 }  // namespace
 
 std::vector<FolderEntry> ScanFolder(const Machine& machine, std::string_view folder) {
-  const std::string native = NativePath(machine, folder);
+  const Descriptor opened = posix::OpenFolder(NativePath(machine, folder));
   struct Sorted {
-    std::string upper;
+    std::u16string upper;
     FolderEntry entry;
   };
   std::vector<Sorted> sorted;
-  for (std::string& name : NamesIn(native)) {
-    const FolderEntry::Kind kind = KindOf(native, name);
-    sorted.push_back({UpperCaseText(name), {std::move(name), kind}});
+  for (std::string& name : posix::NamesIn(opened)) {
+    const FolderEntry::Kind kind = KindOf(opened, name);
+    sorted.push_back({Utf16Of(UpperCaseText(name)), {std::move(name), kind}});
   }
   std::sort(sorted.begin(), sorted.end(), [](const Sorted& a, const Sorted& b) {
     return a.upper != b.upper ? a.upper < b.upper : a.entry.name < b.entry.name;
@@ -104,8 +83,8 @@ std::vector<FolderEntry> ScanFolder(const Machine& machine, std::string_view fol
   return entries;
 }
 
-std::string ReadFile(const Machine& machine, std::string_view path) {
-  return ReadToEnd(posix::OpenForReading(machine, path));
+std::string ReadFile(const Machine& machine, std::string_view path, std::size_t most) {
+  return ReadToEnd(posix::OpenForReading(machine, path), most);
 }
 
 void WriteFile(const Machine& machine, std::string_view path, std::string_view bytes) {
@@ -124,12 +103,18 @@ void MakeFolder(const Machine& machine, std::string_view path) {
 }
 
 void RemoveFolder(const Machine& machine, std::string_view path) {
-  const std::string native = NativePath(machine, path);
-  if (rmdir(native.c_str()) == 0) return;
+  const posix::NameInFolder place = posix::ExactName(machine, path);
+  const Descriptor above = posix::OpenFolder(place.folder);
+  const auto remove = [&] {
+    return unlinkat(above.Number(), place.name.c_str(), AT_REMOVEDIR) == 0;
+  };
+  if (remove()) return;
   if (errno == ENOTEMPTY || errno == EEXIST) {
-    if (!NamesIn(native).empty()) throw RunTimeError(ErrorNumber::kPathFileAccess);
-    RemoveTemporaries(native);
-    if (rmdir(native.c_str()) == 0) return;
+    // What writers that were killed have left does not keep it.
+    const Descriptor folder = posix::OpenFolderIn(above, place.name);
+    if (!posix::NamesIn(folder).empty()) throw RunTimeError(ErrorNumber::kPathFileAccess);
+    posix::RemoveLeftovers(folder, true);
+    if (remove()) return;
   }
   RaiseFolderError(errno);
 }
@@ -138,21 +123,22 @@ void DeleteFile(const Machine& machine, std::string_view path) {
   DeleteNativeFile(NativePath(machine, path));
 }
 
-void DeleteFilesIn(const Machine& machine, std::string_view folder) {
-  const std::string native = NativePath(machine, folder);
+void DeleteFilesIn(const Machine& machine, std::string_view path) {
+  const posix::NameInFolder place = posix::ExactName(machine, path);
+  const Descriptor folder = posix::OpenFolderIn(posix::OpenFolder(place.folder), place.name);
   bool matched = false;
   bool read_only_stayed = false;
   std::optional<RunTimeError> first_failure;
-  std::vector<std::string> names = NamesIn(native);
+  std::vector<std::string> names = posix::NamesIn(folder);
   std::sort(names.begin(), names.end());
   for (const std::string& name : names) {
-    const std::string file = native + "/" + name;
-    if (name[0] == '.' || posix::IsFolder(file)) continue;
-    matched = true;
+    if (name[0] == '.') continue;
     try {
-      DeleteNativeFile(file);
+      const Deletion result = DeleteIn(folder, name, place.folder + "/" + place.name + "/" + name);
+      matched |= result != Deletion::kIsFolder;
+      read_only_stayed |= result == Deletion::kSpared;
     } catch (const RunTimeError& error) {
-      read_only_stayed |= error.Number() == ErrorNumber::kPathFileAccess;
+      matched = true;
       if (!first_failure) first_failure = error;
     }
   }

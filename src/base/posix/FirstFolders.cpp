@@ -9,7 +9,6 @@
 #include <cerrno>
 
 #include "base/Files.h"
-#include "base/NativeFile.h"
 #include "base/RunTimeError.h"
 #include "base/UpperCase.h"
 #include "base/Utf8.h"
@@ -20,15 +19,16 @@ namespace logbook {
 namespace {
 
 struct Candidate {
-  std::string upper;
+  std::u16string upper;
   std::string name;
   bool operator<(const Candidate& other) const {
     return upper != other.upper ? upper < other.upper : name < other.name;
   }
 };
 
-char UpperCaseByte(char byte) {
-  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
+// The upper-case form of an ASCII character.
+char16_t UnitOf(char byte) {
+  return static_cast<char16_t>(byte >= 'a' && byte <= 'z' ? byte - 'a' + 'A' : byte);
 }
 
 // True if the name comes behind all that is kept, as far as that can be told without a copy of it.
@@ -36,9 +36,9 @@ bool IsSurelyBehind(std::string_view name, const Candidate& last) {
   if (!IsAscii(name)) return false;
   const auto [ours, theirs] =
       std::mismatch(name.begin(), name.end(), last.upper.begin(), last.upper.end(),
-                    [](char a, char b) { return UpperCaseByte(a) == b; });
+                    [](char a, char16_t b) { return UnitOf(a) == b; });
   if (ours == name.end() || theirs == last.upper.end()) return false;
-  return static_cast<unsigned char>(UpperCaseByte(*ours)) > static_cast<unsigned char>(*theirs);
+  return UnitOf(*ours) > *theirs;
 }
 
 // A link is what it leads to.
@@ -49,10 +49,9 @@ bool IsFolder(DIR* scan, const dirent& entry) {
   return fstatat(dirfd(scan), entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
 }
 
-// Names that no path text can bear, and what a killed writer has left, are no folders of a log.
+// A name that no path text can bear is no folder of a log.
 bool IsNameOfAnEntry(std::string_view name) {
-  return name != "." && name != ".." && name.find('\\') == std::string_view::npos &&
-         !name.starts_with(kTemporaryName);
+  return name != "." && name != ".." && name.find('\\') == std::string_view::npos;
 }
 
 // The smallest names so far, the largest of them on top.
@@ -65,7 +64,7 @@ class Smallest {
     return heap_.size() == limit_ && (limit_ == 0 || IsSurelyBehind(name, heap_.front()));
   }
   void Take(std::string_view name) {
-    Candidate candidate{UpperCaseText(name), std::string(name)};
+    Candidate candidate{Utf16Of(UpperCaseText(name)), std::string(name)};
     if (heap_.size() == limit_) {
       if (!(candidate < heap_.front())) return;
       std::pop_heap(heap_.begin(), heap_.end());

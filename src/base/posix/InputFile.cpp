@@ -16,15 +16,36 @@ struct InputFile::State {
   std::array<char, 65536> buffer;
   std::size_t next = 0;
   std::size_t end = 0;
+  // The rest of a line that was given in part is passed over when somebody wants to read on.
+  bool inside_line = false;
 
   // True if there is a byte at `next`; reads on where the buffer is used up.
   bool Fill() {
+    if (inside_line) PassLineOver();
     if (next < end) return true;
     if (!file.IsOpen()) return false;
-    next = 0;
+    next = end = 0;
     bytes = buffer.data();
     end = posix::ReadSome(file, buffer.data(), buffer.size());
     return end > 0;
+  }
+
+  std::string_view Rest() const { return {bytes + next, end - next}; }
+
+  // Number of bytes at hand before the next line end.
+  std::size_t LineLength() const { return std::min(Rest().find_first_of("\r\n"), Rest().size()); }
+
+  void TakeLineEnd() {
+    const char byte = bytes[next++];
+    if (byte == '\r' && Fill() && bytes[next] == '\n') ++next;
+  }
+
+  void PassLineOver() {
+    inside_line = false;
+    while (Fill()) {
+      next += LineLength();
+      if (next < end) return TakeLineEnd();
+    }
   }
 };
 
@@ -47,8 +68,7 @@ bool InputFile::AtEnd() {
 }
 
 std::string_view InputFile::Buffered() {
-  if (!state_->Fill()) return {};
-  return {state_->bytes + state_->next, state_->end - state_->next};
+  return state_->Fill() ? state_->Rest() : std::string_view();
 }
 
 void InputFile::Skip(std::size_t count) {
@@ -65,18 +85,17 @@ int InputFile::Get() {
   return byte;
 }
 
-std::string InputFile::ReadLine() {
+std::string InputFile::ReadLine(std::size_t most) {
   if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
   std::string line;
   while (state_->Fill()) {
-    const std::string_view rest = Buffered();
-    const auto is_line_end = [](char byte) { return byte == '\r' || byte == '\n'; };
-    const auto length = static_cast<std::size_t>(
-        std::find_if(rest.begin(), rest.end(), is_line_end) - rest.begin());
-    line.append(rest.substr(0, length));
+    const std::size_t length = state_->LineLength();
+    line.append(state_->Rest().substr(0, std::min(length, most - line.size())));
     state_->next += length;
-    if (length == rest.size()) continue;
-    if (Get() == '\r' && Peek() == '\n') Get();
+    state_->inside_line = line.size() == most && state_->next == state_->end;
+    if (state_->inside_line) return line;
+    if (state_->next == state_->end) continue;
+    state_->TakeLineEnd();
     return line;
   }
   return line;

@@ -14,11 +14,14 @@
 #include "base/Files.h"
 #include "base/UpperCase.h"
 #include "base/posix/Descriptor.h"
+#include "base/posix/OpenFolder.h"
 #include "base/posix/Stamp.h"
 
 namespace logbook {
 
 namespace {
+
+constexpr char kQuote = '"';
 
 bool IsSeparator(char byte) {
   return byte == '\\' || byte == '/';
@@ -28,18 +31,46 @@ bool IsLetter(char byte) {
   return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
 }
 
-std::vector<std::string> ComponentsOf(std::string_view path) {
-  std::vector<std::string> components;
-  std::string component;
-  for (const char byte : path) {
-    if (!IsSeparator(byte)) {
-      component.push_back(byte);
-    } else if (!component.empty()) {
-      components.push_back(std::move(component));
-      component.clear();
-    }
+struct Component {
+  explicit Component(std::string_view text)
+      : is_exact(text.size() > 2 && text.front() == kQuote && text.back() == kQuote),
+        name(is_exact ? text.substr(1, text.size() - 2) : text) {}
+
+  bool is_exact;
+  std::string name;
+};
+
+template <typename Take>
+void ForEachComponent(std::string_view path, Take take) {
+  std::size_t start = 0;
+  for (std::size_t i = 0; i <= path.size(); ++i) {
+    if (i < path.size() && !IsSeparator(path[i])) continue;
+    if (i > start) take(Component(path.substr(start, i - start)));
+    start = i + 1;
   }
-  if (!component.empty()) components.push_back(std::move(component));
+}
+
+std::vector<Component> ComponentsOf(std::string_view path) {
+  std::vector<Component> components;
+  ForEachComponent(path, [&](Component component) { components.push_back(std::move(component)); });
+  return components;
+}
+
+bool HasDrive(std::string_view path) {
+  return path.size() >= 2 && path[1] == ':' && IsLetter(path[0]);
+}
+
+// The drive's letter in lower case.
+char DriveOf(std::string_view path) {
+  return static_cast<char>(path[0] | 0x20);
+}
+
+// The components from the machine's home, if the path has a drive, or from the root.
+std::vector<Component> WithDrive(std::string_view path) {
+  if (!HasDrive(path)) return ComponentsOf(path);
+  std::vector<Component> components = ComponentsOf(path.substr(2));
+  const char drive[] = {DriveOf(path)};
+  components.insert(components.begin(), {Component("drives"), Component({drive, 1})});
   return components;
 }
 
@@ -64,15 +95,6 @@ std::string SpellingOf(const std::string& folder, const std::string& name) {
   return found.empty() ? name : found;
 }
 
-bool HasDrive(std::string_view path) {
-  return path.size() >= 2 && path[1] == ':' && IsLetter(path[0]);
-}
-
-// The drive's letter in lower case.
-char DriveOf(std::string_view path) {
-  return static_cast<char>(path[0] | 0x20);
-}
-
 // The native path with every component as it is given.
 std::string ExactPath(const Machine& machine, std::string_view path) {
   std::string native_path;
@@ -82,14 +104,10 @@ std::string ExactPath(const Machine& machine, std::string_view path) {
     native_path += DriveOf(path);
     path.remove_prefix(2);
   }
-  bool after_separator = true;
-  for (const char byte : path) {
-    if (!IsSeparator(byte)) {
-      if (after_separator) native_path += '/';
-      native_path += byte;
-    }
-    after_separator = IsSeparator(byte);
-  }
+  ForEachComponent(path, [&native_path](const Component& component) {
+    native_path += '/';
+    native_path += component.name;
+  });
   return native_path.empty() ? "/" : native_path;
 }
 
@@ -101,23 +119,26 @@ std::string Joined(std::string folder, const std::string& name) {
 // The path of the longest run of components that exist exactly as they are given, and its number
 // of components. Looked for from the end, where a difference is likeliest.
 std::pair<std::string, std::size_t> LongestExact(const std::string& start,
-                                                 const std::vector<std::string>& components) {
+                                                 const std::vector<Component>& components) {
   std::vector<std::string> paths = {start};
-  for (const std::string& component : components) paths.push_back(Joined(paths.back(), component));
+  for (const Component& component : components) {
+    paths.push_back(Joined(paths.back(), component.name));
+  }
   std::size_t count = components.size();
   while (count > 0 && !IsThere(paths[count])) --count;
   return {paths[count], count};
 }
 
 // Once a component is missing, those behind it stand as they are given.
-std::string FindComponents(const std::string& start, const std::vector<std::string>& components) {
+std::string FindComponents(const std::string& start, const std::vector<Component>& components) {
   auto [native_path, exact_count] = LongestExact(start, components);
   bool found = true;
   for (std::size_t i = exact_count; i < components.size(); ++i) {
-    std::string next = Joined(native_path, components[i]);
+    const auto& [is_exact, name] = components[i];
+    std::string next = Joined(native_path, name);
     // The first of these is known to be missing.
     if (found && (i == exact_count || !IsThere(next))) {
-      next = Joined(native_path, SpellingOf(native_path, components[i]));
+      if (!is_exact) next = Joined(native_path, SpellingOf(native_path, name));
       found = IsThere(next);
     }
     native_path = std::move(next);
@@ -146,11 +167,28 @@ bool Status(const Machine& machine, std::string_view path, struct stat& status) 
 
 std::string NativePath(const Machine& machine, std::string_view path) {
   if (path.empty()) return {};
-  const bool has_drive = HasDrive(path);
-  std::vector<std::string> components = ComponentsOf(has_drive ? path.substr(2) : path);
-  if (components.empty() && !has_drive) return "/";
-  if (has_drive) components.insert(components.begin(), {"drives", std::string(1, DriveOf(path))});
-  return FindComponents(has_drive ? machine.home : std::string(), components);
+  const std::vector<Component> components = WithDrive(path);
+  if (components.empty()) return "/";
+  return FindComponents(HasDrive(path) ? machine.home : std::string(), components);
+}
+
+posix::NameInFolder posix::ExactName(const Machine& machine, std::string_view path) {
+  std::vector<Component> components = WithDrive(path);
+  if (components.empty()) return {"/", ""};
+  std::string name = std::move(components.back().name);
+  components.pop_back();
+  std::string start = HasDrive(path) ? machine.home : std::string();
+  std::string folder = FindComponents(start, components);
+  return {folder.empty() ? "/" : std::move(folder), std::move(name)};
+}
+
+std::string ExactFolder(std::string_view path) {
+  while (!path.empty() && IsSeparator(path.back())) path.remove_suffix(1);
+  const std::size_t above = path.find_last_of("\\/");
+  const std::size_t begin = above != std::string_view::npos ? above + 1 : HasDrive(path) ? 2 : 0;
+  std::string exact(path.substr(0, begin));
+  if (begin < path.size()) exact.append({kQuote}).append(path.substr(begin)).append({kQuote});
+  return exact + '\\';
 }
 
 std::string PathText(const std::string& native_path) {
@@ -190,6 +228,10 @@ std::string TypedPathText(const std::string& path) {
 bool Exists(const Machine& machine, std::string_view path) {
   struct stat status = {};
   return !path.empty() && Status(machine, path, status);
+}
+
+bool NameIsTaken(const Machine& machine, std::string_view path) {
+  return !path.empty() && IsThere(NativePath(machine, path));
 }
 
 bool FolderExists(const Machine& machine, std::string_view path) {

@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <functional>
+
+#include "base/Files.h"
+#include "base/NativeFile.h"
+#include "base/Profile.h"
+#include "base/posix/FolderLock.h"
+#include "support/DiskCalls.h"
+#include "support/TestMachine.h"
+
+namespace logbook::test {
+namespace {
+
+// Somebody else's lock on a folder or file, as strong as that of another process.
+class ForeignLock {
+ public:
+  explicit ForeignLock(const std::string& native) : file_(open(native.c_str(), O_RDONLY)) {
+    EXPECT_EQ(flock(file_, LOCK_EX | LOCK_NB), 0) << native;
+  }
+  ~ForeignLock() { close(file_); }
+  ForeignLock(const ForeignLock&) = delete;
+  ForeignLock& operator=(const ForeignLock&) = delete;
+
+ private:
+  int file_;
+};
+
+// In a process of its own, since a wait in vain is remembered to the end of the process.
+void InAnotherProcess(const std::function<void()>& action) {
+  const pid_t child = fork();
+  if (child == 0) {
+    action();
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+}
+
+TEST(WriterLocksTest, AForeignLockHoldsTheProgramUpOnceAndTheWritingIsDone) {
+  using std::chrono::seconds;
+  static_assert(posix::kLongestLockWait < seconds(2));
+  const TestMachine machine;
+  machine.Put("C:\\a.ini", "[s]\r\nother=kept\r\n");
+  machine.MakeFolders("C:\\log");
+  InAnotherProcess([&machine] {
+    const ForeignLock root(machine.Native("C:\\"));
+    const ForeignLock log(machine.Native("C:\\log"));
+    const DiskCalls calls;
+    EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "1", "C:\\a.ini"));
+    EXPECT_GT(DiskCalls::Count("wait "), 0);
+    const int waits = DiskCalls::Count("wait ");
+    EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "2", "C:\\a.ini"));
+    WriteFile(machine, "C:\\log\\a.txt", "whole");
+    EXPECT_EQ(DiskCalls::Count("wait "), waits);
+  });
+  EXPECT_EQ(machine.Get("C:\\a.ini"), "[s]\r\nother=kept\r\nk=2\r\n");
+  EXPECT_EQ(machine.Get("C:\\log\\a.txt"), "whole");
+}
+
+TEST(WriterLocksTest, ALockThatIsFreeIsTakenWithoutAWait) {
+  const TestMachine machine;
+  const DiskCalls calls;
+  WriteFile(machine, "C:\\a.txt", "whole");
+  EXPECT_EQ(DiskCalls::Count("wait "), 0);
+}
+
+TEST(WriterLocksTest, AFolderUnderAForeignLockIsRemovedWithWhatAKilledWriterLeft) {
+  const TestMachine machine;
+  machine.Put("C:\\log\\" + std::string(kTemporaryName), "half a fi");
+  const ForeignLock log(machine.Native("C:\\log"));
+  const DiskCalls calls;
+  RemoveFolder(machine, "C:\\log");
+  EXPECT_FALSE(machine.Has("C:\\log"));
+  EXPECT_EQ(DiskCalls::Count("wait "), 0);
+}
+
+TEST(WriterLocksTest, TheTemporaryFileOfAWriterAtWorkStays) {
+  const TestMachine machine;
+  const std::string name = "C:\\" + std::string(kTemporaryName) + "4711";
+  machine.Put(name, "half a fi");
+  {
+    const ForeignLock writer(machine.Native(name));
+    WriteFile(machine, "C:\\a.txt", "one");
+    EXPECT_EQ(machine.Get(name), "half a fi");
+  }
+  WriteFile(machine, "C:\\a.txt", "two");
+  EXPECT_FALSE(machine.Has(name));
+}
+
+TEST(WriterLocksTest, AWriterLocksItsTemporaryFile) {
+  const TestMachine machine;
+  const DiskCalls calls;
+  WriteFile(machine, "C:\\a.txt", "one");
+  EXPECT_EQ(DiskCalls::Count("try " + machine.Native("C:\\") + std::string(kTemporaryName)), 1);
+}
+
+}  // namespace
+}  // namespace logbook::test

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "support/DiskCalls.h"
+
+#include <dlfcn.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace logbook::test {
+
+namespace {
+
+struct Record {
+  bool on = false;
+  std::vector<std::string> calls;
+  std::string unreadable;  // native path
+  std::size_t from = 0;
+};
+Record record;
+
+std::string PathOf(int descriptor) {
+  char path[4096] = {};
+  const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+  return readlink(link.c_str(), path, sizeof path - 1) > 0 ? path : "";
+}
+
+void Note(const char* call, int descriptor) {
+  if (record.on) record.calls.push_back(call + PathOf(descriptor));
+}
+
+// The system's own function of a name.
+template <typename Function>
+Function* Real(const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+void NoteRename(const char* to) {
+  if (record.on) record.calls.push_back(std::string("rename ") + to);
+}
+
+// How many of these bytes the disk gives.
+std::size_t Readable(int descriptor, std::size_t size) {
+  if (!record.on || record.unreadable.empty() || PathOf(descriptor) != record.unreadable)
+    return size;
+  const auto position = static_cast<std::size_t>(lseek(descriptor, 0, SEEK_CUR));
+  return position < record.from ? std::min(size, record.from - position) : 0;
+}
+
+}  // namespace
+
+DiskCalls::DiskCalls() {
+  record = {.on = true, .calls = {}, .unreadable = {}, .from = 0};
+}
+
+DiskCalls::~DiskCalls() {
+  record = {};
+}
+
+const std::vector<std::string>& DiskCalls::Calls() {
+  return record.calls;
+}
+
+int DiskCalls::Count(const std::string& beginning) {
+  return static_cast<int>(
+      std::count_if(record.calls.begin(), record.calls.end(),
+                    [&](const std::string& call) { return call.starts_with(beginning); }));
+}
+
+void DiskCalls::FailReads(const std::string& native_path, std::size_t from) {
+  record.unreadable = native_path;
+  record.from = from;
+}
+
+}  // namespace logbook::test
+
+using logbook::test::Note;
+using logbook::test::NoteRename;
+using logbook::test::Readable;
+using logbook::test::Real;
+
+extern "C" {
+
+int fsync(int descriptor) {
+  Note("fsync ", descriptor);
+  return Real<int(int)>("fsync")(descriptor);
+}
+
+int renameat(int from_folder, const char* from, int to_folder, const char* to) noexcept {
+  NoteRename(to);
+  return Real<int(int, const char*, int, const char*)>("renameat")(from_folder, from, to_folder,
+                                                                   to);
+}
+
+int flock(int descriptor, int operation) noexcept {
+  Note((operation & LOCK_NB) != 0 ? "try " : "wait ", descriptor);
+  return Real<int(int, int)>("flock")(descriptor, operation);
+}
+
+ssize_t read(int descriptor, void* buffer, std::size_t size) {
+  Note("read ", descriptor);
+  const std::size_t readable = Readable(descriptor, size);
+  if (readable > 0 || size == 0)
+    return Real<ssize_t(int, void*, std::size_t)>("read")(descriptor, buffer, readable);
+  errno = EIO;
+  return -1;
+}
+
+}  // extern "C"

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// What a program asks of its disk, and a disk that refuses to read on: fsync, renameat, flock and
+// read of a test program whose sources hold DiskCalls.cpp are this module's.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace logbook::test {
+
+// Records the calls of the program while it lives.
+class DiskCalls {
+ public:
+  DiskCalls();
+  ~DiskCalls();
+  DiskCalls(const DiskCalls&) = delete;
+  DiskCalls& operator=(const DiskCalls&) = delete;
+
+  // The calls so far: "fsync PATH", "read PATH", "rename NAME" (the new one), "wait PATH" for a
+  // lock that may be waited for, "try PATH" for one that is taken only if it is free.
+  static const std::vector<std::string>& Calls();
+  // How many of them begin like this.
+  static int Count(const std::string& beginning);
+
+  // From here on, reading this file from this byte on is an input or output error, until the object
+  // goes.
+  static void FailReads(const std::string& native_path, std::size_t from);
+};
+
+}  // namespace logbook::test
