@@ -21,11 +21,19 @@ std::optional<std::string> Find(const Machine& machine, std::string_view section
                                 std::string_view key, std::string_view file) {
   const CodePage& page = *machine.code_page;
   try {
-    return FindProfileValue(page, ReadFile(machine, file), page.FromUtf8(UpToNul(section)),
-                            page.FromUtf8(UpToNul(key)));
+    return FindProfileValue(page, ReadFile(machine, file, kLargestProfile),
+                            page.FromUtf8(UpToNul(section)), page.FromUtf8(UpToNul(key)));
   } catch (const RunTimeError&) {
     return std::nullopt;
   }
+}
+
+// The bytes of a name or value for the file. Raises kInvalidProcedureCall for a line end in it.
+std::string TextForFile(const CodePage& page, std::string_view text) {
+  std::string bytes = page.FromUtf8(UpToNul(text));
+  if (bytes.find_first_of("\r\n") != std::string::npos)
+    throw RunTimeError(ErrorNumber::kInvalidProcedureCall);
+  return bytes;
 }
 
 std::string WithoutTrailingBlanks(std::string_view text) {
@@ -46,15 +54,14 @@ std::string Cut(const Machine& machine, const std::optional<std::string_view>& f
 // The leading digits; too many of them wrap at 32 bits.
 int LeadingInt32(std::string_view value) {
   std::size_t position = std::min(value.find_first_not_of(" \t"), value.size());
-  const char sign = position < value.size() ? value[position] : '\0';
-  if (sign == '-' || sign == '+') ++position;
+  if (position < value.size() && value[position] == '+') ++position;
   std::uint32_t number = 0;
   for (; position < value.size(); ++position) {
     const char digit = value[position];
     if (digit < '0' || digit > '9') break;
     number = number * 10 + static_cast<std::uint32_t>(digit - '0');
   }
-  return static_cast<std::int32_t>(sign == '-' ? 0 - number : number);
+  return static_cast<std::int32_t>(number);
 }
 
 }  // namespace
@@ -107,13 +114,21 @@ int GetProfileInt(const Machine& machine, std::string_view section, std::string_
 bool WritePrivateProfileString(const Machine& machine, std::string_view section,
                                std::string_view key, std::string_view value,
                                std::string_view file) {
+  const ProfileValue one = {std::string(section), std::string(key), std::string(value)};
+  return WritePrivateProfileStrings(machine, {&one, 1}, file);
+}
+
+bool WritePrivateProfileStrings(const Machine& machine, std::span<const ProfileValue> values,
+                                std::string_view file) {
   const CodePage& page = *machine.code_page;
   try {
     FileReplacement replacement(NativePath(machine, file));
-    const std::string old = replacement.Bytes().value_or(std::string());
-    replacement.Replace(SetProfileValue(page, old, page.FromUtf8(UpToNul(section)),
-                                        page.FromUtf8(UpToNul(key)),
-                                        page.FromUtf8(UpToNul(value))));
+    std::string bytes = replacement.Bytes(kLargestProfile).value_or(std::string());
+    for (const ProfileValue& each : values) {
+      bytes = SetProfileValue(page, bytes, TextForFile(page, each.section),
+                              TextForFile(page, each.key), TextForFile(page, each.value));
+    }
+    replacement.Replace(bytes);
     return true;
   } catch (const RunTimeError&) {
     return false;

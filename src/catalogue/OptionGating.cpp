@@ -155,7 +155,7 @@ LogOptions ParseLogOptions(const Machine& machine, std::string_view logfile_byte
 
 LogOptions ReadLogOptions(const Machine& machine, std::string_view logfile_ini) {
   try {
-    return ParseLogOptions(machine, ReadFile(machine, logfile_ini));
+    return ParseLogOptions(machine, ReadFile(machine, logfile_ini, kLargestProfile));
   } catch (const RunTimeError&) {
     return {};
   }

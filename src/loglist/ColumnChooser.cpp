@@ -148,8 +148,10 @@ void ColumnChooserOK(const AppState& state, Services& services, ColumnChooser& c
     return;
   }
   const char* category = kCategories.at(static_cast<std::size_t>(chooser.OptionSet - 1));
-  WritePrivateProfileString(state.machine, section, "Cat", category, state.IniFile);
-  WritePrivateProfileString(state.machine, section, "Item", std::to_string(*row), state.IniFile);
+  // A category without its row, or the reverse, would be another column or none.
+  const ProfileValue choice[] = {{section, "Cat", category},
+                                 {section, "Item", std::to_string(*row)}};
+  WritePrivateProfileStrings(state.machine, choice, state.IniFile);
 }
 
 void ColumnChooserCancel(ColumnChooser& chooser) {

@@ -46,9 +46,10 @@ std::vector<std::string> FillAnalogChoices(const Catalogues& catalogues);  // ro
 void FillChoices(const AppState& state, ColumnChooser& chooser);
 
 // OK and a double click in the list. Without a selection: one message, and the dialog stays open.
-// Otherwise stores category ("Cat") and row number ("Item") in the section of ChangeColumn and
-// unloads; a tune row is looked up by its label, the others go by position. An unknown tune label
-// gives the same message, and nothing is written. Results of the writes are not looked at.
+// Otherwise stores category ("Cat") and row number ("Item") in the section of ChangeColumn, both
+// in one replacement of the file, and unloads; a tune row is looked up by its label, the others go
+// by position. An unknown tune label gives the same message, and nothing is written. Results of the
+// writes are not looked at.
 void ColumnChooserOK(const AppState& state, Services& services, ColumnChooser& chooser);
 
 // Cancel: unloads and writes nothing.

@@ -4,6 +4,7 @@
 #include "records/LogEditor.h"
 
 #include <utility>
+#include <vector>
 
 #include "base/Files.h"
 #include "base/Profile.h"
@@ -57,7 +58,7 @@ void SetEditorCaptions(const AppState& state, LogEditor& editor) {
 
 void SaveComment(const AppState& state, const WrappedTextBox& comment) {
   const std::string text = GetWrappedText(state.machine, comment) + "\r\n";
-  WriteFile(state.machine, state.LogPath + "\\comment.txt",
+  WriteFile(state.machine, ExactFolder(state.LogPath) + "comment.txt",
             state.machine.code_page->FromUtf8(text));
 }
 
@@ -93,27 +94,28 @@ void LoadLogEditor(AppState& state, LogEditor& editor, WrappedTextBox& comment) 
 }
 
 void LogEditorOK(AppState& state, LogEditor& editor, WrappedTextBox& comment) {
-  const std::string log_profile = state.LogPath + "\\logfile.ini";
+  std::vector<ProfileValue> values;
   for (std::size_t i = 0; i < LogEditor::kChecks; ++i) {
-    const char* tick = editor.Ticked[i] ? "1" : "0";
-    WritePrivateProfileString(state.machine, "Maintenance", ItemKey(i), tick, log_profile);
-    WritePrivateProfileString(state.machine, "Maintenance", ItemKey(i), tick, state.IniFile);
+    values.push_back({"Maintenance", ItemKey(i), editor.Ticked[i] ? "1" : "0"});
   }
-  WritePrivateProfileString(state.machine, "LogBook", "LastFile", state.LogPath, state.IniFile);
+  WritePrivateProfileStrings(state.machine, values, ExactFolder(state.LogPath) + "logfile.ini");
+  values.push_back({"LogBook", "LastFile", state.LogPath});
+  WritePrivateProfileStrings(state.machine, values, state.IniFile);
   SaveComment(state, comment);
   editor.Unloaded = true;
 }
 
 void LogEditorCancel(AppState& state, Services& services, LogEditor& editor) {
+  const std::string folder = ExactFolder(state.LogPath);
   try {
-    DeleteFilesIn(state.machine, state.LogPath);
+    DeleteFilesIn(state.machine, folder);
   } catch (const RunTimeError&) {
     // What stays shows up when the folder cannot be removed.
   }
   try {
     // The platform that this program comes from needs a look at ".." here, to end a search that
     // holds the folder open. Removing a folder waits for no search on this one.
-    RemoveFolder(state.machine, state.LogPath);
+    RemoveFolder(state.machine, folder);
     editor.Unloaded = true;
   } catch (const RunTimeError&) {
     services.messages.Show({.Text = std::string(LoadResString(kCannotDelete)) + state.LogRoot +

@@ -33,12 +33,12 @@ struct LogEditor {
 // fixed comment and the OK action, after which the editor is unloaded.
 void LoadLogEditor(AppState& state, LogEditor& editor, WrappedTextBox& comment);
 
-// OK: stores the ticks in the log's logfile.ini and in logbook.ini, "LastFile", and comment.txt;
-// unloads. Raises what writing comment.txt raises.
+// OK: stores the ticks in the log's logfile.ini, the ticks and "LastFile" in logbook.ini, each
+// profile in one replacement, and comment.txt; unloads. Raises what writing comment.txt raises.
 void LogEditorOK(AppState& state, LogEditor& editor, WrappedTextBox& comment);
 
 // Cancel: removes the log's folder with its files and unloads; if the folder cannot be removed,
-// shows a message and stays open.
+// shows a message and stays open. Nothing behind a link in the folder's place is touched.
 void LogEditorCancel(AppState& state, Services& services, LogEditor& editor);
 
 }  // namespace logbook

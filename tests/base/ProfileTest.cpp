@@ -5,9 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "Vectors.h"
 #include "base/Files.h"
 #include "base/ProfileText.h"
+#include "support/DiskCalls.h"
 #include "support/TestMachine.h"
 
 namespace logbook::test {
@@ -150,9 +153,10 @@ TEST(ProfileTest, OnlyTheFirstOfTwoEqualSectionsIsLookedAt) {
             "[s]\r\na=1\r\nb=3\r\n[t]\r\n[S]\r\nb=2\r\n");
 }
 
-TEST(ProfileTest, WholeNumbersHaveASignAndEndAtTheFirstOtherCharacter) {
-  const std::pair<const char*, int> cases[] = {{"-5", -5},    {"12abc", 12}, {"abc", 0}, {"1 2", 1},
-                                               {"\" 8\"", 8}, {"0x10", 0},   {"1.9", 1}};
+TEST(ProfileTest, AWholeNumberIsTheLeadingDigitsSoThatANegativeOneIs0) {
+  const std::pair<const char*, int> cases[] = {{"-5", 0},     {"12abc", 12}, {"abc", 0}, {"1 2", 1},
+                                               {"\" 8\"", 8}, {"0x10", 0},   {"1.9", 1}, {"+7", 7},
+                                               {"+-7", 0},    {"--7", 0},    {"- 7", 0}};
   for (const auto& [value, number] : cases) {
     const TestMachine machine;
     machine.Put(kFile, "[s]\r\nk=" + std::string(value) + "\r\n");
@@ -181,6 +185,54 @@ TEST(ProfileTest, ANewSectionGoesToTheEndOfTheFile) {
   EXPECT_EQ(AfterWriting("[a]\r\n\r\n", "s", "k", "v"), "[a]\r\n\r\n[s]\r\nk=v\r\n");
   EXPECT_EQ(AfterWriting("[a]\nx=1\n", "s", "k", "v"), "[a]\nx=1\n[s]\r\nk=v\r\n");
   EXPECT_EQ(AfterWriting("k=v", "s", "k", "v"), "k=v\r\n[s]\r\nk=v\r\n");
+}
+
+TEST(ProfileTest, SeveralValuesAreSetInTheirOrderByOneReplacement) {
+  const TestMachine machine;
+  machine.Put(kFile, "[Header3]\r\nItem=7\r\n");
+  const ProfileValue values[] = {{"Header3", "Cat", "Tune"}, {"Header3", "item", "12"},
+                                 {"LogBook", "b", "1"},      {"LogBook", "a", "2"},
+                                 {"Header3", "x", "3"},      {"LogBook", "b", "4"}};
+  const DiskCalls calls;
+  EXPECT_TRUE(WritePrivateProfileStrings(machine, values, kFile));
+  EXPECT_EQ(DiskCalls::Count("rename test.ini"), 1);
+  EXPECT_EQ(DiskCalls::Count("fsync "), 2) << "the file and its folder";
+  EXPECT_EQ(machine.Get(kFile),
+            "[Header3]\r\nItem=12\r\nCat=Tune\r\nx=3\r\n[LogBook]\r\nb=4\r\na=2\r\n");
+}
+
+TEST(ProfileTest, ALineEndInANameOrValueNeverReachesTheFile) {
+  const TestMachine machine;
+  const std::string before = "[s]\r\nk=v\r\n";
+  machine.Put(kFile, before);
+  for (const std::string end : {"\r\n", "\r", "\n"}) {
+    const std::string text = "a" + end + "[t]";
+    EXPECT_FALSE(WritePrivateProfileString(machine, "s", "k", text, kFile));
+    EXPECT_FALSE(WritePrivateProfileString(machine, "s", text, "w", kFile));
+    EXPECT_FALSE(WritePrivateProfileString(machine, text, "k", "w", kFile));
+    const ProfileValue values[] = {{"s", "k", "w"}, {"s", "l", text}};
+    EXPECT_FALSE(WritePrivateProfileStrings(machine, values, kFile));
+    EXPECT_FALSE(WritePrivateProfileString(machine, "s", "k", text, "C:\\folder\\none.ini"));
+  }
+  EXPECT_EQ(machine.Get(kFile), before);
+  EXPECT_FALSE(machine.Has("C:\\folder\\none.ini"));
+  // What stands behind a NUL does not count.
+  EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", std::string("w\0\n", 3), kFile));
+  EXPECT_EQ(machine.Get(kFile), "[s]\r\nk=w\r\n");
+}
+
+TEST(ProfileTest, AProfileOfMoreThan16MegabytesCountsAsUnreadable) {
+  const TestMachine machine;
+  const std::string start = "[s]\r\nk=1\r\n";
+  machine.Put(kFile, start);
+  std::filesystem::resize_file(machine.Native(kFile), kLargestProfile);
+  EXPECT_EQ(Read(machine, "s", "k"), "1");
+  EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "2", kFile));
+  std::filesystem::resize_file(machine.Native(kFile), kLargestProfile + 1);
+  EXPECT_EQ(Read(machine, "s", "k"), "dflt");
+  EXPECT_EQ(GetPrivateProfileInt(machine, "s", "k", 9, kFile), 9);
+  EXPECT_FALSE(WritePrivateProfileString(machine, "s", "k", "3", kFile));
+  EXPECT_EQ(std::filesystem::file_size(machine.Native(kFile)), kLargestProfile + 1);
 }
 
 TEST(ProfileTest, BytesThatStandForNoCharacterSurviveAWrite) {

@@ -11,11 +11,19 @@
 #include "loglist/ColumnValues.h"
 #include "loglist/LogList.h"
 #include "records/LogCommands.h"
+#include "support/DiskCalls.h"
 #include "support/TestServices.h"
 #include "text/CSVMan.h"
 
 namespace logbook {
 namespace {
+
+// Numbers 0, 1, 2 ... as a snapshot file.
+std::string Numbers(int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += std::to_string(i) + "\r\n";
+  return text;
+}
 
 class Chooser : public testing::Test {
  protected:
@@ -164,6 +172,15 @@ TEST_F(Chooser, WritesTheCategoryBeforeTheItem) {
   EXPECT_EQ(station.disk.Get(state.IniFile), "[Header3]\r\nCat=Tune\r\nItem=4\r\n");
 }
 
+TEST_F(Chooser, CategoryAndItemComeIntoTheFileByOneReplacement) {
+  Choose(2, 3);
+  const test::DiskCalls calls;
+  Choose(1, 4);
+  EXPECT_EQ(test::DiskCalls::Count("rename "), 1);
+  EXPECT_EQ(test::DiskCalls::Count("fsync "), 2) << "the file and its folder";
+  EXPECT_EQ(station.disk.Get(state.IniFile), "[Header3]\r\nCat=Tune\r\nItem=4\r\n");
+}
+
 TEST_F(Chooser, OfTuneRowsWithEqualLabelsTheLastIsStored) {
   state.catalogues.TuneItems[155].Name = state.catalogues.TuneItems[3].Name;
   Choose(1, 3);
@@ -262,6 +279,29 @@ TEST_F(Chooser, ACategoryInAnotherCaseIsUnknownAndTheColumnKeepsWhatItHad) {
     EXPECT_EQ(state.ListView1.Column(3).Text, "before") << category;
     EXPECT_EQ(state.ListView1.Row(1).SubItem(2), "") << category;
   }
+}
+
+TEST_F(Chooser, TheOtherCategoriesAreComparedWithCaseToo) {
+  station.MakeLog("26111500", "11/15/2026 05:09:59");
+  station.disk.Put(station.InLog("26111500", "paramvar.mac"), "XPOS=5.5\r\n");
+  station.disk.Put(station.InLog("26111500", "aall.txt"), Numbers(215));
+  for (const char* category : {"tune", "TUNE", "analog", "ANALOG"}) {
+    station.disk.Put(state.IniFile,
+                     std::string("[Header3]\r\nCat=") + category + "\r\nItem=106\r\n");
+    state.ListView1.Column(3).Text = "before";
+    Init_FileList(state, station.services);
+    EXPECT_EQ(state.ListView1.Column(3).Text, "before") << category;
+    EXPECT_EQ(state.ListView1.Row(1).SubItem(2), "") << category;
+  }
+}
+
+TEST_F(Chooser, ANegativeItemIsRow0) {
+  station.MakeLog("26111500", "11/15/2026 05:09:59");
+  station.disk.Put(station.InLog("26111500", "auser.txt"), "21.4,22\r\n");
+  station.disk.Put(state.IniFile, "[Header3]\r\nCat=Meter\r\nItem=-5\r\n");
+  Init_FileList(state, station.services);
+  EXPECT_EQ(state.ListView1.Column(3).Text, "Inlet Temp (degC)");
+  EXPECT_EQ(state.ListView1.Row(1).SubItem(2), "21");
 }
 
 TEST_F(Chooser, EveryControlLiesInItsContainerAndHasANameOfItsOwn) {

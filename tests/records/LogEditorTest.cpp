@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "records/LogFolder.h"
+#include "support/DiskCalls.h"
 #include "support/FixedWidthBox.h"
 #include "support/TestServices.h"
 
@@ -77,6 +78,52 @@ TEST(LogEditor, OKStoresTicksLastFileAndComment) {
   EXPECT_EQ(editing.disk.Get(editing.state.IniFile),
             section + "[LogBook]\r\nLastFile=" + editing.state.LogPath + "\r\n");
   EXPECT_EQ(editing.disk.Get(editing.InNewLog("comment.txt")), "torch changed\r\n");
+}
+
+TEST(LogEditor, OKReplacesEachFileOnce) {
+  Editing editing;
+  editing.Load();
+  const test::DiskCalls calls;
+  LogEditorOK(editing.state, editing.editor, editing.comment);
+  std::vector<std::string> replacements;
+  for (const std::string& call : test::DiskCalls::Calls()) {
+    if (call.starts_with("rename ")) replacements.push_back(call);
+  }
+  EXPECT_EQ(replacements, (std::vector<std::string>{"rename logfile.ini", "rename logbook.ini",
+                                                    "rename comment.txt"}));
+  EXPECT_EQ(test::DiskCalls::Count("fsync "), 6) << "each file and its folder";
+}
+
+TEST(LogEditor, OnlyTheNumberOneTicksABox) {
+  Editing editing;
+  const std::pair<const char*, bool> cases[] = {{"1", true},   {"0", false},   {"2", false},
+                                                {"-1", false}, {"0.5", false}, {"10", false},
+                                                {"x", false},  {" 1x", true},  {"1.0", true}};
+  for (const auto& [value, ticked] : cases) {
+    editing.disk.Put(editing.state.IniFile, "[Maintenance]\r\nItem4=" + std::string(value));
+    editing.Load();
+    EXPECT_EQ(editing.editor.Ticked[4], ticked) << value;
+  }
+}
+
+TEST(LogEditor, TicksAndLastFileAreStoredBeforeTheComment) {
+  Editing editing;
+  editing.Load();
+  editing.editor.Ticked[2] = true;
+  editing.disk.MakeFolders(editing.InNewLog("comment.txt"));
+  EXPECT_THROW(LogEditorOK(editing.state, editing.editor, editing.comment), RunTimeError);
+  const std::string section = MaintenanceSection("001000000000000000");
+  EXPECT_EQ(editing.disk.Get(editing.state.IniFile),
+            section + "[LogBook]\r\nLastFile=" + editing.state.LogPath + "\r\n");
+  EXPECT_TRUE(editing.disk.Get(editing.InNewLog("logfile.ini")).ends_with(section));
+}
+
+TEST(LogEditor, CommentThatEndsInATypedLineEndKeepsItAndGetsOneMore) {
+  Editing editing;
+  editing.Load();
+  editing.comment.SetText("torch\r\n");
+  LogEditorOK(editing.state, editing.editor, editing.comment);
+  EXPECT_EQ(editing.disk.Get(editing.InNewLog("comment.txt")), "torch\r\n\r\n");
 }
 
 TEST(LogEditor, NextEditorOpensWithTheTicksOfTheLastRecord) {
@@ -149,6 +196,20 @@ TEST(LogEditor, CancelWithAReadOnlyFileNamesTheRootAndStaysOpen) {
   EXPECT_EQ(editing.messages.shown[0].Icon, MessageIcon::kExclamation);
   EXPECT_TRUE(editing.disk.Has(file));
   EXPECT_FALSE(editing.disk.Has(editing.InNewLog("logfile.ini")));
+}
+
+TEST(LogEditor, CancelTouchesNothingBehindALinkInTheFoldersPlace) {
+  Editing editing;
+  editing.Load();
+  const std::string folder = editing.disk.Native("C:\\QUOREX\\inst1\\maintain\\26111500");
+  editing.disk.Put("C:\\elsewhere\\aall.txt", "kept");
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directory_symlink(editing.disk.Native("C:\\elsewhere"), folder);
+  LogEditorCancel(editing.state, editing.services, editing.editor);
+  EXPECT_FALSE(editing.editor.Unloaded);
+  EXPECT_EQ(editing.messages.shown.size(), 1u);
+  EXPECT_EQ(editing.disk.Get("C:\\elsewhere\\aall.txt"), "kept");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder));
 }
 
 TEST(LogEditor, AutoRecConfirmsItselfInsideTheLoadWithTheRememberedTicks) {
