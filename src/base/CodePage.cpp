@@ -3,6 +3,10 @@
 
 #include "base/CodePage.h"
 
+#include <algorithm>
+#include <array>
+#include <vector>
+
 #include "base/CodePageTables.h"
 #include "base/Utf8.h"
 
@@ -105,11 +109,18 @@ class TablePage final : public CodePage {
 
 }  // namespace
 
+std::span<const int> CodePage::Numbers() {
+  static const auto numbers = [] {
+    std::array<int, kCodePageCount> all{};
+    std::transform(kCodePageTables.begin(), kCodePageTables.end(), all.begin(),
+                   [](const CodePageTable& table) { return table.number; });
+    return all;
+  }();
+  return numbers;
+}
+
 const CodePage* CodePage::Find(int number) {
-  static const std::array<TablePage, 7> pages = {
-      TablePage(kCodePageTables[0]), TablePage(kCodePageTables[1]), TablePage(kCodePageTables[2]),
-      TablePage(kCodePageTables[3]), TablePage(kCodePageTables[4]), TablePage(kCodePageTables[5]),
-      TablePage(kCodePageTables[6])};
+  static const std::vector<TablePage> pages(kCodePageTables.begin(), kCodePageTables.end());
   for (const TablePage& page : pages) {
     if (page.Number() == number) return &page;
   }

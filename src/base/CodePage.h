@@ -3,10 +3,11 @@
 
 // The machine's ANSI code page. Text is UTF-8 inside the program; every file of a log and every
 // profile is in this code page. Conversion happens here and nowhere else, and never depends on
-// the locale. Known pages: 932, 936, 949, 950, 1250, 1251, 1252.
+// the locale. Known pages: 874, 932, 936, 949, 950 and 1250 to 1258.
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,9 @@ namespace logbook {
 class CodePage {
  public:
   virtual ~CodePage() = default;
+
+  // The numbers of all known pages, ascending.
+  static std::span<const int> Numbers();
 
   // The page with this number, or nullptr if it is not one of the known pages. The object lives
   // as long as the process and never changes.
@@ -29,8 +33,9 @@ class CodePage {
   virtual std::string FromUtf8(std::string_view text) const = 0;
 
   // The bytes as UTF-8. A byte or pair that stands for no character becomes U+FFFD in the
-  // double-byte pages and the control character of the same number in the single-byte ones, so
-  // that single-byte text comes back unchanged through FromUtf8. Raises nothing.
+  // double-byte pages; in the single-byte ones it becomes the control character of the same number
+  // or a character for private use, so that single-byte text comes back unchanged through
+  // FromUtf8. Of two codes for one character FromUtf8 writes one. Raises nothing.
   virtual std::string ToUtf8(std::string_view bytes) const = 0;
 
   // Number of bytes that FromUtf8 gives for the text.

@@ -6,10 +6,12 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <span>
 
 namespace logbook {
+
+inline constexpr std::size_t kCodePageCount = 14;
 
 struct CodePageTable {
   int number;
@@ -32,6 +34,6 @@ struct CodePageTable {
   static constexpr int kTrailCount = 0x100 - kFirstTrail;
 };
 
-extern const std::array<CodePageTable, 7> kCodePageTables;
+extern const std::array<CodePageTable, kCodePageCount> kCodePageTables;
 
 }  // namespace logbook
