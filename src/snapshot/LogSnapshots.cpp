@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "base/Profile.h"
 #include "base/RunTimeError.h"
 #include "snapshot/MacroSearch.h"
 #include "snapshot/PositionalNumbers.h"
@@ -19,6 +20,7 @@ namespace {
 constexpr std::string_view kDescriptorFile = "logfile.ini";
 constexpr std::string_view kCommentFile = "comment.txt";
 constexpr std::size_t kShortLines = 4 * 1024;
+constexpr std::size_t kLongestComment = 64 * 1024;
 constexpr std::string_view kLineEnds = "\r\n";
 
 std::int64_t NowNanoseconds() {
@@ -52,11 +54,12 @@ std::size_t IndexOf(const std::vector<Value>& values, const auto& wanted) {
   return static_cast<std::size_t>(std::find(values.begin(), values.end(), wanted) - values.begin());
 }
 
-// The numbers of some rows of a file of any size. A read that fails leaves the rest 0.
-std::vector<double> NumbersOfFile(const Machine& machine, const std::string& path,
-                                  const std::vector<int>& rows) {
+// Reads the numbers of some rows of a file of any size. False if the disk refuses to read on; the
+// rest is 0 then.
+bool ReadNumbers(const Machine& machine, const std::string& path, const std::vector<int>& rows,
+                 std::vector<double>& numbers) {
   SequentialReader reader(machine, path);
-  std::vector<double> numbers(rows.size(), 0);
+  numbers.assign(rows.size(), 0);
   int row = 0;
   try {
     for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -71,10 +74,10 @@ std::vector<double> NumbersOfFile(const Machine& machine, const std::string& pat
       }
       if (row > rows[i]) numbers[i] = number;
     }
+    return true;
   } catch (const RunTimeError&) {
-    // What could not be read counts as 0.
+    return false;
   }
-  return numbers;
 }
 
 bool IsShort(const MacroLines& lines) {
@@ -102,7 +105,7 @@ LogSnapshots::LogSnapshots(SnapshotCache& cache, std::string root, std::string n
     : cache_(cache), root_(std::move(root)), name_(std::move(name)) {}
 
 std::string LogSnapshots::PathOf(std::string_view file) const {
-  return (root_ + name_).append("\\").append(file);
+  return ExactFolder(root_ + name_).append(file);
 }
 
 // True if what is kept of a file holds in this pass.
@@ -126,6 +129,7 @@ bool LogSnapshots::Refresh(Kept& kept, std::string_view file, const FromBytes& f
   const std::int64_t now = NowNanoseconds();
   kept.settled = false;
   std::string_view bytes;
+  bool whole = true;
   const auto found = cache_.FilesOf(root_).Read(name_, file, kept.stamp, bytes);
   if (found == FilesBelow::Found::kFile) {
     from_bytes(bytes);
@@ -135,9 +139,9 @@ bool LogSnapshots::Refresh(Kept& kept, std::string_view file, const FromBytes& f
     kept.stamp =
         found == FilesBelow::Found::kMissing ? FileStamp() : StampOf(cache_.machine_, path);
     kept.exists = !IsMissing(kept.stamp);
-    if (kept.exists) from_path(path);
+    if (kept.exists) whole = from_path(path);
   }
-  kept.settled = kept.exists && IsSettled(kept.stamp, now);
+  kept.settled = kept.exists && whole && IsSettled(kept.stamp, now);
   kept.pass = cache_.pass_number_;
   return kept.exists;
 }
@@ -150,9 +154,11 @@ void LogSnapshots::ReadDescriptor() {
   };
   const auto read = [&](const std::string& path) {
     try {
-      parse(ReadFile(cache_.machine_, path));
+      parse(ReadFile(cache_.machine_, path, kLargestProfile));
+      return true;
     } catch (const RunTimeError&) {
       parse({});  // a file that cannot be read has no values
+      return false;
     }
   };
   if (!Refresh(descriptor_, kDescriptorFile, parse, read)) parse({});
@@ -178,8 +184,9 @@ std::string LogSnapshots::Comment() {
   };
   const auto read = [&](const std::string& path) {
     comment_.clear();
-    if (FolderExists(machine, path)) return;
-    comment_ = machine.code_page->ToUtf8(InputFile(machine, path).ReadLine());
+    if (FolderExists(machine, path)) return true;
+    comment_ = machine.code_page->ToUtf8(InputFile(machine, path).ReadLine(kLongestComment));
+    return true;
   };
   if (!Refresh(comment_file_, kCommentFile, first_line, read)) return {};
   if (comment_.size() <= kShortLines) return comment_;
@@ -202,7 +209,12 @@ bool LogSnapshots::RefreshNumbers(Numbers& entry) {
   };
   return Refresh(
       entry, entry.file, [&](std::string_view bytes) { keep(NumbersAt(bytes, rows)); },
-      [&](const std::string& path) { keep(NumbersOfFile(cache_.machine_, path, rows)); });
+      [&](const std::string& path) {
+        std::vector<double> numbers;
+        const bool whole = ReadNumbers(cache_.machine_, path, rows, numbers);
+        keep(std::move(numbers));
+        return whole;
+      });
 }
 
 std::optional<double> LogSnapshots::Number(std::string_view file, int row) {
@@ -240,6 +252,7 @@ bool LogSnapshots::RefreshMacros(Macros& entry, const std::vector<std::string>& 
         keep([&](const std::string& variable) {
           return ReadMacroLines(cache_.machine_, path, variable);
         });
+        return true;
       });
 }
 

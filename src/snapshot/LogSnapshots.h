@@ -48,8 +48,8 @@ class LogSnapshots {
   // nothing.
   const std::string& Date();
 
-  // The first line of comment.txt; empty if there is none. Raises what InputFile raises, among that
-  // kInputPastEndOfFile for a file without a byte.
+  // The first line of comment.txt, at most 64 KB of it; empty if there is none. Raises what
+  // InputFile raises, among that kInputPastEndOfFile for a file without a byte.
   std::string Comment();
 
   // Number `row` (from 0) of a positional snapshot file; 0 if the file is too short, or if reading
@@ -86,7 +86,8 @@ class LogSnapshots {
   };
 
   // Brings a file up to date: reads it by `from_bytes` (the whole file, if it is small and at hand)
-  // or by `from_path` (its path text) unless what is kept stands. False if there is no file.
+  // or by `from_path` (its path text; false if the disk refused to read on, which is not kept)
+  // unless what is kept stands. False if there is no file.
   template <typename FromBytes, typename FromPath>
   bool Refresh(Kept& kept, std::string_view file, const FromBytes& from_bytes,
                const FromPath& from_path);

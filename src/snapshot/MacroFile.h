@@ -3,7 +3,8 @@
 
 // The macro variable files of a log (sensevar.mac, othervar.mac, resovar.mac, paramvar.mac): text
 // lines of the form name, "=", value, in any order (docs/file-formats.md), and the rule by which a
-// row of the tune catalogue finds its value in one of them.
+// row of the tune catalogue finds its value in one of them. Of a line longer than 64 KB the
+// beginning counts.
 #pragma once
 
 #include <cstdint>

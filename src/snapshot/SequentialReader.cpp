@@ -46,8 +46,7 @@ std::string SequentialReader::ReadNumberField() {
   SkipBlanks();
   const std::string field =
       TakeUpTo([](int byte) { return EndsField(byte) || IsBlank(byte); }, Keep::kBeginning);
-  SkipBlanks();
-  TakeDelimiter();
+  TakeRestOfNumber();
   return field;
 }
 
@@ -83,6 +82,16 @@ void SequentialReader::SkipBlanks() {
 void SequentialReader::TakeDelimiter() {
   if (!EndsField(file_.Peek())) return;
   if (file_.Get() == '\r' && file_.Peek() == '\n') file_.Get();
+}
+
+// The number is complete: what fails here fails again for the next field.
+void SequentialReader::TakeRestOfNumber() {
+  try {
+    SkipBlanks();
+    TakeDelimiter();
+  } catch (const RunTimeError&) {
+    return;
+  }
 }
 
 template <typename Ends>

@@ -28,7 +28,9 @@ class SequentialReader {
 
   // The next field as a number, by the leading-number rule; 0 for an empty one. Of a field longer
   // than 64 KB only the beginning counts. Raises kInputPastEndOfFile at the end of the file, and
-  // kOverflow for a number too large for a double; that field has then been taken.
+  // kOverflow for a number too large for a double; that field has then been taken. A disk that
+  // refuses to read on raises kDeviceInputOutput, but not before a field that has been read whole
+  // is given.
   double ReadNumber();
 
   // The bytes of the next field as ReadNumber takes it, without the blanks around them. Raises
@@ -49,6 +51,7 @@ class SequentialReader {
   std::string ReadText(Keep keep);
   void SkipBlanks();
   void TakeDelimiter();
+  void TakeRestOfNumber();
   // Takes the bytes up to the first for which `ends` holds, or to the end of the file.
   template <typename Ends>
   std::string TakeUpTo(const Ends& ends, Keep keep);

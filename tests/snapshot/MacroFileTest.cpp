@@ -8,6 +8,7 @@
 #include <fstream>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/RunTimeError.h"
 #include "support/Errors.h"
@@ -174,6 +175,14 @@ TEST_F(MacroFile, ABinaryFileIsReadToItsEnd) {
   for (int i = 0; i < 100000; ++i) bytes += static_cast<char>(i * 7919 >> 3);
   Lines(bytes, "XPOS");
   EXPECT_EQ(Lines(bytes + "\r\nXPOS=5\r\n", "XPOS").Value, "XPOS=5");
+}
+
+TEST_F(MacroFile, OfALongLineTheFirst64KilobytesCount) {
+  const std::string kilobytes = "XPOS=" + std::string(64 * 1024 - 5, '1');
+  machine.Put(kFile, kilobytes + "2\r\nYPOS=3\r\n" + std::string(70000, 'x') + "XPOS=4\r\n");
+  EXPECT_EQ(ReadMacroLines(machine, kFile, "XPOS").Value, kilobytes);
+  EXPECT_EQ(ReadMacroLines(machine, kFile, "YPOS").Value, "YPOS=3");
+  EXPECT_EQ(ReadAssignments(machine, kFile), (std::vector<std::string>{kilobytes, "YPOS=3"}));
 }
 
 TEST_F(MacroFile, AFileOfAHundredMegabytesIsReadToItsEnd) {
