@@ -72,7 +72,7 @@ std::int16_t ZipSelectedLogs(const AppState& state, EventDelivery& events,
   std::int16_t code = 0;
   for (const ListRow& row : state.ListView1.Rows) {
     if (!row.Selected) continue;
-    code = writer.arZip(0, zip_file, state.LogRoot + row.SubItem(1), "-a -r", result);
+    code = writer.arZip(0, zip_file, ExactFolder(state.LogRoot + row.SubItem(1)), "-a -r", result);
     if (code != 0) break;
   }
   const std::int16_t finished = writer.Finish(result);

@@ -21,7 +21,8 @@ namespace logbook {
 // written.
 
 // Numbers of auser.txt by MeterItems. A number that cannot be read counts as 0. Raises what
-// opening the first snapshot file of the fill raises; failures of later ones count as 0.
+// opening a snapshot file raises before one has been opened in the fill; later failures, of reading
+// too, count as 0.
 void FillMeterList(AppState& state, std::int16_t column, const std::string& category, int item);
 
 // The same for aall.txt and AnalogItems.

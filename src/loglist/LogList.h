@@ -27,7 +27,8 @@ void RebuildList(AppState& state, MessageBoxes& messages,
 // there are 256 or more.
 std::int16_t CreateFileList(AppState& state, MessageBoxes& messages);
 
-// Reads date and first comment line of each log into FileList. Missing files read as empty. Raises
+// Reads date and first comment line (at most 64 KB of it) of each log into FileList. Missing files
+// read as empty. Raises
 // kInputPastEndOfFile for a comment.txt without a byte.
 void FillFileList(AppState& state);
 

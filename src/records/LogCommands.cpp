@@ -75,7 +75,8 @@ bool DeleteSelectedLogs(AppState& state, Services& services) {
     const ListRow& row = state.ListView1.Row(i);
     if (!row.Selected) continue;
     result = true;
-    const std::string folder = state.LogRoot + row.SubItem(1);
+    const std::string path = state.LogRoot + row.SubItem(1);
+    const std::string folder = ExactFolder(path);
     DeleteFilesIgnoringErrors(state, folder);
     // The platform that this program comes from needs a look at ".." here, to end a search that
     // holds the folder open. Removing a folder waits for no search on this one.
@@ -83,7 +84,7 @@ bool DeleteSelectedLogs(AppState& state, Services& services) {
       RemoveFolder(state.machine, folder);
     } catch (const RunTimeError&) {
       result = false;
-      services.messages.Show({.Text = std::string(LoadResString(kCannotDelete)) + folder +
+      services.messages.Show({.Text = std::string(LoadResString(kCannotDelete)) + path +
                                       std::string(LoadResString(kCannotDelete + 1))});
     }
   }

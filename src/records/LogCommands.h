@@ -28,7 +28,8 @@ void ChangeItem(AppState& state, Services& services, std::int16_t column);
 void cmdDelete_Click(AppState& state, Services& services);
 
 // Deletes the folders of the selected rows, one message for each that cannot be removed, and
-// rebuilds the list. True if the last selected row was removed.
+// rebuilds the list. True if the last selected row was removed. A folder goes by its exact name;
+// one that is a link cannot be removed, and nothing behind it is touched.
 bool DeleteSelectedLogs(AppState& state, Services& services);
 
 }  // namespace logbook

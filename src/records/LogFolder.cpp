@@ -35,10 +35,10 @@ std::string GetNewFileName(AppState& state, Services& services) {
       LastDigits(now.Year, 2) + LastDigits(now.Month, 2) + LastDigits(now.Day, 2);
   for (int number = 0; number < kLogsPerDay; ++number) {
     const std::string folder = state.LogRoot + base + RunningNumber(number);
-    if (Exists(state.machine, folder)) continue;
+    if (NameIsTaken(state.machine, folder)) continue;
     MakeFolder(state.machine, folder);
     if (!WritePrivateProfileString(state.machine, "LogFile", "Date", DateText(now),
-                                   folder + "\\logfile.ini"))
+                                   ExactFolder(folder) + "logfile.ini"))
       throw RunTimeError(ErrorNumber::kPathFileAccess);
     return folder + "\\";
   }

@@ -12,7 +12,8 @@
 
 namespace logbook {
 
-// Makes the folder of a new log with the first free number of the day (00 to FF, hexadecimal) and
+// Makes the folder of a new log with the first free number of the day (00 to FF, hexadecimal; a
+// name is taken by anything that has it, also by a link that leads nowhere or by a pipe) and
 // writes key "Date" of section "LogFile" into its logfile.ini. Returns its path with a trailing
 // backslash; empty, after a message, if the day's 256 numbers are used up. Raises what MakeFolder
 // raises, or kPathFileAccess if the date cannot be written.

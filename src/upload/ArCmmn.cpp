@@ -4,6 +4,7 @@
 #include "upload/ArCmmn.h"
 
 #include "archive/Archive.h"
+#include "base/Files.h"
 #include "upload/ECMSub.h"
 
 namespace logbook {
@@ -14,7 +15,7 @@ std::int16_t ZipLogFolder(const AppState& state, const std::string& log_folder,
   if (EndsWithBackslash(folder)) folder.pop_back();
   package = folder + ".qkvzip";
   std::string result(kZipResultBuffer, '\0');
-  return arZip(state.machine, 0, package, folder, "-r", result);
+  return arZip(state.machine, 0, package, ExactFolder(folder), "-r", result);
 }
 
 }  // namespace logbook

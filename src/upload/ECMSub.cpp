@@ -151,7 +151,7 @@ int GenerateTimeout(const AppState& state) {
 }  // namespace
 
 void UploadRecordedLog(AppState& state, Services& services) {
-  if (!Enabled(services) || !FolderExists(state.machine, state.LogPath)) return;
+  if (!Enabled(services) || !FolderExists(state.machine, ExactFolder(state.LogPath))) return;
   const std::string list_file = state.LogRoot + "listlog.csv";
   std::string package;
   if (ZipLogFolder(state, state.LogPath, package) != 0)

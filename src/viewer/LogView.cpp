@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "base/Files.h"
 #include "resources/Resources.h"
 #include "state/Fonts.h"
 #include "viewer/TextLogs.h"
@@ -58,8 +59,12 @@ void SetViewerCaptions(LogView& view) {
   for (const auto& [entry, number] : entries) entry->Caption = LoadResString(number);
 }
 
+std::string LogFolder(const LogView& view) {
+  return ExactFolder(view.LogFolderPath);
+}
+
 void LoadComment(const AppState& state, LogView& view) {
-  view.CommentText = ReadWholeText(state.machine, view.LogFolderPath + "comment.txt");
+  view.CommentText = ReadWholeText(state.machine, LogFolder(view) + "comment.txt");
 }
 
 void LogViewExit(AppState& state, LogView& view) {

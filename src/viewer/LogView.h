@@ -50,7 +50,8 @@ struct LogView {
   MenuEntry mnuBout{"mnuBout"}, mnuBin{"mnuBin"};
   MenuEntry mnuSYS{"mnuSYS"};
 
-  // Folder of the log on view, with trailing backslash; set by LoadLogView and not changed later.
+  // Folder of the log on view, with trailing backslash, as it is shown and told to the host; set by
+  // LoadLogView and not changed later. Its files are opened through LogFolder.
   std::string LogFolderPath;
   bool Unloaded = false;
 
@@ -59,6 +60,10 @@ struct LogView {
     return {&txtReport, &txtComment, &cmdPrint, &cmdExit, &cmdHelp, &F1Report};
   }
 };
+
+// The folder of the log on view by its exact name: where it has vanished, another that differs in
+// case is not taken for it.
+std::string LogFolder(const LogView& view);
 
 // The load step: folder, menus, fonts, captions, comment. No report: its pane stays empty. Raises
 // kSubscriptOutOfRange if CurrentLog lies outside FileList, and what reading the comment raises.

@@ -114,13 +114,13 @@ void InitReport(const AppState& state, LogView& view) {
 
 void FillReportSheet(const AppState& state, LogView& view, const std::string& file_name) {
   SheetLines lines(state.machine, view.Sheet);
-  lines.AddFile(view.LogFolderPath + file_name, [](const std::string& line) { return line; });
+  lines.AddFile(LogFolder(view) + file_name, [](const std::string& line) { return line; });
   // The counter stands on the row behind the last line: that row and the next one stay empty.
   lines.row_ += 2;
   view.Sheet.SetSelection(lines.row_, 1, lines.row_, 1);
   view.Sheet.SetBorder({.Top = kRule});
   lines.Add(std::string(LoadResString(kCommentHeading)) + ":");
-  lines.AddFile(view.LogFolderPath + "comment.txt",
+  lines.AddFile(LogFolder(view) + "comment.txt",
                 [](const std::string& line) { return FirstCharacters(line, kCommentCharacters); });
 }
 

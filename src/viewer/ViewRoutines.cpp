@@ -34,8 +34,8 @@ void ClearReport(LogView& view) {
 void ViewValues(const AppState& state, LogView& view, ValueReport report) {
   ClearReport(view);
   try {
-    view.ReportText = ValueReportText(state.machine, state.catalogues, report, view.LogFolderPath);
-    WriteReportFile(state.machine, view.LogFolderPath, ReportFileName(report), view.ReportText);
+    view.ReportText = ValueReportText(state.machine, state.catalogues, report, LogFolder(view));
+    WriteReportFile(state.machine, LogFolder(view), ReportFileName(report), view.ReportText);
   } catch (const RunTimeError&) {
     // Any failure ends the view in silence; the pane shows what has been made.
   }
@@ -44,14 +44,14 @@ void ViewValues(const AppState& state, LogView& view, ValueReport report) {
 void ViewLimitedLog(const AppState& state, Services& services, LogView& view,
                     std::string_view file) {
   ClearReport(view);
-  LimitedText log = ReadLimitedText(state.machine, view.LogFolderPath + std::string(file));
+  LimitedText log = ReadLimitedText(state.machine, LogFolder(view) + std::string(file));
   if (log.OverLimit) services.messages.Show({.Text = std::string(LoadResString(kOverLimit))});
   view.ReportText = std::move(log.Text);
 }
 
 void ViewWholeText(const AppState& state, LogView& view, std::string_view file) {
   ClearReport(view);
-  TextLines lines(state.machine, view.LogFolderPath + std::string(file));
+  TextLines lines(state.machine, LogFolder(view) + std::string(file));
   view.ReportText = lines.Take(kFirstPart);
   view.ReportRest = std::move(lines);
 }
@@ -77,8 +77,8 @@ void ViewBin(const AppState& state, LogView& view) {
 void ViewMainte(const AppState& state, LogView& view) {
   ClearReport(view);
   try {
-    view.ReportText = MaintenanceText(state.machine, state.catalogues, view.LogFolderPath);
-    WriteReportFile(state.machine, view.LogFolderPath, kMaintenanceReportFile, view.ReportText);
+    view.ReportText = MaintenanceText(state.machine, state.catalogues, LogFolder(view));
+    WriteReportFile(state.machine, LogFolder(view), kMaintenanceReportFile, view.ReportText);
   } catch (const RunTimeError&) {
     // As in ViewValues.
   }
@@ -106,8 +106,8 @@ void ViewTuneReport(const AppState& state, LogView& view) {
 
 void CreateTuneText(const AppState& state, const LogView& view) {
   try {
-    WriteTuneBin(state.machine, view.LogFolderPath + std::string(kTuneBinFile),
-                 TuneCells(state.machine, state.catalogues, view.LogFolderPath));
+    WriteTuneBin(state.machine, LogFolder(view) + std::string(kTuneBinFile),
+                 TuneCells(state.machine, state.catalogues, LogFolder(view)));
   } catch (const RunTimeError&) {
     // The host then prints from the older file, or from none.
   }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <random>
 
 #include "FailingRename.h"
@@ -56,6 +57,19 @@ TEST_F(ArcHandlerTest, WithoutASelectionATwoLineMessageComesAndNoDialog) {
   EXPECT_EQ(message.Buttons, MessageButtons::kOk);
   EXPECT_EQ(message.Title, "Archive Log");
   EXPECT_TRUE(station.save.requests.empty());
+}
+
+TEST_F(ArcHandlerTest, AnotherLogThatDiffersInCaseIsNotTakenForOneThatHasVanished) {
+  station.MakeLog("Pump", "d", "comment");
+  Init_FileList(station.state, station.services);
+  const std::string root = station.disk.Native(TestWorkstation::kLogRoot);
+  std::filesystem::rename(root + "Pump", root + "pump");
+  Select({5});
+  station.save.answer = "C:\\a.zip";
+  Archive();
+  ASSERT_EQ(station.messages.shown.size(), 1u);
+  EXPECT_EQ(station.messages.shown[0].Text, "Failed to archive log(s).\rError Code:2");
+  EXPECT_FALSE(station.disk.Has("C:\\a.zip"));
 }
 
 TEST_F(ArcHandlerTest, TheDefaultFolderIsStoredOnTheVeryFirstUseAlsoWithoutASelection) {

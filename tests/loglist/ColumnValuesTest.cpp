@@ -12,6 +12,7 @@
 
 #include "base/RunTimeError.h"
 #include "catalogue/OptionGating.h"
+#include "support/DiskCalls.h"
 #include "support/Errors.h"
 #include "support/TestMachine.h"
 #include "text/NumberFormat.h"
@@ -201,6 +202,40 @@ TEST_F(ColumnValues, AfterTheFirstOpenedFileAnUnopenableOneCountsAsZero) {
   EXPECT_EQ(Cell(good), "4.50");
 }
 
+TEST_F(ColumnValues, AReadErrorInTheFirstFileCountsAsZeroAndTheFillGoesOn) {
+  const int bad = AddLog(), good = AddLog(), folder = AddLog();
+  Put(bad, "auser.txt", Numbers(29));
+  Put(good, "auser.txt", Numbers(29));
+  machine.MakeFolders(Path(folder, "auser.txt"));
+  const test::DiskCalls calls;
+  test::DiskCalls::FailReads(machine.Native(Path(bad, "auser.txt")), 0);
+  EXPECT_EQ(Meter(4, bad), "0.00");
+  EXPECT_EQ(Cell(good), "4.50");
+  EXPECT_EQ(Cell(folder), "0.00") << "the trap is set by the first file that was opened";
+}
+
+TEST_F(ColumnValues, AValueReadBeforeAReadErrorCounts) {
+  const int log = AddLog();
+  Put(log, "auser.txt", Numbers(29));
+  const test::DiskCalls calls;
+  // Behind the carriage return of row 4.
+  test::DiskCalls::FailReads(machine.Native(Path(log, "auser.txt")), 4 * 5 + 4);
+  EXPECT_EQ(Meter(4, log), "4.50");
+  EXPECT_EQ(Meter(5, log), "0.00");
+}
+
+TEST_F(ColumnValues, AnotherLogThatDiffersInCaseIsNotTakenForOneThatHasVanished) {
+  const int log = AddLog();
+  machine.Put(state.LogRoot + "alpha\\auser.txt", Numbers(29));
+  machine.Put(state.LogRoot + "alpha\\paramvar.mac", "XPOS=1\r\n");
+  state.FileList[1].Name = "Alpha";
+  EXPECT_EQ(Meter(4, log), "");
+  EXPECT_EQ(Tune(106, log), "");
+  state.FileList[1].Name = "alpha";
+  EXPECT_EQ(Meter(4, log), "4.50");
+  EXPECT_EQ(Tune(106, log), "1.0");
+}
+
 TEST_F(ColumnValues, AnUnfilledRowHasNoLabelAndAnEmptyPicture) {
   const int log = AddLog();
   Put(log, "auser.txt", Numbers(31));
@@ -382,6 +417,15 @@ TEST_F(ColumnValues, AFlagThatDoesNotFitSixteenBitsEndsTheFillOfAnyRowOfItsFile)
   EXPECT_EQ(ErrorOf([&] { Tune(107); }), ErrorNumber::kOverflow) << "a row without a line";
   Put(log, "paramvar.mac", "CLMD=40000\r\n");
   EXPECT_EQ(ErrorOf([&] { Tune(107); }), ErrorNumber::kOverflow) << "a row without a line";
+}
+
+TEST_F(ColumnValues, ASensitivityValueOfZeroIsAValue) {
+  const int log = AddLog();
+  for (const char* zero : {"0", "-0", "0.0"}) {
+    Put(log, "sensevar.mac", "SenseMass[1]=" + std::string(zero) + "\r\n");
+    EXPECT_NE(Tune(0, log), "N/A") << zero;
+    EXPECT_NE(Tune(0, log), "") << zero;
+  }
 }
 
 TEST_F(ColumnValues, AValueTooLargeForANumberEndsTheFill) {

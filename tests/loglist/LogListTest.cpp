@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "support/DiskCalls.h"
 #include "support/TestServices.h"
 
 namespace logbook {
@@ -157,6 +158,23 @@ TEST(Init_FileList, OnlyTheFirstLineOfACommentIsShown) {
   station.MakeLog("26111500", "d", "first\r\nsecond");
   Rebuild(station);
   EXPECT_EQ(station.state.ListView1.Row(1).SubItem(8), "first");
+}
+
+TEST(Init_FileList, OfALongFirstLine64KilobytesAreShownAndNoMoreIsRead) {
+  TestWorkstation station;
+  station.MakeLog("26111500", "d", std::string(70000, 'x') + "\r\nsecond");
+  const std::string huge = station.disk.Native(TestWorkstation::InLog("26111501", "comment.txt"));
+  station.MakeLog("26111501", "d", "y");
+  std::filesystem::resize_file(huge, std::uintmax_t{1} << 30);
+  const test::DiskCalls calls;
+  Rebuild(station);
+  EXPECT_EQ(station.state.ListView1.Row(1).SubItem(8), std::string(65536, 'x'));
+  EXPECT_EQ(station.state.ListView1.Row(2).SubItem(8), "y");
+  std::filesystem::resize_file(huge, 0);
+  std::filesystem::resize_file(huge, std::uintmax_t{1} << 30);
+  Rebuild(station);
+  EXPECT_EQ(station.state.ListView1.Row(2).SubItem(8), std::string(65536, '\0'));
+  EXPECT_LE(test::DiskCalls::Count("read " + huge), 3);
 }
 
 TEST(Init_FileList, CommentWithoutAByteIsARunTimeError) {

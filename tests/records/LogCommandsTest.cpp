@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
+#include <vector>
 
 #include "loglist/LogList.h"
 #include "support/TestServices.h"
@@ -161,7 +163,7 @@ TEST(DeleteSelectedLogs, FolderWithANameBeyondTheCodePageIsListedAndDeleted) {
   EXPECT_THAT(logs.RootEntries(), ElementsAre("26111500", "26111501", "26111502", "listlog.csv"));
 }
 
-TEST(DeleteSelectedLogs, LinkToAFolderIsEmptiedAndReported) {
+TEST(DeleteSelectedLogs, LinkToAFolderIsReportedAndNothingBehindItIsTouched) {
   Logs logs;
   logs.disk.Put("C:\\elsewhere\\aall.txt", "1");
   std::filesystem::create_directory_symlink(
@@ -174,6 +176,62 @@ TEST(DeleteSelectedLogs, LinkToAFolderIsEmptiedAndReported) {
   EXPECT_EQ(logs.messages.shown[0].Text,
             std::string("Can not delete logfile:") + TestWorkstation::kLogRoot + "26111503 !");
   EXPECT_EQ(logs.state.LogCount, 4);
+  EXPECT_EQ(logs.disk.Get("C:\\elsewhere\\aall.txt"), "1");
+}
+
+TEST(cmdDelete, FolderSwappedForALinkWhileTheQuestionStandsIsNotFollowed) {
+  struct SwappingUser : MessageBoxes {
+    MessageAnswer Show(const Message& message) override {
+      texts.push_back(message.Text);
+      if (message.Buttons != MessageButtons::kYesNo) return MessageAnswer::kOk;
+      swap();
+      return MessageAnswer::kYes;
+    }
+    std::function<void()> swap;
+    std::vector<std::string> texts;
+  } user;
+  Logs logs;
+  logs.disk.Put("C:\\elsewhere\\aall.txt", "1");
+  const std::string log = logs.disk.Native(std::string(TestWorkstation::kLogRoot) + "26111501");
+  user.swap = [&] {
+    std::filesystem::remove_all(log);
+    std::filesystem::create_directory_symlink(logs.disk.Native("C:\\elsewhere"), log);
+  };
+  Services services{logs.host, logs.cell,  logs.events,  user,       logs.clock, logs.process,
+                    logs.ecm,  logs.forms, logs.windows, logs.print, logs.help,  logs.save};
+  logs.Select({2});
+  cmdDelete_Click(logs.state, services);
+  EXPECT_THAT(user.texts,
+              ElementsAre("Delete Logfiles ?", std::string("Can not delete logfile:") +
+                                                   TestWorkstation::kLogRoot + "26111501 !"));
+  EXPECT_EQ(logs.disk.Get("C:\\elsewhere\\aall.txt"), "1");
+  EXPECT_TRUE(std::filesystem::is_symlink(log));
+}
+
+TEST(DeleteSelectedLogs, LinksInALogGoWithItAndTheirTargetsStay) {
+  Logs logs;
+  logs.disk.Put("C:\\elsewhere\\aall.txt", "1");
+  const auto link = [&](const char* name) {
+    return logs.disk.Native(TestWorkstation::InLog("26111501", name));
+  };
+  std::filesystem::create_directory_symlink(logs.disk.Native("C:\\elsewhere"), link("folder"));
+  std::filesystem::create_symlink(logs.disk.Native("C:\\elsewhere\\aall.txt"), link("aall.txt"));
+  logs.Select({2});
+  EXPECT_TRUE(DeleteSelectedLogs(logs.state, logs.services));
+  EXPECT_THAT(logs.RootEntries(), ElementsAre("26111500", "26111502", "listlog.csv"));
+  EXPECT_EQ(logs.disk.Get("C:\\elsewhere\\aall.txt"), "1");
+}
+
+TEST(DeleteSelectedLogs, AnotherLogThatDiffersInCaseIsNotTakenForOneThatHasVanished) {
+  Logs logs;
+  logs.MakeLog("Pump", "d", "comment");
+  Init_FileList(logs.state, logs.services);
+  const std::string root = logs.disk.Native(TestWorkstation::kLogRoot);
+  std::filesystem::rename(root + "Pump", root + "pump");
+  logs.Select({4});
+  EXPECT_FALSE(DeleteSelectedLogs(logs.state, logs.services));
+  EXPECT_EQ(logs.messages.shown.size(), 1u);
+  EXPECT_EQ(logs.disk.Get(TestWorkstation::InLog("pump", "comment.txt")), "comment\r\n");
 }
 
 TEST(DeleteSelectedLogs, ResultIsThatOfTheLastSelectedRow) {

@@ -4,8 +4,10 @@
 #include "records/LogFolder.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdio>
+#include <filesystem>
 
 #include "support/Errors.h"
 #include "support/TestServices.h"
@@ -100,6 +102,23 @@ TEST(GetNewFileName, FileNamedLikeACandidateIsSkipped) {
   station.disk.Put(Root("26111500"), "a file");
   EXPECT_EQ(NewFolder(station), Root("26111501\\"));
   EXPECT_EQ(station.disk.Get(Root("26111500")), "a file");
+}
+
+TEST(GetNewFileName, NameThatALinkAPipeOrASocketHasIsTaken) {
+  TestWorkstation station;
+  const auto native = [&](const char* name) { return station.disk.Native(Root(name)); };
+  std::filesystem::create_symlink("nowhere", native("26111500"));
+  ASSERT_EQ(mkfifo(native("26111501").c_str(), 0600), 0);
+  ASSERT_EQ(mknod(native("26111502").c_str(), S_IFSOCK | 0600, 0), 0);
+  EXPECT_EQ(NewFolder(station), Root("26111503\\"));
+  EXPECT_TRUE(std::filesystem::is_symlink(native("26111500")));
+}
+
+TEST(GetNewFileName, NameInAnotherCaseIsTaken) {
+  TestWorkstation station;
+  for (int i = 0; i < 10; ++i) station.disk.MakeFolders(Root("2611150" + std::to_string(i)));
+  station.disk.MakeFolders(Root("2611150a"));
+  EXPECT_EQ(NewFolder(station), Root("2611150B\\"));
 }
 
 TEST(GetNewFileName, YearPartOf2100Is00) {

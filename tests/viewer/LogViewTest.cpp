@@ -51,6 +51,21 @@ TEST(LogView, AnIndexOutsideTheListOfLogsIsAnError) {
   }
 }
 
+TEST(LogView, AnotherLogThatDiffersInCaseIsNotTakenForOneThatHasVanished) {
+  Viewing viewing;
+  viewing.disk.Put(Viewing::InLog("pump", "comment.txt"), "another\r\n");
+  viewing.disk.Put(Viewing::InLog("pump", "errlog.txt"), "another\r\n");
+  viewing.disk.Put(Viewing::InLog("pump", "auser.txt"), "1\r\n");
+  viewing.state.FileList[1].Name = "Pump";
+  LogView view;
+  LoadLogView(viewing.state, view);
+  EXPECT_EQ(view.CommentText, "");
+  ViewErrLog(viewing.state, viewing.services, view);
+  EXPECT_EQ(view.ReportText, "");
+  ViewMeter(viewing.state, view);
+  EXPECT_FALSE(viewing.disk.Has(Viewing::InLog("pump", "meter.rpt")));
+}
+
 TEST(LogView, LoadSetsCaptionsFromTheStringTable) {
   Viewing viewing;
   const LogView& view = viewing.view;
