@@ -127,11 +127,13 @@ void SplitPath(std::string_view path, std::string& drive, std::string& folder,
 
 std::string LoadResText(const Machine& machine, std::string_view id, std::string_view type) {
   const std::optional<std::string_view> data = LoadResData(id, type);
-  if (!data) return {};
-  std::string text = machine.code_page->ToUtf8(*data);
+  return data ? TextOfResource(machine, *data) : std::string();
+}
+
+std::string TextOfResource(const Machine& machine, std::string_view bytes) {
+  std::string text = machine.code_page->ToUtf8(bytes);
   const std::size_t last = text.find_last_not_of('\0');
-  const std::size_t end = last == std::string::npos ? text.size() : last + 1;
-  if (text.size() - end >= 2) text.resize(end + 1);
+  if (last != std::string::npos && text.size() - last > 2) text.resize(last + 2);
   return text;
 }
 

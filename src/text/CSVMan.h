@@ -41,8 +41,12 @@ std::int16_t SplitFields(std::string_view text, std::span<std::string> fields,
 void SplitPath(std::string_view path, std::string& drive, std::string& folder,
                std::string& base_name, std::string& extension);
 
-// The text resource of this name and type as UTF-8: two or more NULs at its end are cut to one.
-// Empty if there is no such resource. Raises nothing.
+// The text resource of this name and type, as TextOfResource. Empty if there is no such resource.
+// Raises nothing.
 std::string LoadResText(const Machine& machine, std::string_view id, std::string_view type);
+
+// The bytes of a text resource as UTF-8: two or more NULs at the end are cut to one, but a text of
+// NULs alone stays as it is. Raises nothing.
+std::string TextOfResource(const Machine& machine, std::string_view bytes);
 
 }  // namespace logbook

@@ -57,6 +57,17 @@ TEST(GetWrappedText, TheTwoAreCharactersAndNotBytes) {
   EXPECT_EQ(Wrap(TestMachine(932), 4, "漢字清掃済"), "漢字清掃\r\n済");
 }
 
+// A box that tells of a line further on than its text goes.
+TEST(GetWrappedText, AnOffsetBeyondTheTextEndsTheWork) {
+  struct WrongBox : FixedWidthBox {
+    using FixedWidthBox::FixedWidthBox;
+    int LineCount() const override { return 3; }
+    long LineIndex(int line) const override { return line * 5; }
+  };
+  TestMachine disk;
+  EXPECT_EQ(GetWrappedText(disk, WrongBox(disk, 80, "abcdefgh")), "abcde\r\nfgh");
+}
+
 TEST(GetWrappedText, FailureGivesWhatWasBuiltSoFar) {
   TestMachine disk;
   FixedWidthBox box(disk, 3, "abcdefghi");

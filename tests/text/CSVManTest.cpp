@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -158,6 +159,9 @@ TEST(SplitPath, TakesPathsApart) {
       {"a", "", "", "a", ""},
       {"\\\\server\\share\\f.txt", "", "\\\\server\\share", "f", "txt"},
       {" C:\\a b\\c d.e f ", "C:", "\\a b", "c d", "e f"},
+      {"\tC:\\a\\b", "", "\\a", "b", ""},
+      {"C:\\a\\b\t", "C:", "\\a", "b\t", ""},
+      {"\ta.txt\t", "", "", "\ta", "txt\t"},
   };
   for (const PathCase& each : cases) {
     std::string drive = "old";
@@ -198,6 +202,16 @@ TEST(LoadResText, KeepsOneClosingNul) {
   TestMachine disk;
   const std::string text = LoadResText(disk, "IDRES_LOGBOOK_ARRANGE", "LOGBOOK_RES");
   EXPECT_TRUE(text.ends_with(std::string("1400,330\0", 9)));
+}
+
+TEST(TextOfResource, CutsTwoOrMoreClosingNulsToOneAndLeavesNulsAloneAsTheyAre) {
+  TestMachine disk;
+  const auto nuls = [](std::size_t count) { return std::string(count, '\0'); };
+  for (const std::size_t count : {0u, 1u, 2u, 5u}) {
+    EXPECT_EQ(TextOfResource(disk, "a" + nuls(count)), "a" + nuls(std::min<std::size_t>(count, 1)));
+    EXPECT_EQ(TextOfResource(disk, nuls(count)), nuls(count)) << count;
+  }
+  EXPECT_EQ(TextOfResource(disk, "a" + nuls(2) + "b" + nuls(2)), "a" + nuls(2) + "b" + nuls(1));
 }
 
 // Several values of one file cost one reading.
