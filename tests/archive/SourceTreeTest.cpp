@@ -26,7 +26,7 @@ class SourceTreeTest : public testing::Test {
   // What can be read at this place; the error's name otherwise.
   std::string Read(const SourceTree& tree, const std::string& place) {
     const posix::Descriptor file = tree.Open(place);
-    return file.IsOpen() ? ReadToEnd(file) : strerrorname_np(errno);
+    return file.IsOpen() ? ReadToEnd(file, 1000) : strerrorname_np(errno);
   }
 
   TestMachine disk;
