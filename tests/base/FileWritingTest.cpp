@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -12,22 +11,11 @@
 #include "base/Files.h"
 #include "base/NativeFile.h"
 #include "base/Profile.h"
+#include "support/DiskCalls.h"
 #include "support/Errors.h"
 #include "support/TestMachine.h"
 
 namespace fs = std::filesystem;
-
-namespace {
-
-int syncs = 0;  // of this program so far
-
-}  // namespace
-
-// Takes the place of the system's routine in this program.
-extern "C" int fsync(int file) {
-  ++syncs;
-  return static_cast<int>(syscall(SYS_fsync, file));
-}
 
 namespace logbook::test {
 namespace {
@@ -70,7 +58,7 @@ ino_t NumberOf(const TestMachine& machine, const char* path) {
 
 TEST(FileWritingTest, AFileThatCanBeMadeAgainIsWrittenOnlyIfItDiffersAndWaitsForNoDisk) {
   const TestMachine machine;
-  syncs = 0;
+  const DiskCalls calls;
   WriteMadeFile(machine, "C:\\a.rpt", "one");
   const ino_t first = NumberOf(machine, "C:\\a.rpt");
   WriteMadeFile(machine, "C:\\A.rpt", "one");
@@ -79,9 +67,9 @@ TEST(FileWritingTest, AFileThatCanBeMadeAgainIsWrittenOnlyIfItDiffersAndWaitsFor
     WriteMadeFile(machine, "C:\\a.rpt", bytes);
     EXPECT_EQ(machine.Get("C:\\a.rpt"), bytes);
   }
-  EXPECT_EQ(syncs, 0);
+  EXPECT_EQ(DiskCalls::Count("fsync"), 0);
   WriteFile(machine, "C:\\a.rpt", "three");
-  EXPECT_EQ(syncs, 2) << "file and folder";
+  EXPECT_EQ(DiskCalls::Count("fsync"), 2) << "file and folder";
 }
 
 TEST(FileWritingTest, AFileThatCanBeMadeAgainMustBeWritableEvenIfItHoldsTheBytes) {
