@@ -166,6 +166,35 @@ def reports_all(place):
                   base=1000 * median(samples["reports.base"]).value)
 
 
+@figure("diff.two", "two whole logs compared, from files to text", "ms", 5)
+def diff_two(place):
+    samples = place.collect("bench_diff", place.store(64), 41)
+    return median([1000 * sample for sample in samples["diff.two"]],
+                  base=1000 * median(samples["diff.base"]).value)
+
+
+def export_memory(place, shape):
+    """The memory of an export of 256 logs over that of 16, the greatest of all formats."""
+    taken = {}
+    for kind in ("csv", "jsonl", "xlsx", "sqlite"):
+        for logs in (16, 256):
+            taken[kind, logs] = place.measure(
+                place.program("logbookctl"), "export", "--format", kind, "--shape", shape,
+                place.path("export." + kind), LOGBOOK_HOME=place.store(logs))["rss"]
+    growth = {kind: taken[kind, 256] / taken[kind, 16] for kind in ("csv", "jsonl", "xlsx", "sqlite")}
+    return Measured(max(growth.values()), growth=growth)
+
+
+@figure("export.long", "export in long shape: memory, 256 logs / 16 logs", "x", 1.15)
+def export_long(place):
+    return export_memory(place, "long")
+
+
+@figure("export.wide", "export in wide shape: memory, 256 logs / 16 logs", "x", 1.15)
+def export_wide(place):
+    return export_memory(place, "wide")
+
+
 @figure("print.line", "printing 65,533 characters in one line", "s", 3)
 def print_line(place):
     return median(place.collect("bench_print", "line", 65533)["print.line"])

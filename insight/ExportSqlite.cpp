@@ -88,8 +88,9 @@ class SqliteExporter : public Exporter {
       : rows_(catalogues),
         shape_(shape),
         database_(native_path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE) {
-    database_.exec("PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN;" +
-                   std::string(kTables));
+    database_.exec(
+        "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-256; BEGIN;" +
+        std::string(kTables));
     add_log_ = Insert("log", 8);
     add_tick_ = Insert("tick", 4);
     add_option_ = Insert("option", 3);
