@@ -39,6 +39,16 @@ if(LOGBOOK_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${LOGBOOK_CCACHE})
 endif()
 
+# library_name(<variable> <file>): the name by which the loader finds a shared library.
+function(library_name variable file)
+  execute_process(COMMAND ${CMAKE_OBJDUMP} -p ${file} OUTPUT_VARIABLE headers
+    COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT headers MATCHES "SONAME +([^\n]+)")
+    message(FATAL_ERROR "${file} has no name for the loader")
+  endif()
+  set(${variable} ${CMAKE_MATCH_1} PARENT_SCOPE)
+endfunction()
+
 # logbook_test(<room> SOURCES <files> [LINKS <targets>] [PROGRAM <name>] [LABELS <label>]): a test
 # program for a room, "tests_<room>" unless named otherwise, each case a test of its own named
 # "<room>.<suite>.<case>". Cases with the label "long" are left out of an ordinary ./test.
