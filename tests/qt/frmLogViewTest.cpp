@@ -408,6 +408,22 @@ std::string DoubleByteLog(std::size_t bytes) {
   return log;
 }
 
+TEST_F(frmLogViewIn932, ALineIsMeasuredWhenItComesOnShow) {
+  Put("acqlog.txt", DoubleByteLog(60000));
+  View([](QWidget* form) {
+    Entry(form, "mnuACQlog")->trigger();
+    form->grab();
+    QPlainTextEdit* pane = Pane(form, "txtReport");
+    const QTextBlock middle = pane->document()->findBlockByNumber(200);
+    const auto is_measured = [](const QTextBlock& line) { return line.userState() != -1; };
+    EXPECT_TRUE(is_measured(pane->document()->firstBlock()));
+    EXPECT_FALSE(is_measured(middle));
+    pane->verticalScrollBar()->setValue(200);
+    form->grab();
+    EXPECT_TRUE(is_measured(middle));
+  });
+}
+
 TEST_F(frmLogViewIn932, ALongLogOfDoubleByteCharactersBeginsWithOneSlice) {
   Put("acqlog.txt", DoubleByteLog(65536));
   Put("chnseq.log", DoubleByteLog(600000));
