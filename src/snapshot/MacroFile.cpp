@@ -14,12 +14,10 @@
 namespace logbook {
 namespace {
 
-constexpr std::size_t kLongestLine = 64 * 1024;
-
 std::vector<std::string> TakeAssignments(const CodePage& code_page, InputFile& file) {
   std::vector<std::string> assignments;
   while (!file.AtEnd()) {
-    const std::string line = file.ReadLine(kLongestLine);
+    const std::string line = file.ReadLine(kLongestMacroLine);
     if (line.find('=') != std::string::npos) assignments.push_back(code_page.ToUtf8(line));
   }
   return assignments;
@@ -58,7 +56,7 @@ MacroLines ReadMacroLines(const Machine& machine, std::string_view path, std::st
   MacroLines lines;
   InputFile file(machine, path);
   while (!file.AtEnd()) {
-    const std::string line = file.ReadLine(kLongestLine);
+    const std::string line = file.ReadLine(kLongestMacroLine);
     // No trail byte of a double-byte character is an equal sign.
     if (line.find('=') == std::string::npos) continue;
     TakeMacroLine(lines, machine.code_page->ToUtf8(line), var);

@@ -7,6 +7,7 @@
 // beginning counts.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -17,6 +18,9 @@
 #include "base/Machine.h"
 
 namespace logbook {
+
+// Of a longer line of a macro file the rest does not count, in bytes.
+inline constexpr std::size_t kLongestMacroLine = 64 * 1024;
 
 // The names under which a macro file is looked for, in this order: its own and, for sensevar.mac
 // and othervar.mac, SENSEVA2.MAC and OTHERVA2.MAC.

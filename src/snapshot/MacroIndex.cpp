@@ -97,7 +97,7 @@ std::vector<MacroLines> ReadMacroLines(const Machine& machine, std::string_view 
   std::vector<MacroLines> found(vars.size());
   InputFile file(machine, path);
   while (!file.AtEnd()) {
-    const std::string line = file.ReadLine();
+    const std::string line = file.ReadLine(kLongestMacroLine);
     if (line.find('=') == std::string::npos) continue;
     const std::string text = machine.code_page->ToUtf8(line);
     for (std::size_t i = 0; i < vars.size(); ++i) TakeMacroLine(found[i], text, vars[i]);

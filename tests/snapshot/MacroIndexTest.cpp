@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <random>
 #include <string>
 #include <vector>
@@ -90,6 +91,25 @@ TEST(MacroIndexTest, ALargeFileGivesTheSameInBoundedMemory) {
   EXPECT_EQ(found, (std::vector<MacroLines>{{"xpos=3", "OPT_COLOPGS=2", "CLMD=4"},
                                             {"", "OPT_COLOPGS=2", "CLMD=4"},
                                             {"OPT_COLOPGS=2", "", "CLMD=4"}}));
+}
+
+TEST(MacroIndexTest, ALineWithoutEndIsReadInBoundedMemory) {
+  const test::TestMachine disk;
+  disk.Put(kFile, "XPOS=1\r\nYPOS=2");
+  {
+    std::ofstream out(disk.Native(kFile), std::ios::binary | std::ios::in);
+    out.seekp(96 * 1024 * 1024);
+    out << "XPOS=3\r\nCLMD=4\r\n";
+    ASSERT_TRUE(out.flush());
+  }
+  const std::vector<std::string> vars = {"XPOS", "YPOS"};
+  const long before = test::PeakMemory();
+  const std::vector<MacroLines> found = ReadMacroLines(disk, kFile, vars);
+  EXPECT_LT(test::PeakMemory() - before, 16 * 1024) << "KiB";
+  EXPECT_EQ(found[0], ReadMacroLines(disk, kFile, "XPOS"));
+  EXPECT_EQ(found[1], ReadMacroLines(disk, kFile, "YPOS"));
+  EXPECT_EQ(found[0].Value, "XPOS=1");
+  EXPECT_EQ(found[0].Clmd, "CLMD=4");
 }
 
 TEST(MacroIndexTest, AMissingFileRaisesWhatOpeningRaises) {
