@@ -7,10 +7,11 @@
 #include <optional>
 
 #include "archive/Archive.h"
+#include "base/FileTidying.h"
 #include "base/Files.h"
 #include "base/Profile.h"
 #include "base/RunTimeError.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "text/CSVMan.h"
 #include "text/TextParts.h"
 
@@ -27,10 +28,6 @@ constexpr int kMessageTitle = 1295;
 constexpr int kNotSelected = 1395;
 constexpr int kPleaseSelect = 1396;
 constexpr int kFailed = 1397;
-
-std::string Resource(int number) {
-  return std::string(LoadResString(number));
-}
 
 std::string SettingsFile(const AppState& state) {
   return state.ExePath + "qrxgen.ist";
@@ -52,14 +49,6 @@ void MakeFolderIgnoringErrors(const AppState& state, const std::string& folder) 
     MakeFolder(state.machine, folder);
   } catch (const RunTimeError&) {
     // It exists already, or its parent is missing: the dialog then opens elsewhere.
-  }
-}
-
-void DeleteFileIgnoringErrors(const AppState& state, const std::string& file) {
-  try {
-    DeleteFile(state.machine, file);
-  } catch (const RunTimeError&) {
-    // Nothing to delete, or the failure shows in the code of the zip writer.
   }
 }
 
@@ -89,9 +78,9 @@ std::string FolderOf(const std::string& file) {
 }
 
 std::optional<std::string> AskForFile(Services& services, const std::string& folder) {
-  return services.save.Show({.Title = Resource(kDialogTitle),
+  return services.save.Show({.Title = ResourceText(kDialogTitle),
                              .DefaultExtension = ".zip",
-                             .Filter = Resource(kDialogFilter),
+                             .Filter = ResourceText(kDialogFilter),
                              .InitialFolder = folder,
                              .FileName = GetArchiveName(services)});
 }
@@ -109,20 +98,20 @@ void ArchiveLogs(AppState& state, Services& services) {
   const std::string archive_folder = ArchiveFolder(state);
   const auto& rows = state.ListView1.Rows;
   if (std::none_of(rows.begin(), rows.end(), [](const ListRow& row) { return row.Selected; })) {
-    services.messages.Show({.Text = Resource(kNotSelected) + "\r" + Resource(kPleaseSelect),
+    services.messages.Show({.Text = ResourceText(kNotSelected) + "\r" + ResourceText(kPleaseSelect),
                             .Icon = MessageIcon::kInformation,
-                            .Title = Resource(kMessageTitle)});
+                            .Title = ResourceText(kMessageTitle)});
     return;
   }
   MakeFolderIgnoringErrors(state, archive_folder);
   const std::optional<std::string> zip_file = AskForFile(services, archive_folder);
   if (!zip_file) return;
-  DeleteFileIgnoringErrors(state, *zip_file);
+  DeleteFileIgnoringErrors(state.machine, *zip_file);
   const std::int16_t code = ZipSelectedLogs(state, services.events, *zip_file);
   if (code != 0) {
-    services.messages.Show({.Text = Resource(kFailed) + "\rError Code:" + std::to_string(code),
+    services.messages.Show({.Text = ResourceText(kFailed) + "\rError Code:" + std::to_string(code),
                             .Icon = MessageIcon::kCritical,
-                            .Title = Resource(kMessageTitle)});
+                            .Title = ResourceText(kMessageTitle)});
     return;
   }
   WritePrivateProfileString(state.machine, kSection, kKey, FolderOf(*zip_file),

@@ -11,7 +11,7 @@
 #include "catalogue/MeterItemsTable.h"
 #include "catalogue/SysItemsTable.h"
 #include "catalogue/TuneItemsTable.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 
 namespace logbook {
 namespace {
@@ -26,23 +26,19 @@ static_assert(kBinRows.size() == kBinRowCount);
 // String number of the first record sentence.
 constexpr int kFirstSentence = 229;
 
-std::string Label(int number) {
-  return std::string(LoadResString(number));
-}
-
 ItemRecord RecordOf(const ItemRow& row) {
-  return {Label(row.String), std::string(row.Unit), std::string(row.Format), row.Group};
+  return {ResourceText(row.String), std::string(row.Unit), std::string(row.Format), row.Group};
 }
 
 TuneItemRecord RecordOf(const TuneItemRow& row) {
-  return {Label(row.String),     std::string(row.Unit), std::string(row.Format),
-          std::string(row.File), std::string(row.Var),  row.Group};
+  return {ResourceText(row.String), std::string(row.Unit), std::string(row.Format),
+          std::string(row.File),    std::string(row.Var),  row.Group};
 }
 
 BitItemRecord RecordOf(const BitItemRow& row) {
-  return {Label(row.String),
-          Label(StateString(row.Label0)),
-          Label(StateString(row.Label1)),
+  return {ResourceText(row.String),
+          ResourceText(StateString(row.Label0)),
+          ResourceText(StateString(row.Label1)),
           row.Group,
           row.Word,
           row.Mask};
@@ -58,7 +54,7 @@ void Fill(const Table& table, Array& array) {
 
 void Init_Item(Catalogues& catalogues) {
   for (int i = 0; i < kItemHeaderCount; ++i) {
-    catalogues.ItemHeaders[static_cast<std::size_t>(i)] = Label(kFirstSentence + i);
+    catalogues.ItemHeaders[static_cast<std::size_t>(i)] = ResourceText(kFirstSentence + i);
   }
 }
 

@@ -6,13 +6,14 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/FileTidying.h"
 #include "base/Files.h"
 #include "base/PlainText.h"
 #include "base/PrivateFolder.h"
 #include "base/Profile.h"
 #include "base/Registry.h"
 #include "base/RunTimeError.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "text/CSVMan.h"
 #include "text/LeadingNumber.h"
 #include "text/TextParts.h"
@@ -46,13 +47,10 @@ enum Words : int {
   kNoPackage = 1403,
 };
 
-std::string Resource(int number) {
-  return std::string(LoadResString(number));
-}
-
 void ShowFailure(Services& services, int message, int title) {
-  services.messages.Show(
-      {.Text = Resource(message), .Icon = MessageIcon::kCritical, .Title = Resource(title)});
+  services.messages.Show({.Text = ResourceText(message),
+                          .Icon = MessageIcon::kCritical,
+                          .Title = ResourceText(title)});
 }
 
 bool FileExists(const AppState& state, const std::string& path) {
@@ -101,7 +99,7 @@ bool StageOrTell(AppState& state, Services& services, std::string& folder_name,
                  const std::string& file, int reason) {
   try {
     if (StageUploadFile(state, services, folder_name, kPrefix, services.forms.MainWindowHandle(),
-                        file, Resource(reason)) == 0)
+                        file, ResourceText(reason)) == 0)
       return true;
   } catch (const RunTimeError&) {
     // The copy or the descriptor could not be written.
@@ -114,20 +112,12 @@ void SubmitOrTell(Services& services, const std::string& folder_name, int title)
   std::string message;
   if (services.ecm.EcmSubmit(folder_name, message)) return;
   services.messages.Show(
-      {.Text = message, .Icon = MessageIcon::kExclamation, .Title = Resource(title)});
+      {.Text = message, .Icon = MessageIcon::kExclamation, .Title = ResourceText(title)});
 }
 
 bool Enabled(Services& services) {
   std::string unused_message;
   return services.ecm.EcmEnabled(unused_message);
-}
-
-void DeleteFileIgnoringErrors(const AppState& state, const std::string& file) {
-  try {
-    DeleteFile(state.machine, file);
-  } catch (const RunTimeError&) {
-    // A package that stays does no harm.
-  }
 }
 
 // A number that no variable could hold is the longest wait.
@@ -161,7 +151,7 @@ void UploadRecordedLog(AppState& state, Services& services) {
   std::string folder_name;
   if (!StageOrTell(state, services, folder_name, package, kRecordedReason)) return;
   if (!StageOrTell(state, services, folder_name, list_file, kRecordedReason)) return;
-  DeleteFileIgnoringErrors(state, package);
+  DeleteFileIgnoringErrors(state.machine, package);
   SubmitOrTell(services, folder_name, kEditorTitle);
 }
 
@@ -180,7 +170,7 @@ void UploadPrintImage(AppState& state, Services& services, const std::string& pa
     return ShowFailure(services, kNoPrintImage, kProgramTitle);
   std::string folder_name;
   if (StageUploadFile(state, services, folder_name, kPrefix, services.forms.MainWindowHandle(),
-                      path, Resource(kPrintedReason)) != 0)
+                      path, ResourceText(kPrintedReason)) != 0)
     return ShowFailure(services, kPrintImageFailed, kProgramTitle);
   SubmitOrTell(services, folder_name, kProgramTitle);
 }

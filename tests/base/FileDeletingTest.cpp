@@ -7,6 +7,7 @@
 
 #include <filesystem>
 
+#include "base/FileTidying.h"
 #include "base/Files.h"
 #include "base/NativeFile.h"
 #include "support/Errors.h"
@@ -35,6 +36,19 @@ TEST(FileDeletingTest, AnEmptyFolderIsRemovedAndAFullOneStays) {
   EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\full\\a.txt"); }), 75);
   EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\none"); }), 76);
   EXPECT_EQ(machine.Get("C:\\full\\a.txt"), "a");
+}
+
+TEST(FileDeletingTest, TidyingDeletesWhatItCanAndRaisesNothing) {
+  const TestMachine machine;
+  machine.Put("C:\\scraps\\a.txt", "a");
+  machine.Put("C:\\scraps\\b.txt", "b");
+  fs::permissions(NativePath(machine, "C:\\scraps\\b.txt"), fs::perms::owner_read);
+  for (const char* path : {"C:\\scraps\\a.txt", "C:\\scraps\\b.txt", "C:\\scraps\\none.txt",
+                           "C:\\none\\a.txt", "C:\\scraps"}) {
+    EXPECT_NO_THROW(DeleteFileIgnoringErrors(machine, path)) << path;
+  }
+  EXPECT_FALSE(Exists(machine, "C:\\scraps\\a.txt"));
+  EXPECT_EQ(machine.Get("C:\\scraps\\b.txt"), "b");
 }
 
 TEST(FileDeletingTest, WhatAKilledWriterLeftIsNoEntryAndDoesNotKeepAFolder) {
