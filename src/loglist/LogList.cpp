@@ -43,7 +43,7 @@ std::vector<std::string> ScanLogRoot(const AppState& state) {
 std::array<ColumnChoice, kValueColumns> ReadChoices(const AppState& state) {
   std::string profile;
   try {
-    profile = ReadFile(state.machine, state.IniFile);
+    profile = ReadFile(state.machine, state.IniFile, kLargestProfile);
   } catch (const RunTimeError&) {
     // A profile that cannot be read has no values.
   }

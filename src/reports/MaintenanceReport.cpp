@@ -17,10 +17,10 @@ namespace {
 
 constexpr std::size_t kBuffer = 512;
 
-// A file that cannot be read has no keys.
+// A file that cannot be read, or is too large for a profile, has no keys.
 std::string BytesOf(const Machine& machine, const std::string& profile) {
   try {
-    return ReadFile(machine, profile);
+    return ReadFile(machine, profile, kLargestProfile);
   } catch (const RunTimeError&) {
     return {};
   }

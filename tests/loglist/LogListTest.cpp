@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "base/Profile.h"
 #include "support/DiskCalls.h"
 #include "support/TestServices.h"
 
@@ -240,6 +241,16 @@ TEST(Init_FileList, EachModeReadsItsOwnChoiceOfColumns) {
   Rebuild(station);
   EXPECT_EQ(station.state.ListView1.Column(3).Text, "Item 1");
   EXPECT_EQ(station.state.ListView1.Column(8).Text, "Inlet Temp (degC)");
+}
+
+TEST(Init_FileList, AProfileOfMoreThan16MegabytesChoosesNoColumns) {
+  TestWorkstation station;
+  FillCatalogues(station.state.catalogues);
+  const std::string profile = std::string(TestWorkstation::kExePath) + "logbook.ini";
+  station.disk.Put(profile, "[Header3]\r\nCat=Meter\r\nItem=0\r\n");
+  std::filesystem::resize_file(station.disk.Native(profile), kLargestProfile + 1);
+  Rebuild(station);
+  EXPECT_EQ(station.state.ListView1.Column(3).Text, "Item 1");
 }
 
 TEST(Init_FileList, TextIsInTheCodePageOfTheMachine) {

@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
+#include "base/Profile.h"
 #include "support/Viewing.h"
 
 namespace logbook {
@@ -74,6 +76,18 @@ TEST(MaintenanceReport, ALogWithoutDescriptorHasNoRecords) {
   LoadLogView(viewing.state, viewing.view);
   ViewMainte(viewing.state, viewing.view);
   EXPECT_EQ(viewing.disk.Get(test::TestWorkstation::InLog("26111501", "mainte.rpt")), "\r\n");
+}
+
+TEST(MaintenanceReport, ADescriptorOfMoreThan16MegabytesHasNoRecords) {
+  Viewing viewing;
+  viewing.Put("logfile.ini", "[Maintenance]\r\nItem3=1\r\n");
+  const std::string descriptor = viewing.disk.Native(Viewing::File("logfile.ini"));
+  std::filesystem::resize_file(descriptor, kLargestProfile);
+  ViewMainte(viewing.state, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, "Nebulizer was cleaned.\r\n");
+  std::filesystem::resize_file(descriptor, kLargestProfile + 1);
+  ViewMainte(viewing.state, viewing.view);
+  EXPECT_EQ(viewing.view.ReportText, "");
 }
 
 TEST(MaintenanceReport, AnErrorEndsTheRoutineInSilenceAndTheOlderFileStays) {
