@@ -10,6 +10,7 @@ place.once(KEY, MAKE).
 """
 
 import os
+import tempfile
 
 from verdict import Figure, Measured, median, ratio
 
@@ -304,3 +305,39 @@ def archive(place):
 
     base, subject = place.in_turn(5, zip_program, ours)
     return ratio(subject, base)
+
+
+# The content server
+
+
+@figure("agent", "agent, 500 small packages / one curl with the same requests", "x", 1.3)
+def agent(place):
+    program = place.program("bench_agent")
+    server = place.start(program, "serve", sign="http:")
+
+    def packages(side):
+        home = tempfile.mkdtemp(dir=place.folder)
+        url = server + os.path.basename(home) + side + "/"
+        place.run(program, "make", home, url, 500)
+        return home, url
+
+    def curl():
+        requests = place.path("requests")
+        with open(requests, "w", encoding="utf-8") as file:
+            file.write(place.run(program, "requests", *packages("curl")))
+        return place.measure("curl", "-K", requests)["cpu"]
+
+    def handle():
+        return place.measure(program, "handle", *packages("handle"))["cpu"]
+
+    def ours():
+        home, _ = packages("agent")
+        taken = place.measure(place.program("ecm-agent"), "--home", home, "--app",
+                              os.path.join(home, "drives/c/QUOREX/qrxexe"))["cpu"]
+        outbox = os.path.join(home, "drives/c/Norvane.Quorex.ECM/outbox")
+        if any(not name.startswith(".") for name in os.listdir(outbox)):
+            raise RuntimeError("packages are left")
+        return taken
+
+    base, subject, bare = place.in_turn(7, curl, ours, handle)
+    return ratio(subject, base, to_bare_handle=ratio(subject, bare).value)

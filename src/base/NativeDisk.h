@@ -50,6 +50,13 @@ std::error_code Sync(const std::string& path);
 // All names in a folder but "." and "..", ascending by their bytes; none on failure, never a part.
 std::error_code NamesIn(const std::string& folder, std::vector<std::string>& names);
 
+// The same with what bears them, links as themselves.
+struct Entry {
+  std::string name;
+  Kind kind;
+};
+std::error_code EntriesIn(const std::string& folder, std::vector<Entry>& entries);
+
 // Read access to a file from its start. Nothing but a file can be opened.
 class Reader {
  public:
@@ -61,8 +68,8 @@ class Reader {
   // std::errc::is_a_directory for a folder, std::errc::not_supported for a pipe or a device, and
   // std::errc::too_many_symbolic_link_levels for a link that is not to be followed.
   std::error_code Open(const std::string& path, Links links);
-  // Size in bytes of the open file.
-  std::error_code Size(std::uint64_t& size) const;
+  // Size in bytes that the open file had when it was opened.
+  std::uint64_t Size() const;
   // Reads at most `size` bytes; 0 at the end and on failure, which Failure then tells.
   std::size_t Read(char* buffer, std::size_t size);
   // The next byte to read, counted from the start.

@@ -52,8 +52,8 @@ class ContentStore {
   // file. A file of more than `most` bytes is not read to its end: its size is beyond `most` and
   // its checksum is empty.
   virtual std::optional<Digest> DigestOf(const std::string& path, std::uint64_t most) = 0;
-  // Sends a local file, given by its native path, and replaces what bears the name.
-  virtual void Put(const std::string& path, const std::string& native_file) = 0;
+  // Sends an open file from its start, and replaces what bears the name.
+  virtual void Put(const std::string& path, native::Reader& file) = 0;
   // Gives a file another name, which must be free.
   virtual void Move(const std::string& from, const std::string& to) = 0;
 };
@@ -62,9 +62,16 @@ class ContentStore {
 std::unique_ptr<ContentStore> OpenContentStore(const Machine& machine,
                                                const ServerSettings& settings);
 
-// Size and checksum of a file by its native path, or of a larger one than `most` bytes its size
-// alone. Raises DeliveryError if it cannot be read or is no file.
-Digest DigestOfFile(const std::string& native_file, native::Links links = native::Links::kFollowed,
+// Size and checksum of an open file from its start, of this native path. Raises DeliveryError if it
+// cannot be read.
+Digest DigestOfFile(native::Reader& file, const std::string& native_file);
+
+// The same for a file that is not open, links followed, or of a larger one than `most` bytes its
+// size alone.
+Digest DigestOfFile(const std::string& native_file,
                     std::uint64_t most = std::numeric_limits<std::uint64_t>::max());
+
+// Raises the DeliveryError for a file that cannot be read.
+[[noreturn]] void FailToRead(const std::string& native_file);
 
 }  // namespace logbook

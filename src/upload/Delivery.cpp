@@ -26,13 +26,20 @@ constexpr milliseconds kLook{200};  // how often a pause looks for newcomers
 // Sends a file and gives it its name; does nothing if the server holds it already.
 void DeliverFile(ContentStore& store, const std::string& native_file, const std::string& path,
                  const std::string& temporary) {
-  const Digest local = DigestOfFile(native_file, native::Links::kAsThemselves);
+  native::Reader file;
+  if (file.Open(native_file, native::Links::kAsThemselves)) FailToRead(native_file);
+  const Digest local = DigestOfFile(file, native_file);
   if (const std::optional<Digest> arrived = store.DigestOf(path, local.size)) {
     if (*arrived == local) return;
     throw DeliveryError(Reach::kThisSubmission,
                         "The content server holds another file of the name " + path + ".");
   }
-  store.Put(temporary, native_file);
+  try {
+    store.Put(temporary, file);
+  } catch (const std::exception&) {
+    if (file.Failure()) FailToRead(native_file);
+    throw;
+  }
   if (store.DigestOf(temporary, local.size) != local)
     throw DeliveryError(Reach::kThisSubmission,
                         "The content server did not store " + path + " as it was sent.");
@@ -81,13 +88,35 @@ ContentStore& OpenRoot(const Machine& machine, OpenStore& open) {
   }
 }
 
+// The local copies of what is delivered go some at a time: to bring each name to the disk by itself
+// would take longer than to send a small package.
+class Clearing {
+ public:
+  explicit Clearing(Outbox& outbox) : outbox_(outbox) {}
+  ~Clearing() { outbox_.ClearDelivered(); }
+  Clearing(const Clearing&) = delete;
+  Clearing& operator=(const Clearing&) = delete;
+
+  // After each delivery.
+  void CountOne() {
+    constexpr int kMost = 32;
+    if (++delivered_ % kMost == 0) outbox_.ClearDelivered();
+  }
+
+ private:
+  Outbox& outbox_;
+  int delivered_ = 0;
+};
+
 // One attempt at each submission; ends early where the server as a whole fails.
 RoundResult RunRound(const Machine& machine, OpenStore& open, Outbox& outbox,
                      const std::vector<std::string>& submissions) {
   RoundResult result;
+  Clearing clearing(outbox);
   for (const std::string& submission : submissions) {
     try {
       Deliver(outbox, OpenRoot(machine, open), submission);
+      clearing.CountOne();
       ++result.delivered;
     } catch (const DeliveryError& error) {
       ++result.failed;
@@ -157,7 +186,7 @@ void Deliver(Outbox& outbox, ContentStore& store, const std::string& submission)
   }
   DeliverFile(store, outbox.DescriptorOf(submission), submission + ".xml",
               submission + ".xml.part");
-  outbox.Remove(submission);
+  outbox.MarkDelivered(submission);
 }
 
 DrainResult Drain(const Machine& machine, const std::string& area, const std::string& settings_file,

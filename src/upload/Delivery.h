@@ -14,8 +14,9 @@
 namespace logbook {
 
 // Brings one submission to the server: each file under a temporary name, read back and compared,
-// moved into place; the descriptor last of all; then the local copy is deleted. What has arrived
-// already is not sent again. Raises DeliveryError; the outbox then still holds everything.
+// moved into place; the descriptor last of all; then it is marked as delivered in the outbox, for
+// the next clearing. What has arrived already is not sent again. Raises DeliveryError; the outbox
+// then still holds everything.
 void Deliver(Outbox& outbox, ContentStore& store, const std::string& submission);
 
 enum class Rounds { kUntilEmpty, kOne };

@@ -76,17 +76,15 @@ void FolderStore::MakeFolder(const std::string& path) {
 std::optional<Digest> FolderStore::DigestOf(const std::string& path, std::uint64_t most) {
   const std::string file = root_ + "/" + path;
   if (!IsThere(file)) return std::nullopt;
-  return DigestOfFile(file, native::Links::kFollowed, most);
+  return DigestOfFile(file, most);
 }
 
-void FolderStore::Put(const std::string& path, const std::string& native_file) {
-  native::Reader in;
-  if (const auto error = in.Open(native_file, native::Links::kAsThemselves))
-    Fail(native_file, error);
-  const std::string file = root_ + "/" + path;
-  const auto error = native::CopyAndSync(in, file);
-  if (in.Failure()) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
-  if (error) Fail(file, error);
+void FolderStore::Put(const std::string& path, native::Reader& file) {
+  const std::string native_file = root_ + "/" + path;
+  file.SeekTo(0);
+  const auto error = native::CopyAndSync(file, native_file);
+  if (file.Failure()) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+  if (error) Fail(native_file, error);
 }
 
 void FolderStore::Move(const std::string& from, const std::string& to) {

@@ -19,7 +19,7 @@ class FolderStore : public ContentStore {
   void MakeRoot() override;
   void MakeFolder(const std::string& path) override;
   std::optional<Digest> DigestOf(const std::string& path, std::uint64_t most) override;
-  void Put(const std::string& path, const std::string& native_file) override;
+  void Put(const std::string& path, native::Reader& file) override;
   void Move(const std::string& from, const std::string& to) override;
 
  private:

@@ -48,15 +48,21 @@ bool IsThere(const std::string& path) {
 }
 
 // A link there would lead to what is not ours to send.
-void RefuseAllButFolder(const std::string& path) {
+void RefuseLink(const std::string& path) {
   if (KindOf(path) == native::Kind::kLink)
     native::RaiseFolderError(std::make_error_code(std::errc::not_a_directory));
 }
 
 // Never a part of the names: what is not seen here would be deleted with the rest after delivery.
+std::vector<native::Entry> EntriesIn(const std::string& folder) {
+  std::vector<native::Entry> entries;
+  if (const auto error = native::EntriesIn(folder, entries)) native::RaiseFolderError(error);
+  return entries;
+}
+
 std::vector<std::string> NamesIn(const std::string& folder) {
   std::vector<std::string> names;
-  if (const auto error = native::NamesIn(folder, names)) native::RaiseFolderError(error);
+  for (native::Entry& entry : EntriesIn(folder)) names.push_back(std::move(entry.name));
   return names;
 }
 
@@ -112,10 +118,13 @@ std::string Outbox::FileOf(const std::string& submission, const std::string& nam
 
 std::vector<std::string> Outbox::FilesOf(const std::string& submission) const {
   const std::string folder = PathOf(submission) + "/files";
-  RefuseAllButFolder(PathOf(submission));
-  RefuseAllButFolder(folder);
-  std::vector<std::string> names = NamesIn(folder);
-  std::erase_if(names, [&](const std::string& name) { return FileOf(submission, name).empty(); });
+  RefuseLink(PathOf(submission));
+  RefuseLink(folder);
+  std::vector<std::string> names;
+  for (native::Entry& entry : EntriesIn(folder)) {
+    if (entry.kind != native::Kind::kLink || !FileOf(submission, entry.name).empty())
+      names.push_back(std::move(entry.name));
+  }
   return names;
 }
 
@@ -191,27 +200,30 @@ std::string Outbox::DescriptorStagedFor(const std::string& unfinished) const {
   return area_ + "/" + (is_numbered ? staging_name : earlier) + ".xml";
 }
 
-std::vector<std::string> Outbox::Names() const {
+std::vector<native::Entry> Outbox::Entries() const {
   auto kind = native::Kind::kNothing;
   const auto error = native::LookAt(folder_, native::Links::kAsThemselves, kind);
   if (!error && kind == native::Kind::kNothing) return {};
-  return NamesIn(folder_);
+  return EntriesIn(folder_);
 }
 
 std::vector<std::string> Outbox::Waiting() const {
-  std::vector<std::string> names = Names();
-  std::erase_if(names, [this](const std::string& name) {
-    return name.starts_with('.') || name.ends_with(kDelivered) || name.ends_with(kUnfinished) ||
-           KindOf(PathOf(name)) == native::Kind::kLink;
-  });
+  std::vector<std::string> names;
+  for (native::Entry& entry : Entries()) {
+    const std::string& name = entry.name;
+    const bool waits = !name.starts_with('.') && !name.ends_with(kDelivered) &&
+                       !name.ends_with(kUnfinished) && entry.kind != native::Kind::kLink;
+    if (waits) names.push_back(std::move(entry.name));
+  }
   return names;
 }
 
 std::vector<std::string> Outbox::Unfinished() const {
-  std::vector<std::string> names = Names();
-  std::erase_if(names, [](const std::string& name) {
-    return name.starts_with('.') || !name.ends_with(kUnfinished);
-  });
+  std::vector<std::string> names;
+  for (native::Entry& entry : Entries()) {
+    if (!entry.name.starts_with('.') && entry.name.ends_with(kUnfinished))
+      names.push_back(std::move(entry.name));
+  }
   return names;
 }
 
@@ -234,16 +246,23 @@ std::vector<std::string> Outbox::StagedFilesOf(const std::string& staging_name) 
 }
 
 bool Outbox::IsEmpty() const {
-  const std::vector<std::string> names = Names();
-  return std::all_of(names.begin(), names.end(),
-                     [](const std::string& name) { return name.starts_with('.'); });
+  const std::vector<native::Entry> entries = Entries();
+  return std::all_of(entries.begin(), entries.end(),
+                     [](const native::Entry& entry) { return entry.name.starts_with('.'); });
 }
 
-void Outbox::Remove(const std::string& submission) {
+void Outbox::MarkDelivered(const std::string& submission) {
   const std::string delivered = PathOf(submission) + kDelivered;
   Rename(PathOf(submission), delivered);
-  Sync(folder_);
-  native::RemoveTree(delivered);
+  marked_.push_back(delivered);
+}
+
+// The names are on the disk before the files are gone from it: a submission comes back whole or not
+// at all.
+void Outbox::ClearDelivered() {
+  if (marked_.empty() || native::Sync(folder_)) return;
+  for (const std::string& delivered : marked_) native::RemoveTree(delivered);
+  marked_.clear();
 }
 
 DeliveryNote Outbox::NoteOf(const std::string& submission) const {

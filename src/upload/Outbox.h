@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "base/NativeDisk.h"
+
 namespace logbook {
 
 // What became of the last attempt to deliver a submission.
@@ -58,8 +60,12 @@ class Outbox {
   // be listed, also if a link leads there.
   std::vector<std::string> FilesOf(const std::string& submission) const;
 
-  // Deletes a delivered submission. Raises RunTimeError if it cannot be marked as delivered.
-  void Remove(const std::string& submission);
+  // A delivered submission waits no more. A crash leaves it to Recover; a power cut may bring it
+  // back, whole. Raises RunTimeError if it cannot be marked so.
+  void MarkDelivered(const std::string& submission);
+  // Deletes all that this object has marked. What fails is left to the next time or to Recover.
+  // Raises nothing.
+  void ClearDelivered();
 
   DeliveryNote NoteOf(const std::string& submission) const;
   // Failures are ignored: a note is for the eye.
@@ -70,7 +76,7 @@ class Outbox {
   std::string AgentLock() const;
 
  private:
-  std::vector<std::string> Names() const;
+  std::vector<native::Entry> Entries() const;
   std::string PathOf(const std::string& submission) const;
   std::string NewName(const std::string& staging_name) const;
   std::string DescriptorStagedFor(const std::string& unfinished) const;
@@ -79,6 +85,7 @@ class Outbox {
 
   std::string area_;
   std::string folder_;
+  std::vector<std::string> marked_;  // paths of delivered submissions that are not deleted yet
 };
 
 }  // namespace logbook

@@ -22,6 +22,12 @@ constexpr long kSlowest = 1000;                     // bytes in a second, of a f
 constexpr std::uint64_t kMostOfHead = 256 * 1024;   // bytes of an answer before its body
 constexpr std::uint64_t kMostOfPage = 1024 * 1024;  // bytes of a body that is no file
 
+// The library asks before it sends a file whether the server wants it, which saves the sending of a
+// large one that is refused, but costs each small one another way there and back.
+constexpr std::uint64_t kWorthAsking = 1024 * 1024;  // bytes
+
+using Lines = std::unique_ptr<curl_slist, void (*)(curl_slist*)>;
+
 std::size_t ReadBody(char* buffer, std::size_t size, std::size_t count, void* file) {
   auto* reader = static_cast<native::Reader*>(file);
   const std::size_t bytes = reader->Read(buffer, size * count);
@@ -212,32 +218,22 @@ std::optional<Digest> WebDavStore::DigestOf(const std::string& path, std::uint64
   return answer.sum.Finish();
 }
 
-void WebDavStore::Put(const std::string& path, const std::string& native_file) {
+void WebDavStore::Put(const std::string& path, native::Reader& file) {
   const DavRequest request{"PUT", path};
-  native::Reader file;
-  std::uint64_t size = 0;
-  const auto fail = [&] {
-    throw DeliveryError(DeliveryError::Reach::kThisSubmission,
-                        "The file " + native_file + " in the outbox cannot be read.");
-  };
-  if (file.Open(native_file, native::Links::kAsThemselves) || file.Size(size)) fail();
+  const std::uint64_t size = file.Size();
+  const Lines unasked(curl_slist_append(nullptr, "Expect:"), curl_slist_free_all);
   CURL* curl = state_->curl;
   curl_easy_setopt(curl, CURLOPT_UPLOAD, 1L);
   curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, nullptr);
-  curl_easy_setopt(curl, CURLOPT_HTTPHEADER, nullptr);
+  curl_easy_setopt(curl, CURLOPT_HTTPHEADER, size < kWorthAsking ? unasked.get() : nullptr);
   curl_easy_setopt(curl, CURLOPT_READFUNCTION, ReadBody);
   curl_easy_setopt(curl, CURLOPT_READDATA, &file);
   curl_easy_setopt(curl, CURLOPT_SEEKFUNCTION, SeekBody);
   curl_easy_setopt(curl, CURLOPT_SEEKDATA, &file);
   curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(size));
   Answer answer;
-  long status = 0;
-  try {
-    status = state_->Run(request, state_->UrlOf(path), size, answer);
-  } catch (const DeliveryError&) {
-    if (file.Failure()) fail();
-    throw;
-  }
+  file.SeekTo(0);
+  const long status = state_->Run(request, state_->UrlOf(path), size, answer);
   if (status != 200 && status != 201 && status != 204) state_->Fail(request, status);
 }
 
@@ -247,7 +243,7 @@ void WebDavStore::Move(const std::string& from, const std::string& to) {
   const std::string target = AddressForTheEye(state_->UrlOf(to));
   curl_slist* lines = curl_slist_append(nullptr, ("Destination: " + target).c_str());
   lines = curl_slist_append(lines, "Overwrite: F");
-  const std::unique_ptr<curl_slist, void (*)(curl_slist*)> free_lines(lines, curl_slist_free_all);
+  const Lines free_lines(lines, curl_slist_free_all);
   const long status = state_->RunPlain(request, state_->UrlOf(from), lines);
   if (status != 201 && status != 204) state_->Fail(request, status);
 }

@@ -95,13 +95,27 @@ TEST_F(NativeDiskTest, NamesComeInOrderAndAllOrNone) {
   EXPECT_THAT(names, IsEmpty());
 }
 
+TEST_F(NativeDiskTest, EntriesSayWhatBearsEachName) {
+  disk.Put("C:\\folder\\file", "");
+  disk.MakeFolders("C:\\folder\\below");
+  fs::create_symlink("file", Path("folder/link"));
+  fs::create_symlink("nowhere", Path("folder/loose"));
+  ASSERT_EQ(mkfifo(Path("folder/pipe").c_str(), 0600), 0);
+  std::vector<native::Entry> entries;
+  EXPECT_FALSE(native::EntriesIn(Path("folder"), entries));
+  std::vector<std::pair<std::string, Kind>> seen;
+  for (const native::Entry& entry : entries) seen.emplace_back(entry.name, entry.kind);
+  using testing::Pair;
+  EXPECT_THAT(seen, ElementsAre(Pair("below", Kind::kFolder), Pair("file", Kind::kFile),
+                                Pair("link", Kind::kLink), Pair("loose", Kind::kLink),
+                                Pair("pipe", Kind::kOther)));
+}
+
 TEST_F(NativeDiskTest, AReaderStartsAgainWhereItIsSentTo) {
   disk.Put("C:\\file", "abcdef");
   native::Reader reader;
   ASSERT_FALSE(reader.Open(Path("file"), Links::kAsThemselves));
-  std::uint64_t size = 0;
-  EXPECT_FALSE(reader.Size(size));
-  EXPECT_EQ(size, 6u);
+  EXPECT_EQ(reader.Size(), 6u);
   char bytes[8] = {};
   EXPECT_EQ(reader.Read(bytes, sizeof bytes), 6u);
   EXPECT_EQ(reader.Read(bytes, sizeof bytes), 0u);

@@ -24,6 +24,11 @@ using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::SizeIs;
 
+void Remove(Outbox& outbox, const std::string& submission) {
+  outbox.MarkDelivered(submission);
+  outbox.ClearDelivered();
+}
+
 class OutboxTest : public testing::Test {
  protected:
   OutboxTest() : outbox(disk.Native("C:\\area")) { disk.MakeFolders("C:\\area"); }
@@ -238,7 +243,7 @@ TEST_F(OutboxTest, WhatIsTakenOverIsOnTheDiskBeforeItWaits) {
     EXPECT_THAT(outbox.Waiting(), IsEmpty()) << "call " << calls;
     outbox.Recover();
     if (!outbox.IsEmpty()) {
-      outbox.Remove(outbox.Waiting()[0]);
+      Remove(outbox, outbox.Waiting()[0]);
       Stage("one");
     }
     ++calls;
@@ -317,7 +322,7 @@ TEST_F(OutboxTest, ADeletionThatDiesAtAnyMomentIsFinishedOrNotBegun) {
     Stage("one", area);
     Outbox box(disk.Native(area));
     box.TakeOver("one");
-    died = DiesAtCall(call, [&] { box.Remove(box.Waiting()[0]); });
+    died = DiesAtCall(call, [&] { Remove(box, box.Waiting()[0]); });
     box.Recover();
     SCOPED_TRACE("call " + std::to_string(call));
     if (!box.IsEmpty()) ExpectWaiting(area, box);
@@ -331,10 +336,45 @@ TEST_F(OutboxTest, ADeletionCutShortIsFinished) {
   EXPECT_FALSE(disk.Has("C:\\area\\outbox\\one-0123abcd.done"));
 }
 
+TEST_F(OutboxTest, WhatIsMarkedIsDeletedTogetherOnceTheNamesAreOnTheDisk) {
+  for (const char* name : {"one", "two", "three"}) {
+    Stage(name);
+    outbox.TakeOver(name);
+  }
+  const FailingDisk disk_calls(FailingDisk::Manner::kFail, 0);
+  const std::vector<std::string> waiting = outbox.Waiting();
+  for (const std::string& submission : waiting) outbox.MarkDelivered(submission);
+  EXPECT_THAT(outbox.Waiting(), IsEmpty());
+  EXPECT_FALSE(outbox.IsEmpty());
+  outbox.ClearDelivered();
+  EXPECT_TRUE(outbox.IsEmpty());
+  std::vector<std::string> calls = FailingDisk::Calls();
+  calls.resize(4);
+  const std::string folder = disk.Native("C:\\area\\outbox");
+  for (std::size_t i = 0; i < waiting.size(); ++i)
+    EXPECT_EQ(calls[i],
+              "rename " + folder + "/" + waiting[i] + " " + folder + "/" + waiting[i] + ".done");
+  EXPECT_EQ(calls[3], "fsync " + folder);
+}
+
+TEST_F(OutboxTest, WhatCannotBeBroughtToTheDiskAsDeliveredIsNotDeletedYet) {
+  Stage("one");
+  outbox.TakeOver("one");
+  outbox.MarkDelivered(outbox.Waiting().at(0));
+  {
+    const FailingDisk failing(FailingDisk::Manner::kFail, 1);
+    outbox.ClearDelivered();
+    EXPECT_TRUE(FailingDisk::HasFailed());
+  }
+  EXPECT_FALSE(outbox.IsEmpty());
+  outbox.ClearDelivered();
+  EXPECT_TRUE(outbox.IsEmpty());
+}
+
 TEST_F(OutboxTest, ADeliveredSubmissionIsGone) {
   Stage("one");
   outbox.TakeOver("one");
-  outbox.Remove(outbox.Waiting()[0]);
+  Remove(outbox, outbox.Waiting()[0]);
   EXPECT_TRUE(outbox.IsEmpty());
 }
 

@@ -288,8 +288,11 @@ TEST_F(WebDavTest, AFileThatStandsAtTheServerIsNotOverwrittenByAMove) {
   WebDavStore store({.url = server.Url(), .user = DavServer::kUser}, DavServer::kPassword, {});
   station.disk.Put("C:\\new", "new");
   station.disk.Put("C:\\old", "old");
-  store.Put("a.part", station.disk.Native("C:\\new"));
-  store.Put("a", station.disk.Native("C:\\old"));
+  for (const auto& [path, file] : {std::pair{"a.part", "C:\\new"}, {"a", "C:\\old"}}) {
+    native::Reader reader;
+    ASSERT_FALSE(reader.Open(station.disk.Native(file), native::Links::kFollowed));
+    store.Put(path, reader);
+  }
   try {
     store.Move("a.part", "a");
     FAIL();

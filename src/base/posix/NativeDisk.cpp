@@ -38,6 +38,22 @@ Kind KindOf(mode_t mode) {
   return S_ISLNK(mode) ? Kind::kLink : Kind::kOther;
 }
 
+Kind KindOf(fs::file_type type) {
+  switch (type) {
+    case fs::file_type::regular:
+      return Kind::kFile;
+    case fs::file_type::directory:
+      return Kind::kFolder;
+    case fs::file_type::symlink:
+      return Kind::kLink;
+    case fs::file_type::none:
+    case fs::file_type::not_found:
+      return Kind::kNothing;
+    default:
+      return Kind::kOther;
+  }
+}
+
 }  // namespace
 
 std::error_code LookAt(const std::string& path, Links links, Kind& kind) {
@@ -82,18 +98,31 @@ std::error_code Sync(const std::string& path) {
 }
 
 std::error_code NamesIn(const std::string& folder, std::vector<std::string>& names) {
+  std::vector<Entry> entries;
+  const std::error_code error = EntriesIn(folder, entries);
   names.clear();
+  for (Entry& entry : entries) names.push_back(std::move(entry.name));
+  return error;
+}
+
+std::error_code EntriesIn(const std::string& folder, std::vector<Entry>& entries) {
+  entries.clear();
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error))
-    names.push_back(entry->path().filename().string());
-  if (error) names.clear();
-  std::sort(names.begin(), names.end());
+       entry.increment(error)) {
+    std::error_code gone;
+    entries.push_back(
+        {entry->path().filename().string(), KindOf(entry->symlink_status(gone).type())});
+  }
+  if (error) entries.clear();
+  std::sort(entries.begin(), entries.end(),
+            [](const Entry& one, const Entry& other) { return one.name < other.name; });
   return error;
 }
 
 struct Reader::State {
   Descriptor file;
+  std::uint64_t size = 0;
   std::error_code failure;
 };
 
@@ -107,16 +136,14 @@ std::error_code Reader::Open(const std::string& path, Links links) {
   state_->file = Descriptor(open(path.c_str(), posix::kOpenForReading | flags));
   struct stat status = {};
   if (!state_->file.IsOpen() || fstat(state_->file.Number(), &status) != 0) return ErrorOf(errno);
+  state_->size = static_cast<std::uint64_t>(status.st_size);
   if (S_ISREG(status.st_mode)) return {};
   state_->file.Close();
   return ErrorOf(S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP);
 }
 
-std::error_code Reader::Size(std::uint64_t& size) const {
-  struct stat status = {};
-  const int result = fstat(state_->file.Number(), &status);
-  size = static_cast<std::uint64_t>(status.st_size);
-  return ResultOf(result);
+std::uint64_t Reader::Size() const {
+  return state_->size;
 }
 
 std::size_t Reader::Read(char* buffer, std::size_t size) {
