@@ -3,11 +3,16 @@
 
 #include "LogRoots.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
+#include <ostream>
 
+#include "Terminal.h"
 #include "base/Files.h"
 #include "base/RunTimeError.h"
+#include "insight/ProgressLine.h"
 
 namespace logbook::cli {
 namespace {
@@ -27,6 +32,11 @@ std::string NativeOf(const Call& call, const std::string& typed) {
 
 bool IsFolder(const Call& call, const std::string& native_path) {
   return FolderExists(call.machine, PathText(native_path));
+}
+
+double Seconds() {
+  using std::chrono::duration;
+  return duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
 // A native path without slashes at its end.
@@ -95,6 +105,14 @@ insight::LocalDay TodayOf(const std::string& typed) {
 insight::IndexSettings IndexSettingsFor(const Call& call) {
   insight::IndexSettings settings;
   settings.Warn = [&call](const std::string& words) { call.Tell(words); };
+  if (!ErrorsGoToTerminal()) return settings;
+  const auto pace = std::make_shared<insight::ProgressPace>();
+  settings.Progress = [&call, pace](const insight::UpdateProgress& progress) {
+    const std::string line = pace->Line(progress, Seconds());
+    if (!line.empty()) call.err << '\r' << line << "\x1B[K" << std::flush;
+    const bool at_end = progress.Done == progress.Total;
+    if (at_end && pace->HasShown()) call.err << "\r\x1B[K" << std::flush;
+  };
   return settings;
 }
 

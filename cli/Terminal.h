@@ -15,4 +15,7 @@ struct TerminalFacts {
 
 TerminalFacts LookAtTerminal();
 
+// True if standard error leads to a terminal.
+bool ErrorsGoToTerminal();
+
 }  // namespace logbook::cli

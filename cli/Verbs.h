@@ -17,6 +17,10 @@ void AddList(Frame& frame);
 // "report KIND LOGFOLDER": the bytes of a report of one log.
 void AddReport(Frame& frame);
 
+// "find QUERY": logs by what they say.
+void AddFind(Frame& frame);
+// "show LOG [ROWS]": one log.
+void AddShow(Frame& frame);
 // "due": when maintenance was last done and when it is due.
 void AddDue(Frame& frame);
 // "trend ROW...": rows over time.

@@ -15,6 +15,8 @@ int main(int argc, char** argv) {
   AddStrings(frame);
   AddList(frame);
   AddReport(frame);
+  AddFind(frame);
+  AddShow(frame);
   AddDue(frame);
   AddTrend(frame);
   AddDiff(frame);

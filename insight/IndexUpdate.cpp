@@ -141,6 +141,7 @@ class Updater {
       if (!unchanged) changed_.push_back(name);
       if (entry != known.end()) known.erase(entry);
     }
+    progress_({UpdateProgress::Step::kLooking, names.size(), names.size()});
     for (const auto& [folder, stamp] : known) gone_.push_back(folder);
   }
 

@@ -16,7 +16,10 @@ std::size_t Characters(std::string_view text) {
 
 }  // namespace
 
-TextTable::TextTable(std::initializer_list<std::string_view> titles) {
+TextTable::TextTable(std::initializer_list<std::string_view> titles)
+    : TextTable(std::vector<std::string>(titles.begin(), titles.end())) {}
+
+TextTable::TextTable(const std::vector<std::string>& titles) {
   std::vector<std::string> row;
   for (std::string_view title : titles) {
     columns_.push_back({title.starts_with('>'), 0});

@@ -19,6 +19,7 @@ class TextTable {
   // flush right.
   // No line of titles if all are empty. There are two columns at least.
   explicit TextTable(std::initializer_list<std::string_view> titles);
+  explicit TextTable(const std::vector<std::string>& titles);
 
   // A row; cells beyond the titles are dropped, missing ones are empty. Line ends and tabs in a
   // cell become blanks.

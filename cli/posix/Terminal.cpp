@@ -56,4 +56,8 @@ TerminalFacts LookAtTerminal() {
   return facts;
 }
 
+bool ErrorsGoToTerminal() {
+  return isatty(STDERR_FILENO) == 1;
+}
+
 }  // namespace logbook::cli

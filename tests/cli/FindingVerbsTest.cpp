@@ -1,0 +1,115 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// The verbs find and show, as a user calls them.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "LogbookctlRun.h"
+#include "RandomLogs.h"
+
+namespace logbook {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using test::Outcome;
+using test::Quoted;
+using test::RandomLogs;
+
+class FindingVerbs : public testing::Test {
+ protected:
+  FindingVerbs() : folders_(logs_.Add(5)) {
+    logs_.disk().Put(RandomLogs::PathOf(folders_[1], "comment.txt"), "=SUM of cones\r\nmore\r\n");
+    logs_.disk().Put(RandomLogs::PathOf(folders_[3], "comment.txt"), "cones again\r\n");
+    logs_.disk().Put(RandomLogs::PathOf(folders_[3], "auser.txt"), "17.5\r\n");
+  }
+
+  Outcome Run(const std::string& arguments) {
+    return test::RunLogbookctl(logs_.disk().home(), arguments,
+                               "XDG_CACHE_HOME=" + Quoted(scratch_.home() + "/cache"));
+  }
+  Outcome Find(const std::string& arguments) {
+    return Run("find --log-root " + Quoted(logs_.NativeRoot()) + " " + arguments);
+  }
+
+  RandomLogs logs_{41};
+  std::vector<std::string> folders_;
+  test::TestMachine scratch_;
+};
+
+TEST_F(FindingVerbs, FoundLogsAreATableTheNewestFirst) {
+  const Outcome outcome = Find("cones --columns log,comment");
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(outcome.err, "");
+  const std::size_t newer = outcome.out.find(folders_[3]);
+  ASSERT_NE(newer, std::string::npos);
+  EXPECT_LT(newer, outcome.out.find(folders_[1]));
+  EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 3);
+}
+
+TEST_F(FindingVerbs, LimitSaysHowManyThereAre) {
+  const Outcome outcome = Find("--limit 2 --sort log:asc --columns log");
+  EXPECT_NE(outcome.out.find(folders_[0]), std::string::npos);
+  EXPECT_EQ(outcome.out.find(folders_[2]), std::string::npos);
+  EXPECT_EQ(outcome.err, "logbookctl: find: 2 of 5 logs shown\n");
+}
+
+TEST_F(FindingVerbs, CsvHoldsNoFormulas) {
+  const Outcome outcome = Find("sum --csv --columns log,comment");
+  EXPECT_EQ(outcome.out, "Log,Comment\r\n" + folders_[1] + ",'=SUM of cones\r\n");
+}
+
+TEST_F(FindingVerbs, JsonHoldsValuesWithTheirStates) {
+  const Outcome outcome = Find("--json --columns meter:0,meter:4 '\"cones again\"'");
+  const json found = json::parse(outcome.out);
+  EXPECT_EQ(found["count"], 1);
+  EXPECT_EQ(found["logs"][0]["log"], folders_[3]);
+  EXPECT_EQ(found["logs"][0]["comment"], "cones again");
+  EXPECT_EQ(found["logs"][0]["values"][0]["value"], 17.5);
+  EXPECT_EQ(found["logs"][0]["values"][0]["state"], "ok");
+  EXPECT_EQ(found["logs"][0]["values"][1]["state"], "short");
+  EXPECT_TRUE(found["logs"][0]["values"][1]["value"].is_null());
+}
+
+TEST_F(FindingVerbs, WrongQueryIsMarkedAndLabelsAreOffered) {
+  const Outcome outcome = Find("tune:Oxyde");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_NE(outcome.err.find("character 6: no label of catalogue tune begins with \"Oxyde\""),
+            std::string::npos);
+  EXPECT_NE(outcome.err.find("\n       ^\n"), std::string::npos);
+  EXPECT_NE(outcome.err.find("near: \"Oxide\""), std::string::npos);
+}
+
+TEST_F(FindingVerbs, SeveralRootsAreOneAnswer) {
+  RandomLogs other(42);
+  const std::vector<std::string> more = other.Add(2);
+  other.disk().Put(RandomLogs::PathOf(more[1], "comment.txt"), "cones there\r\n");
+  const Outcome outcome = Find("cones --json --log-root " + Quoted(other.NativeRoot()));
+  const json found = json::parse(outcome.out);
+  EXPECT_EQ(found["count"], 3);
+  EXPECT_EQ(found["logs"][0]["log"], folders_[3]);
+  EXPECT_EQ(found["logs"].back()["log"] == more[1] || found["logs"][1]["log"] == more[1], true);
+}
+
+TEST_F(FindingVerbs, ShowPrintsARowOrTheWholeLog) {
+  const std::string root = " --log-root " + Quoted(logs_.NativeRoot());
+  const Outcome row = Run("show " + folders_[3] + " meter:0 --json" + root);
+  const json shown = json::parse(row.out);
+  EXPECT_EQ(shown["values"].size(), 1U);
+  EXPECT_EQ(shown["values"][0]["text"], "18");
+  const json whole = json::parse(Run("show " + folders_[3] + " --json" + root).out);
+  EXPECT_EQ(whole["values"].size(), 775U);
+  const Outcome text = Run("show " + folders_[3] + " meter" + root);
+  EXPECT_NE(text.out.find("Comment:  cones again\n"), std::string::npos);
+  EXPECT_NE(text.out.find("(short)"), std::string::npos);
+  EXPECT_EQ(Run("show 00000000" + root).status, 1);
+}
+
+}  // namespace
+}  // namespace logbook
