@@ -24,8 +24,8 @@ TEST(ProgressLine, IsQuietForASecondThenComesEachTenth) {
   EXPECT_NE(pace.Line({Step::kLooking, 3, 10}, 101.0), "");
   EXPECT_TRUE(pace.HasShown());
   EXPECT_EQ(pace.Line({Step::kLooking, 4, 10}, 101.05), "");
-  EXPECT_EQ(pace.Line({Step::kReading, 0, 4}, 101.2), "reading logs: 0 of 4");
-  EXPECT_EQ(pace.Line({Step::kReading, 2, 4}, 102.2), "reading logs: 2 of 4, 2/s, 2 s left");
+  EXPECT_EQ(pace.Line({Step::kReading, 0, 4}, 101.25), "reading logs: 0 of 4");
+  EXPECT_EQ(pace.Line({Step::kReading, 2, 4}, 102.25), "reading logs: 2 of 4, 2/s, 1 s left");
 }
 
 }  // namespace
