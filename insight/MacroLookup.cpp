@@ -33,7 +33,7 @@ std::vector<std::string_view> Assignments(const CodePage& code_page, std::string
   }
   while (!bytes.empty()) {
     const std::size_t end = std::min(bytes.find_first_of("\r\n"), bytes.size());
-    const std::string_view line = bytes.substr(0, end);
+    const std::string_view line = bytes.substr(0, std::min(end, kLongestMacroLine));
     if (line.find('=') != std::string_view::npos) lines.push_back(line);
     bytes.remove_prefix(std::min(end + 1, bytes.size()));
   }

@@ -62,5 +62,20 @@ TEST(MacroLookup, FindsTheLinesThatTheReaderOfOneRowFinds) {
   EXPECT_GT(switches, 1000);
 }
 
+TEST(MacroLookup, OfALongLineTheBeginningCounts) {
+  const MacroLookup lookup(AllCatalogues());
+  const CodePage& page = *CodePage::Find(1252);
+  const std::string blanks(kLongestMacroLine, ' ');
+  for (const std::string& text : {blanks + "XPOS=1\r\n", "=" + blanks + "XPOS\r\n",
+                                  "XPOS=2" + blanks + "YPOS\r\nZPOS=3\r\n"}) {
+    const std::vector<std::string> assignments = AssignmentsIn(page, text);
+    const MacroLookup::Lines lines = lookup.Find(page, "paramvar.mac", text);
+    for (const auto& [row, views] : lines.Rows) {
+      const TuneItemRecord& item = RowAt(AllCatalogues().TuneItems, row);
+      EXPECT_EQ(views.Value, FindMacroLines(assignments, item.Var).Value) << item.Var;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace logbook::insight
