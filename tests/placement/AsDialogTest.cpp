@@ -99,6 +99,12 @@ TEST(PlaceDialog, Host1IsNeverAParentButItsClassIsAskedForTheCentring) {
   EXPECT_THAT(windows.calls, ElementsAre("SetBand 10 normal", "ClassName 1"));
 }
 
+TEST(PlaceDialog, HostBelow0IsNoParentButItsClassIsAskedForTheCentring) {
+  TestWindows windows;
+  PlaceDialog(windows, kPlaceNormalBand | kPlaceInsideHost, kForm, -5);
+  EXPECT_THAT(windows.calls, ElementsAre("SetBand 10 normal", "ClassName -5"));
+}
+
 TEST(PlaceDialog, ClassNameIsReadThroughABufferOf128Characters) {
   TestWindows windows;
   windows.class_names[kHost] = std::string("ZEB QRXDA Class\0rest", 20);

@@ -71,6 +71,19 @@ TEST(ArrangeMainWindow, WiderButtonMovesAllToItsLeft) {
   ExpectPlace(window.cmdRecord, 1675, 5970, 1400, 330);
 }
 
+TEST(ArrangeMainWindow, AllButtonsStandAtTheTopOfHelpWhateverTheirOwnHeight) {
+  TestWorkstation station;
+  std::vector<std::string> lines = kStandard;
+  lines[3] = "0,0,900,600";   // cmdExit
+  lines[8] = "0,0,1400,200";  // cmdRecord
+  ArrangeMainWindow(station.state, station.services, Arrangement(lines));
+  const MainWindow& window = station.state.frmMain;
+  ExpectPlace(window.cmdHelp, 10035, 5970, 900, 330);
+  ExpectPlace(window.cmdExit, 9015, 5970, 900, 600);
+  ExpectPlace(window.cmdArchive, 7655, 5970, 1000, 330);
+  ExpectPlace(window.cmdRecord, 1975, 5970, 1400, 200);
+}
+
 TEST(ArrangeMainWindow, BlanksAroundNumbersGiveTheSameResult) {
   TestWorkstation station;
   std::vector<std::string> lines = kStandard;
