@@ -73,6 +73,21 @@ TEST(Manual, EveryLinkAndEveryPictureLeadsSomewhere) {
   }
 }
 
+TEST(Manual, EveryPictureHasAnAlternativeTextOfItsOwn) {
+  std::set<std::string> texts;
+  const std::regex picture("<img([^>]*)>"), alternative(" alt=\"([^\"]+)\"");
+  for (const HelpPage& page : Book().Pages) {
+    const std::string text = Read(kManual / page.File);
+    for (std::sregex_iterator it(text.begin(), text.end(), picture), end; it != end; ++it) {
+      const std::string attributes = (*it)[1];
+      std::smatch found;
+      ASSERT_TRUE(std::regex_search(attributes, found, alternative)) << page.File;
+      EXPECT_TRUE(texts.insert(found[1]).second) << page.File << ": " << found[1];
+    }
+  }
+  EXPECT_FALSE(texts.empty());
+}
+
 TEST(Manual, EveryMessageOfTheProgramIsExplained) {
   const std::string text = Read(kManual / "messages.html");
   for (const int number :
