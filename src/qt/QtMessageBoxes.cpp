@@ -4,11 +4,13 @@
 #include "qt/QtMessageBoxes.h"
 
 #include "qt/Widgets.h"
+#include "qt/WrappedLabel.h"
 #include "resources/Resources.h"
 #include "state/Fonts.h"
 
 #include <QApplication>
 #include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -17,6 +19,7 @@ namespace {
 
 constexpr int kDefaultTitle = 112;  // in the string table
 constexpr int kTitleButtons = 100;  // pixels that a title bar keeps for icon and buttons
+constexpr int kWidestWord = 480;    // pixels
 
 QMessageBox::Icon ToolkitIcon(MessageIcon icon) {
   switch (icon) {
@@ -47,6 +50,14 @@ void GiveRoomForTitle(QMessageBox& box) {
   const int title = box.fontMetrics().horizontalAdvance(box.windowTitle()) + kTitleButtons;
   // A longer text keeps its own width: a least width given here would take its place.
   if (label->minimumSizeHint().width() < title) label->setMinimumWidth(title);
+}
+
+// The box cuts a word that is wider than itself, such as a long path.
+void BreakLongWords(QMessageBox& box) {
+  auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+  if (label == nullptr || !HasWiderWord(box.text(), label->fontMetrics(), kWidestWord)) return;
+  delete box.layout()->replaceWidget(label, new WrappedLabel(box.text(), kWidestWord, &box));
+  label->hide();  // keeps the text for the clipboard
 }
 
 // Where a title is empty the toolkit's window bears the program's name instead; a blank keeps it
@@ -94,6 +105,7 @@ MessageAnswer QtMessageBoxes::Show(const Message& message) {
   box.setWindowTitle(TitleFor(message));
   box.setIcon(ToolkitIcon(message.Icon));
   GiveRoomForTitle(box);
+  BreakLongWords(box);
   if (message.Buttons == MessageButtons::kOk) {
     AddButton(box, QMessageBox::Ok, QStringLiteral("OK"));
     box.exec();

@@ -6,8 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAccessible>
+#include <QImage>
 #include <QLabel>
 #include <QMessageBox>
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -135,6 +138,46 @@ TEST(QtMessageBoxes, TextsOfAnyLengthAreShownWhole) {
       box.close();
     });
   }
+}
+
+// Dark columns of the label's picture, the first and the last one, counted from 0.
+std::pair<int, int> Ink(const QImage& picture) {
+  int first = picture.width(), last = -1;
+  for (int x = 0; x < picture.width(); ++x) {
+    for (int y = 0; y < picture.height(); ++y) {
+      if (picture.pixelColor(x, y).lightness() > 100) continue;
+      first = std::min(first, x);
+      last = std::max(last, x);
+    }
+  }
+  return {first, last};
+}
+
+TEST(QtMessageBoxes, LongPathsWithoutBlanksBreakWithinTheBox) {
+  std::string path = "C:";
+  for (int i = 0; i < 40; ++i) path += "\\quite_long_folder_" + std::to_string(i);
+  const std::string text = "Can not delete logfile:" + path + " !";
+  Show({.Text = text}, [&](QMessageBox& box) {
+    EXPECT_EQ(box.text().toStdString(), text);
+    QLabel* shown = nullptr;
+    for (QLabel* label : box.findChildren<QLabel*>()) {
+      if (label->isVisible() && label->text().toStdString() == text) shown = label;
+    }
+    ASSERT_NE(shown, nullptr);
+    EXPECT_TRUE(box.rect().contains(shown->geometry()));
+    EXPECT_LE(box.width(), 700);
+    const QImage picture = shown->grab().toImage();
+    const auto [first, last] = Ink(picture);
+    EXPECT_LT(first, 10);
+    EXPECT_GT(last, picture.width() / 2);
+    EXPECT_LT(last, picture.width() - 1) << "nothing runs out at the right";
+    const int lines =
+        shown->fontMetrics().horizontalAdvance(QString::fromStdString(text)) / shown->width();
+    EXPECT_GE(shown->height(), (lines + 1) * shown->fontMetrics().height());
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(shown)->text(QAccessible::Name).toStdString(),
+              text);
+    QTest::keyClick(&box, Qt::Key_Return);
+  });
 }
 
 TEST(QtMessageBoxes, ThePointerOfLongWorkRestsWhileABoxAsks) {
