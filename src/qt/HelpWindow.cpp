@@ -39,6 +39,7 @@ HelpWindow::HelpWindow(HelpBook book, const QString& folder, const QString& noti
       text_(new QTextBrowser),
       find_(new QLineEdit) {
   setObjectName(QStringLiteral("HelpWindow"));
+  ReadAsFrame(this);
   setAttribute(Qt::WA_DeleteOnClose);
   setAttribute(Qt::WA_QuitOnClose, false);
   setWindowTitle(ToQt(book_.Title));

@@ -3,9 +3,12 @@
 
 #include "qt/ReportList.h"
 
+#include "qt/FrameOnTop.h"
 #include "qt/Twips.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
+#include <QProxyStyle>
 #include <QStyle>
 #include <QStyleOptionHeader>
 #include <QStyledItemDelegate>
@@ -40,7 +43,61 @@ class Header : public QHeaderView {
   }
 };
 
+// The mark of the key focus would look like a selected row.
+class SelectionStyle : public QProxyStyle {
+ public:
+  explicit SelectionStyle(const QAbstractItemView* list) : list_(list) {}
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    if (element == PE_FrameFocusRect && !list_->selectionModel()->hasSelection()) return;
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+  }
+
+ private:
+  const QAbstractItemView* list_;
+};
+
+// Sees the keys of a list before it does. The list itself moves to the first or last row and
+// selects it, but does nothing where it stands there already.
+class EndKeys : public QObject {
+ public:
+  explicit EndKeys(QAbstractItemView* list) : QObject(list), list_(list) {
+    list->installEventFilter(this);
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::KeyPress) Take(*static_cast<QKeyEvent*>(event));
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  void Take(const QKeyEvent& event) {
+    const int last = list_->model()->rowCount() - 1;
+    if ((event.modifiers() & Qt::ControlModifier) != 0) return;
+    if ((event.key() == Qt::Key_Home && list_->currentIndex().row() == 0) ||
+        (event.key() == Qt::Key_End && list_->currentIndex().row() == last))
+      SelectCurrentRow(list_);
+  }
+
+  QAbstractItemView* list_;
+};
+
 }  // namespace
+
+void ShowSelectionAlone(QAbstractItemView* list) {
+  auto* style = new SelectionStyle(list);
+  style->setParent(list);
+  list->setStyle(style);
+  new EndKeys(list);
+}
+
+void SelectCurrentRow(QAbstractItemView* list) {
+  const QModelIndex current = list->currentIndex();
+  if (!current.isValid() || list->selectionModel()->isSelected(current)) return;
+  list->selectionModel()->select(current,
+                                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
 
 QTreeView* NewReportList(QWidget* parent) {
   auto* list = new QTreeView(parent);
@@ -53,6 +110,8 @@ QTreeView* NewReportList(QWidget* parent) {
   list->setEditTriggers(QAbstractItemView::NoEditTriggers);
   list->setExpandsOnDoubleClick(false);
   list->setTabKeyNavigation(false);
+  ShowSelectionAlone(list);
+  KeepFrameOnTop(list);
 
   auto* header = new Header(Qt::Horizontal, list);
   list->setHeader(header);  // this makes it a header that cannot be clicked

@@ -6,6 +6,8 @@
 #include "qt/Twips.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QFontDatabase>
 #include <QGroupBox>
 #include <QKeyEvent>
@@ -68,6 +70,14 @@ void SetCaption(QWidget* widget, const QString& caption) {
   }
 }
 
+constexpr char kReadAsFrame[] = "readAsFrame";
+
+QAccessibleInterface* FrameInterface(const QString& class_name, QObject* object) {
+  if (class_name != QLatin1String("QWidget") || !object->property(kReadAsFrame).toBool())
+    return nullptr;
+  return new QAccessibleWidget(qobject_cast<QWidget*>(object), QAccessible::Window);
+}
+
 }  // namespace
 
 QString ToQt(std::string_view text) {
@@ -126,6 +136,11 @@ bool EnterPressesButton(QWidget* window, const QKeyEvent* event) {
   if (button == nullptr || !button->isEnabled()) return false;
   button->click();
   return true;
+}
+
+void ReadAsFrame(QWidget* window) {
+  QAccessible::installFactory(FrameInterface);  // once, however often it is called
+  window->setProperty(kReadAsFrame, true);
 }
 
 void GiveHelpKey(QPushButton* help) {

@@ -44,6 +44,10 @@ void ApplyControl(QWidget* widget, const Control& control);
 // it for the keys that its controls leave.
 bool EnterPressesButton(QWidget* window, const QKeyEvent* event);
 
+// Has assistive technology read a window as a frame of the program, as it does with the main
+// windows of most, and not as a nameless part.
+void ReadAsFrame(QWidget* window);
+
 // Has the desktop's key for help (F1) press this button of a window.
 void GiveHelpKey(QPushButton* help);
 

@@ -11,6 +11,8 @@
 #include <QRadioButton>
 
 #include "placement/AsDialog.h"
+#include "qt/FrameOnTop.h"
+#include "qt/ReportList.h"
 #include "qt/Twips.h"
 #include "qt/Widgets.h"
 #include "shell/StartUp.h"
@@ -33,6 +35,8 @@ frmChangeItem::frmChangeItem(QWidget* owner, AppState& state, Services& services
   setFixedSize(Pixels(chooser.Window.Place.Width), Pixels(chooser.Window.Place.Height));
   List1_->setSelectionMode(QAbstractItemView::SingleSelection);
   List1_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  ShowSelectionAlone(List1_);
+  KeepFrameOnTop(List1_);
   ConnectOptions();
   ConnectCommands();
   SetTabOrder();
@@ -42,9 +46,14 @@ frmChangeItem::frmChangeItem(QWidget* owner, AppState& state, Services& services
 void frmChangeItem::ConnectOptions() {
   for (std::size_t i = 0; i < Options_.size(); ++i) {
     const int number = static_cast<int>(i) + 1;
-    connect(Options_[i], &QRadioButton::clicked, this, [this, number] {
+    const auto set = [this, number] {
       Run([this, number] { SetOption(state_, chooser_, number); });
       UpdateList();
+    };
+    // A screen reader sets an option without a click; a click on the set one fills the list anew.
+    connect(Options_[i], &QRadioButton::clicked, this, set);
+    connect(Options_[i], &QRadioButton::toggled, this, [this, number, set](bool on) {
+      if (on && chooser_.OptionSet != number) set();
     });
   }
 }
@@ -87,7 +96,7 @@ void frmChangeItem::Update() {
     Options_[i]->setChecked(chooser_.OptionSet == static_cast<int>(i) + 1);
   }
   ApplyControl(List1_, chooser_.List1);
-  List1_->setAccessibleName(SpokenCaption(chooser_.Window.Caption));
+  List1_->setAccessibleName(QStringLiteral("Items"));
   ApplyControl(cmdOK_, chooser_.cmdOK);
   ApplyControl(cmdCancel_, chooser_.cmdCancel);
   ApplyControl(cmdHelp_, chooser_.cmdHelp);

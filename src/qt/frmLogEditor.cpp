@@ -13,6 +13,7 @@
 
 #include "help/arvbsub.h"
 #include "placement/AsDialog.h"
+#include "qt/FrameOnTop.h"
 #include "qt/Twips.h"
 #include "qt/Widgets.h"
 #include "shell/StartUp.h"
@@ -47,6 +48,7 @@ frmLogEditor::frmLogEditor(QWidget* owner, AppState& state, Services& services, 
   txtComment_->setLineWrapMode(QPlainTextEdit::WidgetWidth);
   txtComment_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   txtComment_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  KeepFrameOnTop(txtComment_);
   Label1_->setBuddy(txtComment_);
   MakeCommands();
   Update();
@@ -81,7 +83,7 @@ void frmLogEditor::Update() {
   }
   ApplyControl(Label1_, editor_.Label1);
   ApplyControl(txtComment_, editor_.txtComment);
-  txtComment_->setAccessibleName(SpokenCaption(editor_.Label1.Caption));
+  txtComment_->setAccessibleName(QStringLiteral("Comment"));
   ApplyControl(cmdOK_, editor_.cmdOK);
   ApplyControl(cmdCancel_, editor_.cmdCancel);
   ApplyControl(cmdHelp_, editor_.cmdHelp);

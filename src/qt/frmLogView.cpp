@@ -18,16 +18,15 @@
 #include "help/arvbsub.h"
 #include "placement/AsDialog.h"
 #include "qt/ColumnKeeper.h"
+#include "qt/FrameOnTop.h"
 #include "qt/Twips.h"
 #include "qt/Widgets.h"
-#include "resources/Resources.h"
 #include "shell/StartUp.h"
 #include "viewer/ReportPrinting.h"
 
 namespace logbook {
 namespace {
 
-constexpr int kComment = 123;
 // Characters that a pane takes at a time; a small part of a second.
 constexpr qsizetype kSlice = 128 * 1024;
 
@@ -77,6 +76,7 @@ frmLogView::Pane frmLogView::MakePane() {
   box->setLineWrapMode(QPlainTextEdit::NoWrap);
   box->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  KeepFrameOnTop(box);
   auto* pouring = new QTimer(box);
   return {box, columns, pouring, {}, {}};
 }
@@ -128,8 +128,8 @@ void frmLogView::Update() {
   ApplyControl(this, view_.Window);
   UpdatePane(txtReport_, view_.txtReport);
   UpdatePane(txtComment_, view_.txtComment);
-  txtReport_.box->setAccessibleName(windowTitle());
-  txtComment_.box->setAccessibleName(ToQt(std::string(LoadResString(kComment))));
+  txtReport_.box->setAccessibleName(QStringLiteral("Report"));
+  txtComment_.box->setAccessibleName(QStringLiteral("Comment"));
   ApplyControl(cmdPrint_, view_.cmdPrint);
   ApplyControl(cmdExit_, view_.cmdExit);
   ApplyControl(cmdHelp_, view_.cmdHelp);

@@ -40,6 +40,7 @@ frmMain::frmMain(AppState& state, Services& services)
       cmdExit_(new QPushButton(this)),
       cmdHelp_(new QPushButton(this)),
       cmdArchive_(new QPushButton(this)) {
+  ReadAsFrame(this);
   MakeList();
   MakeKeys();
   MakeCommands();
@@ -68,8 +69,10 @@ void frmMain::MakeKeys() {
   for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
     auto* enter = new QShortcut(QKeySequence(key), ListView1_);
     enter->setContext(Qt::WidgetShortcut);
-    connect(enter, &QShortcut::activated, this,
-            [this] { Run([this] { cmdBrowse_Click(state_, services_); }); });
+    connect(enter, &QShortcut::activated, this, [this] {
+      SelectCurrentRow(ListView1_);
+      Run([this] { cmdBrowse_Click(state_, services_); });
+    });
   }
   for (int column = 1; column <= ListView::kColumns; ++column) {
     if (HeaderKey(column).isEmpty()) continue;
@@ -101,7 +104,7 @@ void frmMain::Update() {
   QWidget* had_focus = focusWidget();
   ApplyControl(this, window.Window);
   ApplyControl(ListView1_, window.ListView1);
-  ListView1_->setAccessibleName(windowTitle());
+  ListView1_->setAccessibleName(QStringLiteral("Maintenance logs"));
   ApplyControl(cmdRecord_, window.cmdRecord);
   ApplyControl(cmdBrowse_, window.cmdBrowse);
   ApplyControl(cmdDelete_, window.cmdDelete);

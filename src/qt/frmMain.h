@@ -4,8 +4,8 @@
 // The main window: the list of logs and the row of buttons. It shows AppState::frmMain and
 // AppState::ListView1 and hands every command to the routine of its name.
 //
-// Keys: Tab goes from the list through the buttons; Enter in the list views the log like a double
-// click; Alt+3 to Alt+8 stand for a click on the header of that column.
+// Keys: Tab goes from the list through the buttons; Enter in the list selects the current row and
+// views its log like a double click; Alt+3 to Alt+8 stand for a click on the header of that column.
 #pragma once
 
 #include <QWidget>

@@ -45,7 +45,7 @@ void ViewerPage::WaitForReport(ScreenReader& reader, const std::string& begin) {
   WaitFor("the report that begins with \"" + begin + "\"", [&] {
     const auto things = reader.Read();
     return std::any_of(things.begin(), things.end(), [&](const Readable& thing) {
-      return thing.role == "text" && thing.name == title_ && thing.text.starts_with(begin);
+      return thing.role == "text" && thing.name == "Report" && thing.text.starts_with(begin);
     });
   });
 }

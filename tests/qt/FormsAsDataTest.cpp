@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -155,6 +156,28 @@ TEST_F(FormsAsData, EveryControlThatTakesTheFocusCanBeReadOut) {
       EXPECT_FALSE(widget->accessibleName().isEmpty()) << control.name;
       EXPECT_FALSE(widget->accessibleName().contains(QLatin1Char('&'))) << control.name;
     }
+  }
+}
+
+TEST_F(FormsAsData, ListsAndBoxesAreReadOutUnderTheirNames) {
+  const auto name = [](QWidget* form, const char* control) {
+    return FormsWorkstation::FindIn<QWidget>(form, control)->accessibleName().toStdString();
+  };
+  EXPECT_EQ(name(&workstation.window, "ListView1"), "Maintenance logs");
+  EXPECT_EQ(name(&editor_form, "txtComment"), "Comment");
+  EXPECT_EQ(name(&view_form, "txtReport"), "Report");
+  EXPECT_EQ(name(&view_form, "txtComment"), "Comment");
+  EXPECT_EQ(name(&chooser_form, "List1"), "Items");
+}
+
+TEST_F(FormsAsData, TheMainWindowIsReadAsAFrameAndTheOthersAsDialogs) {
+  const auto role = [](QWidget* form) {
+    return QAccessible::queryAccessibleInterface(form)->role();
+  };
+  EXPECT_EQ(role(&workstation.window), QAccessible::Window);
+  for (QWidget* form : {static_cast<QWidget*>(&editor_form), static_cast<QWidget*>(&view_form),
+                        static_cast<QWidget*>(&chooser_form)}) {
+    EXPECT_EQ(role(form), QAccessible::Dialog);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QDesktopServices>
 #include <QElapsedTimer>
 #include <QLabel>
@@ -118,6 +119,7 @@ TEST_F(QtHelpEngineTest, InitialisingGivesACookie) {
 TEST_F(QtHelpEngineTest, ATopicOfABookShowsItsPageAndMarksItInTheContents) {
   Html("C:\\help\\quorex.hhbook", kContext, 16703);
   EXPECT_EQ(HelpWindow()->windowTitle(), QStringLiteral("Workstation help"));
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(HelpWindow())->role(), QAccessible::Window);
   EXPECT_EQ(Page(), "Page editor");
   EXPECT_EQ(Entry(), "Editor");
   EXPECT_EQ(Part<QLabel>("HelpNotice"), nullptr);

@@ -5,11 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QGroupBox>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <string>
+#include <utility>
 
 #include "FormsWorkstation.h"
 #include "loglist/LogList.h"
@@ -109,6 +111,60 @@ TEST_F(frmChangeItemTest, AClickOnACategoryFillsTheListAnewWithNothingSelected) 
     Button(form, "cmdOK")->click();
     EXPECT_EQ(w.messages.shown.size(), 1u);
     EXPECT_TRUE(form->isVisible());
+    Button(form, "cmdCancel")->click();
+  });
+}
+
+TEST_F(frmChangeItemTest, AnOptionSetByAScreenReaderFillsTheListToo) {
+  Choose([&](QWidget* form) {
+    ClickEntry(form, 3);
+    QAccessibleInterface* option = QAccessible::queryAccessibleInterface(Option(form, 2));
+    ASSERT_NE(option, nullptr);
+    option->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_TRUE(Option(form, 2)->isChecked());
+    EXPECT_EQ(List(form)->count(), 29);
+    ClickEntry(form, 4);
+    Button(form, "cmdOK")->click();
+  });
+  EXPECT_EQ(Ini(), "[Header4]\r\nCat=Meter\r\nItem=4\r\n");
+}
+
+TEST_F(frmChangeItemTest, AClickOnTheCategoryThatIsSetFillsTheListAnewToo) {
+  Choose([&](QWidget* form) {
+    ClickEntry(form, 3);
+    QTest::mouseClick(Option(form, 1), Qt::LeftButton, {}, QPoint(8, 12));
+    EXPECT_EQ(List(form)->count(), 155);
+    EXPECT_TRUE(List(form)->selectedItems().isEmpty());
+    Button(form, "cmdCancel")->click();
+  });
+}
+
+TEST_F(frmChangeItemTest, OneEntryAtMostIsSelected) {
+  Choose([&](QWidget* form) {
+    QListWidget* list = List(form);
+    ClickEntry(form, 2);
+    for (const auto modifier : {Qt::ControlModifier, Qt::ShiftModifier}) {
+      const int row = modifier == Qt::ControlModifier ? 4 : 6;
+      QTest::mouseClick(list->viewport(), Qt::LeftButton, modifier, PlaceOf(list, row));
+      ASSERT_EQ(list->selectedItems().size(), 1);
+      EXPECT_EQ(list->row(list->selectedItems().first()), row);
+    }
+    QTest::keyClick(list, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(list->selectedItems().size(), 1);
+    Button(form, "cmdCancel")->click();
+  });
+}
+
+TEST_F(frmChangeItemTest, HomeAndEndSelectTheEntryThatHasTheFocusAlone) {
+  Choose([&](QWidget* form) {
+    QListWidget* list = List(form);
+    for (const auto& [key, row] : {std::pair(Qt::Key_Home, 0), std::pair(Qt::Key_End, 154)}) {
+      list->clearSelection();
+      list->setCurrentRow(row, QItemSelectionModel::NoUpdate);
+      QTest::keyClick(list, key);
+      ASSERT_EQ(list->selectedItems().size(), 1) << row;
+      EXPECT_EQ(list->row(list->selectedItems().first()), row);
+    }
     Button(form, "cmdCancel")->click();
   });
 }

@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextLayout>
 #include <filesystem>
@@ -89,6 +90,27 @@ TEST_F(frmLogEditorTest, TheNextEditorOpensWithTheTicksOfTheLastRecord) {
 TEST_F(frmLogEditorTest, AnEmptyCommentMakesAFileOfOneLineEnd) {
   Edit([&](QWidget* form) { Button(form, "cmdOK")->click(); });
   EXPECT_EQ(SavedComment(), "\r\n");
+}
+
+TEST_F(frmLogEditorTest, ACommentThatEndsInATypedLineEndKeepsIt) {
+  Edit([&](QWidget* form) {
+    QTest::keyClicks(Comment(form), QStringLiteral("cones"));
+    QTest::keyClick(Comment(form), Qt::Key_Return);
+    Button(form, "cmdOK")->click();
+  });
+  EXPECT_EQ(SavedComment(), "cones\r\n\r\n");
+}
+
+TEST_F(frmLogEditorTest, TheCommentHasItsScrollBarAlsoWhileItIsEmpty) {
+  Edit([&](QWidget* form) {
+    const QScrollBar* bar = Comment(form)->verticalScrollBar();
+    EXPECT_TRUE(bar->isVisible());
+    const int width = Comment(form)->viewport()->width();
+    EXPECT_LE(width + bar->width(), Comment(form)->width());
+    Comment(form)->setPlainText(QStringLiteral("line\n").repeated(50));
+    EXPECT_EQ(Comment(form)->viewport()->width(), width) << "lines break alike with any number";
+    Button(form, "cmdOK")->click();
+  });
 }
 
 TEST_F(frmLogEditorTest, CancelRemovesTheLog) {

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTreeView>
 #include <algorithm>
+#include <utility>
 
 #include "FormsWorkstation.h"
 #include "loglist/LogList.h"
@@ -323,6 +324,45 @@ TEST_F(frmMainOpening, EnterInTheListViewsTheCurrentRow) {
   QTest::keyClick(list, Qt::Key_Enter);
   EXPECT_EQ(w.state.CurrentLog, 2);
   EXPECT_EQ(w.forms.calls.size(), 2u);
+}
+
+TEST_F(frmMainOpening, HomeEndAndEnterSelectARowThatHasTheFocusAlone) {
+  const std::pair<Qt::Key, int> cases[] = {
+      {Qt::Key_Home, 0}, {Qt::Key_End, 1}, {Qt::Key_Return, 0}, {Qt::Key_Enter, 1}};
+  for (const auto& [key, row] : cases) {
+    list->clearSelection();
+    list->selectionModel()->setCurrentIndex(list->model()->index(row, 0),
+                                            QItemSelectionModel::NoUpdate);
+    ASSERT_FALSE(w.state.ListView1.Row(row + 1).Selected) << key;
+    w.forms.calls.clear();
+    QTest::keyClick(list, key);
+    EXPECT_TRUE(w.state.ListView1.Row(row + 1).Selected) << key;
+    EXPECT_EQ(w.state.ListView1.CurrentRow, row + 1) << key;
+    const bool views = key == Qt::Key_Return || key == Qt::Key_Enter;
+    EXPECT_EQ(w.forms.calls.size(), views ? 1u : 0u) << key;
+  }
+}
+
+TEST_F(frmMainOpening, EnterSelectsNoFurtherRowWhereItsOwnIsSelected) {
+  list->selectAll();
+  QTest::keyClick(list, Qt::Key_Return);
+  EXPECT_TRUE(w.state.ListView1.Row(1).Selected);
+  EXPECT_TRUE(w.state.ListView1.Row(2).Selected);
+}
+
+TEST_F(frmMainOpening, NoRowLooksChosenWhileNoneIs) {
+  list->clearFocus();
+  list->clearSelection();
+  list->selectionModel()->clearCurrentIndex();
+  const QImage plain = list->viewport()->grab().toImage();
+  list->setFocus(Qt::TabFocusReason);
+  QTest::keyClick(list, Qt::Key_Down, Qt::ControlModifier);
+  ASSERT_TRUE(list->hasFocus());
+  ASSERT_TRUE(list->currentIndex().isValid());
+  ASSERT_FALSE(list->selectionModel()->hasSelection());
+  EXPECT_EQ(list->viewport()->grab().toImage(), plain);
+  QTest::keyClick(list, Qt::Key_Home);
+  EXPECT_NE(list->viewport()->grab().toImage(), plain);
 }
 
 TEST_F(frmMainOpening, NothingHappensWithoutASelectedRow) {
