@@ -8,6 +8,8 @@
 #include <QVariant>
 #include <QWidget>
 
+#include "qt/WindowManager.h"
+
 namespace logbook {
 namespace {
 
@@ -22,6 +24,12 @@ QString ClassOf(const QWidget& widget) {
   return name.isValid() ? name.toString() : widget.objectName();
 }
 
+// A fixed size is true whatever the window system has told the toolkit so far.
+QSize SizeOf(const QWidget& widget) {
+  const bool fixed = widget.minimumSize() == widget.maximumSize();
+  return fixed ? widget.minimumSize() : widget.size();
+}
+
 PixelRect Edges(const QRect& rect) {
   return {rect.left(), rect.top(), rect.left() + rect.width(), rect.top() + rect.height()};
 }
@@ -29,8 +37,10 @@ PixelRect Edges(const QRect& rect) {
 }  // namespace
 
 QMargins FrameOf(const QWidget& window) {
-  if (!window.isVisible()) return kUsualFrame;
+  if (const auto told = FrameByWindowManager(window)) return *told;
   const QRect inner = window.geometry(), outer = window.frameGeometry();
+  // While a window comes up, what the toolkit takes for its frame may lie anywhere.
+  if (!window.isVisible() || !outer.contains(inner)) return kUsualFrame;
   return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
           outer.bottom() - inner.bottom()};
 }
@@ -86,7 +96,7 @@ PixelRect QtWindowSystem::WorkArea() {
 PixelRect QtWindowSystem::NormalPosition(std::intptr_t window) {
   const QWidget* widget = Find(window);
   if (widget == nullptr) return {};
-  const QRect inner = widget->geometry();
+  const QRect inner(widget->geometry().topLeft(), SizeOf(*widget));
   return Edges(widget->isWindow() ? inner.marginsAdded(FrameOf(*widget)) : inner);
 }
 
@@ -96,7 +106,9 @@ void QtWindowSystem::SetNormalPosition(std::intptr_t window, const PixelRect& pl
   const QRect outer(QPoint(static_cast<int>(place.Left), static_cast<int>(place.Top)),
                     QSize(static_cast<int>(place.Right - place.Left),
                           static_cast<int>(place.Bottom - place.Top)));
-  widget->setGeometry(widget->isWindow() ? outer.marginsRemoved(FrameOf(*widget)) : outer);
+  if (!widget->isWindow()) return widget->setGeometry(outer);
+  if (!MoveByWindowManager(*widget, outer.topLeft()))
+    widget->setGeometry(outer.marginsRemoved(FrameOf(*widget)));
 }
 
 }  // namespace logbook

@@ -14,8 +14,8 @@ class QWidget;
 
 namespace logbook {
 
-// Width of the window frame on each side, in pixels: what the window system reports of a shown
-// window, a usual frame for one that it has not framed yet.
+// Width of the window frame on each side, in pixels: what the window manager tells, or what the
+// toolkit reports of a shown window, or a usual frame where nobody knows it yet.
 QMargins FrameOf(const QWidget& window);
 
 class QtWindowSystem : public WindowSystem {

@@ -16,6 +16,7 @@
 #include "qt/FrameOnTop.h"
 #include "qt/Twips.h"
 #include "qt/Widgets.h"
+#include "qt/WindowManager.h"
 #include "shell/StartUp.h"
 
 namespace logbook {
@@ -96,6 +97,11 @@ void frmLogEditor::Run(const std::function<void()>& command) {
 
 void frmLogEditor::reject() {
   cmdCancel_->click();
+}
+
+void frmLogEditor::showEvent(QShowEvent* event) {
+  LeaveOutOfTaskBar(*this);
+  QDialog::showEvent(event);
 }
 
 void frmLogEditor::closeEvent(QCloseEvent* event) {

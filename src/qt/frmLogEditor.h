@@ -4,7 +4,7 @@
 // The dialog that finishes or cancels a new log. It shows a LogEditor and hands its commands to
 // the routines of records/LogEditor.h. OK and Cancel are the only ways out; Escape presses Cancel,
 // and Enter makes a new line in the comment. Tab goes through the tick boxes, the comment and the
-// buttons.
+// buttons. The dialog has no entry in the task bar.
 #pragma once
 
 #include <QDialog>
@@ -34,6 +34,7 @@ class frmLogEditor : public QDialog {
   void reject() override;
 
  protected:
+  void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   bool event(QEvent* event) override;

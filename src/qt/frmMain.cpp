@@ -129,8 +129,10 @@ void frmMain::KeepFocus(QWidget* had_focus) {
 }
 
 Size frmMain::SetOuterSize(Size outer) {
-  const QMargins frame = FrameOf(*this);
-  const QSize inner = QSize(Pixels(outer.Width), Pixels(outer.Height)).shrunkBy(frame);
+  const QSize wanted(Pixels(outer.Width), Pixels(outer.Height));
+  winId();               // makes the native window, which the window manager is asked about
+  setFixedSize(wanted);  // a window of one size may get another frame
+  const QSize inner = wanted.shrunkBy(FrameOf(*this));
   setFixedSize(inner);
   return {TwipsOf(inner.width()), TwipsOf(inner.height())};
 }

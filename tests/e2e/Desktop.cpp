@@ -5,8 +5,11 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 
 namespace fs = std::filesystem;
@@ -62,6 +65,35 @@ std::string NewFolder() {
   return pattern;
 }
 
+constexpr Place kPanels = {60, 40, 100, 24};  // left, top, right, bottom
+
+void Replace(std::string& text, const std::string& old_part, const std::string& new_part) {
+  const std::size_t place = text.find(old_part);
+  if (place == std::string::npos) throw std::runtime_error("no " + old_part + " in the settings");
+  text.replace(place, old_part.size(), new_part);
+}
+
+// The window manager's own settings, but for the places of windows.
+std::string SettingsOf(DesktopKind::Manager manager) {
+  std::ifstream file("/etc/xdg/openbox/rc.xml");
+  std::string text{std::istreambuf_iterator<char>(file), {}};
+  Replace(text, "<policy>Smart</policy>", "<policy>UnderMouse</policy>");
+  Replace(text, "<center>yes</center>", "<center>no</center>");
+  const auto panel = [&text](const std::string& edge, int size) {
+    const std::string begin = "<" + edge + ">", end = "</" + edge + ">";
+    Replace(text, begin + "0" + end, begin + std::to_string(size) + end);
+  };
+  panel("left", kPanels.x);
+  panel("top", kPanels.y);
+  panel("right", kPanels.width);
+  panel("bottom", kPanels.height);
+  if (manager == DesktopKind::Manager::kTakesWishes) return text;
+  Replace(text, "</applications>",
+          "<application type=\"dialog\"><position force=\"yes\"><x>0</x><y>0</y></position>"
+          "</application></applications>");
+  return text;
+}
+
 }  // namespace
 
 std::string Desktop::Missing() {
@@ -74,7 +106,7 @@ std::string Desktop::Missing() {
   return missing;
 }
 
-Desktop::Desktop() : folder_(NewFolder()) {
+Desktop::Desktop(const DesktopKind& kind) : kind_(kind), folder_(NewFolder()) {
   fs::create_directories(folder_ + "/run");
   fs::permissions(folder_ + "/run", fs::perms::owner_all);
   variables_ = {{"HOME", folder_},
@@ -87,15 +119,12 @@ Desktop::Desktop() : folder_(NewFolder()) {
                 {"QT_QPA_PLATFORM", "xcb"},
                 {"QT_QPA_PLATFORMTHEME", std::nullopt},
                 {"QT_STYLE_OVERRIDE", std::nullopt},
+                {"QT_FONT_DPI", std::nullopt},
                 {"QT_SCALE_FACTOR", std::nullopt},
                 {"QT_IM_MODULE", "compose"},
                 {"NO_AT_BRIDGE", std::nullopt},
                 {"LC_ALL", "C.UTF-8"}};
 
-  display_ = std::make_unique<ChildProcess>(
-      std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24",
-                               "-nolisten", "tcp", "-noreset", "-dpi", "96"},
-      variables_, NewFile("display"));
   bus_ = std::make_unique<ChildProcess>(
       std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--print-address=1",
                                "--address=unix:path=" + folder_ + "/run/bus"},
@@ -103,6 +132,17 @@ Desktop::Desktop() : folder_(NewFolder()) {
   WaitFor("the session bus", [this] { return HasLine(bus_->Output()); });
   bus_address_ = FirstLine(bus_->Output());
   variables_["DBUS_SESSION_BUS_ADDRESS"] = bus_address_;
+  if (kind_.dots_per_inch != 96) variables_["QT_FONT_DPI"] = std::to_string(kind_.dots_per_inch);
+  StartDisplay();
+  StartWindowManager();
+}
+
+void Desktop::StartDisplay() {
+  display_ = std::make_unique<ChildProcess>(
+      std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24",
+                               "-nolisten", "tcp", "-noreset", "-dpi",
+                               std::to_string(kind_.dots_per_inch)},
+      variables_, NewFile("display"));
   // The number stands in a line of its own; warnings may stand before it.
   WaitFor("the virtual display", [this] {
     std::istringstream lines(display_->Output());
@@ -114,6 +154,13 @@ Desktop::Desktop() : folder_(NewFolder()) {
     }
     return false;
   });
+}
+
+void Desktop::StartWindowManager() {
+  if (kind_.manager != DesktopKind::Manager::kCentres) {
+    fs::create_directories(folder_ + "/config/openbox");
+    std::ofstream(folder_ + "/config/openbox/rc.xml") << SettingsOf(kind_.manager);
+  }
   window_manager_ = std::make_unique<ChildProcess>(
       std::vector<std::string>{"openbox", "--sm-disable"}, variables_, NewFile("openbox"));
   WaitFor("the window manager", [this] {
@@ -194,6 +241,21 @@ void Desktop::Move(WindowId window, Point point) {
   XdoTool({"windowmove", std::to_string(window), std::to_string(point.x), std::to_string(point.y)});
 }
 
+Place Desktop::WorkArea() const {
+  if (kind_.manager == DesktopKind::Manager::kCentres) return Screen();
+  return {kPanels.x, kPanels.y, Screen().width - kPanels.x - kPanels.width,
+          Screen().height - kPanels.y - kPanels.height};
+}
+
+Place Desktop::Middle(const Place& outer) const {
+  const Place area = WorkArea();
+  const auto begin = [](int room, int size) {
+    return static_cast<int>(std::nearbyint(room / 2.0 - size / 2.0));
+  };
+  return {begin(area.width, outer.width), begin(area.height, outer.height), outer.width,
+          outer.height};
+}
+
 Place Desktop::Geometry(WindowId window) {
   return PlaceFrom(XdoTool({"getwindowgeometry", "--shell", std::to_string(window)}));
 }
@@ -256,9 +318,9 @@ void Desktop::TakePicture(WindowId window, const std::string& file) {
              NewFile("import"));
 }
 
-std::string Desktop::ColourAt(WindowId window, Point point) {
+std::string Desktop::ColourAt(Point point) {
   const std::string picture = NewFile("colour.png");
-  TakePicture(window, picture);
+  TakePicture(picture);
   const std::string pixel =
       "%[hex:p{" + std::to_string(point.x) + "," + std::to_string(point.y) + "}]";
   const auto result =

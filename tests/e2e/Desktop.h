@@ -27,13 +27,23 @@ struct Place {
 
 using WindowId = unsigned long;
 
+// What a desktop is like.
+struct DesktopKind {
+  // Where the window manager puts new windows: in the middle, if they do not ask for a place; where
+  // they ask, and nowhere near the middle if they do not; or dialogs into the upper left corner
+  // whatever they ask for. But for the first one, panels along all edges take a part of the screen.
+  enum class Manager { kCentres, kTakesWishes, kKnowsBetter };
+  Manager manager = Manager::kCentres;
+  int dots_per_inch = 96;
+};
+
 class Desktop {
  public:
   // The programs that such a desktop is made of and this machine lacks; empty if it has all.
   static std::string Missing();
 
   // Starts display, bus and window manager; their working files go to a temporary folder.
-  Desktop();
+  explicit Desktop(const DesktopKind& kind = {});
   ~Desktop();
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
@@ -61,8 +71,12 @@ class Desktop {
   void WaitUntilGone(WindowId window);
   // Inner area of the window on the screen, without its frame. Moves the mouse there.
   Place PlaceOf(WindowId window);
-  // The screen.
+  // The screen, and what the panels leave of it.
   Place Screen() const { return {0, 0, 1280, 1024}; }
+  Place WorkArea() const;
+  // Where a window of this size, its frame counted, stands in the middle of the work area's size,
+  // whose own origin does not count. Halves go to the even number.
+  Place Middle(const Place& outer) const;
 
   // Mouse. `key` is held down meanwhile, "ctrl" for instance.
   void Click(WindowId window, Point point, const std::string& key = "");
@@ -78,16 +92,19 @@ class Desktop {
   // A picture of the whole screen, or of a window with all its inner area, as a PNG file.
   void TakePicture(const std::string& file);
   void TakePicture(WindowId window, const std::string& file);
-  // Colour at a place inside a window, such as "#F0F0F0".
-  std::string ColourAt(WindowId window, Point point);
+  // Colour at a place on the screen, such as "#F0F0F0".
+  std::string ColourAt(Point point);
 
  private:
   std::vector<WindowId> Search(const std::string& pattern);
   std::string XdoTool(const std::vector<std::string>& arguments);
   void ClickAt(std::vector<std::string> arguments, const std::string& key);
+  void StartDisplay();
+  void StartWindowManager();
   Place Geometry(WindowId window);
   bool HasKeyboard(WindowId window);
 
+  const DesktopKind kind_;
   std::string folder_;
   Environment variables_;
   std::string bus_address_;

@@ -67,6 +67,12 @@ void MainPage::ClickHeader(int column) {
   desktop_.Click(window_, {middle.x, middle.y + kHeaderHeight / 2});
 }
 
+void MainPage::ClickFirstRow() {
+  constexpr int kWithinTheRow = 8;
+  const Point corner = Pixels(kMargin, kMargin);
+  desktop_.Click(window_, {corner.x + kWithinTheRow, corner.y + kHeaderHeight + kWithinTheRow});
+}
+
 void MainPage::Close() {
   desktop_.Click(window_, {place_.width - 10, -10});
 }

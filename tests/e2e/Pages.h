@@ -24,6 +24,8 @@ class MainPage {
 
   // Clicks the header of a column, counted from 1.
   void ClickHeader(int column);
+  // Clicks the first row of the list.
+  void ClickFirstRow();
   // Clicks the close box in the window's frame.
   void Close();
 

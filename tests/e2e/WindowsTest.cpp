@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// What the windows look like on a real screen: where they stand, and pictures of them.
+// What the windows look like on a real screen, and pictures of them; and where they stand, under a
+// window manager that puts dialogs into a corner and with panels that take a part of the screen.
 
 #include <algorithm>
 #include <cstdlib>
 
 #include "Pages.h"
+#include "WindowServer.h"
 #include "Workplace.h"
 
 namespace logbook::e2e {
@@ -14,13 +16,18 @@ namespace {
 
 class WindowsTest : public ReadableProgram {
  protected:
-  // The frame is the same left and right and adds a title on top, and the toolkit learns its true
-  // size only after the first placement.
+  DesktopKind Kind() const override { return {.manager = DesktopKind::Manager::kKnowsBetter}; }
+
+  void SetUp() override {
+    ReadableProgram::SetUp();
+    if (!IsSkipped()) server_ = std::make_unique<WindowServer>(desktop());
+  }
+
+  WindowServer& server() { return *server_; }
+
   bool IsInTheMiddle(WindowId window) {
-    constexpr int kFrameAndTitle = 16;
-    const Point middle = desktop().PlaceOf(window).Middle(), wanted = desktop().Screen().Middle();
-    return std::abs(middle.x - wanted.x) <= kFrameAndTitle &&
-           std::abs(middle.y - wanted.y) <= kFrameAndTitle;
+    const Place outer = server().Outer(window);
+    return outer != Place() && outer == desktop().Middle(outer);
   }
 
   bool SomeWindowIsActive() {
@@ -36,6 +43,9 @@ class WindowsTest : public ReadableProgram {
                                     desktop().NewFile("convert"));
     EXPECT_GT(std::atoi(colours.output.c_str()), 10) << file;
   }
+
+ private:
+  std::unique_ptr<WindowServer> server_;
 };
 
 TEST_F(WindowsTest, MainWindowAndEditorStandInTheMiddleAndShowTheirControls) {
@@ -73,18 +83,92 @@ TEST_F(WindowsTest, MainWindowAndEditorStandInTheMiddleAndShowTheirControls) {
   Picture(editor.window(), "editor");
 }
 
+TEST_F(WindowsTest, EditorHasNoEntryInTheTaskBarAndTheMainWindowHasOne) {
+  work().StartHostWithLogbook();
+  MainPage main(desktop());
+  EXPECT_FALSE(server().HasState(main.window(), "_NET_WM_STATE_SKIP_TASKBAR"));
+  const std::string name = PressRecord(work(), main);
+  const EditorPage editor(desktop(), kLogRoot + name + "\\");
+  EXPECT_TRUE(server().HasState(editor.window(), "_NET_WM_STATE_SKIP_TASKBAR"));
+}
+
+TEST_F(WindowsTest, MainAndHelpWindowAreReadAsFramesWithTheirTitles) {
+  work().StartHostWithLogbook();
+  MainPage main(desktop());
+  reader().WaitFor("frame", kMainTitle);
+  main.Press(MainPage::Button::kHelp);
+  WaitFor("the help window as a frame", [&] {
+    const auto things = reader().Read();
+    return std::count_if(things.begin(), things.end(),
+                         [](const Readable& it) { return it.role == "frame"; }) == 2;
+  });
+}
+
 TEST_F(WindowsTest, EditorMovedAwayReturnsToTheMiddleWhenItIsActivated) {
   work().StartHostWithLogbook();
   MainPage main(desktop());
   const std::string name = PressRecord(work(), main);
   EditorPage editor(desktop(), kLogRoot + name + "\\");
+  WaitFor("the editor in the middle", [&] { return IsInTheMiddle(editor.window()); });
   desktop().Move(editor.window(), {5, 5});
-  WaitFor("the editor to move", [&] { return desktop().PlaceOf(editor.window()).x < 20; });
+  WaitFor("the editor to move", [&] { return !IsInTheMiddle(editor.window()); });
   EXPECT_TRUE(SomeWindowIsActive());
   desktop().GoToDesktop(1);
   WaitFor("the editor to rest", [&] { return !SomeWindowIsActive(); });
   desktop().GoToDesktop(0);
   WaitFor("the editor to return", [&] { return IsInTheMiddle(editor.window()); });
+}
+
+// A screen on which a pixel of the toolkit is one and a half dots.
+class DenseScreenTest : public WholeProgram {
+ protected:
+  static constexpr double kScale = 1.5;
+
+  DesktopKind Kind() const override {
+    return {.manager = DesktopKind::Manager::kKnowsBetter, .dots_per_inch = 144};
+  }
+
+  static int Dots(int twips) { return static_cast<int>(twips / 15 * kScale); }
+
+  // True if a line of a colour of its own runs between a box and what lies below it.
+  bool HasLowerBorder(const Place& inner, int left, int top, int height) {
+    constexpr int kInside = 20, kDown = 6;
+    const int column = inner.x + Dots(left) + kInside, edge = inner.y + Dots(top + height);
+    const std::string below = desktop().ColourAt({column, edge + kDown});
+    for (int row = edge - 3; row <= edge + 1; ++row) {
+      const std::string colour = desktop().ColourAt({column, row});
+      if (colour != below && colour != "#FFFFFF") return true;
+    }
+    return false;
+  }
+};
+
+TEST_F(DenseScreenTest, CommentBoxAndChoosersListHaveTheirLowerBorder) {
+  work().RunHost({"fill", "--logs", "2", "--until", "2026-06-30"});
+  work().StartHostWithLogbook();
+  const WindowServer server(desktop());
+  const auto is_in_the_middle = [&](WindowId window) {
+    const Place outer = server.Outer(window), middle = desktop().Middle(outer);
+    return std::abs(outer.x - middle.x) <= 1 && std::abs(outer.y - middle.y) <= 1;
+  };
+  const WindowId main = desktop().WaitForWindow(kMainTitle);
+  WaitFor("the main window in the middle", [&] { return is_in_the_middle(main); });
+  desktop().Key("alt+3");
+  const WindowId chooser = desktop().WaitForWindow("Change List Item");
+  EXPECT_EQ(server.Inner(chooser).width, Dots(5190));
+  WaitFor("the chooser in the middle", [&] { return is_in_the_middle(chooser); });
+  WaitFor("the list's border",
+          [&] { return HasLowerBorder(server.Inner(chooser), 120, 1920, 2400); });
+  desktop().Key("Escape");
+  desktop().WaitUntilGone(chooser);
+  const std::vector<std::string> before = work().Logs();
+  desktop().Key("Tab");
+  desktop().Key("space");
+  WaitFor("a new log", [&] { return work().Logs().size() > before.size(); });
+  const WindowId editor =
+      desktop().WaitForWindow("Logbook Editor:" + (kLogRoot + work().Logs().back()) + "\\");
+  WaitFor("the comment's border",
+          [&] { return HasLowerBorder(server.Inner(editor), 240, 3000, 1800); });
 }
 
 }  // namespace

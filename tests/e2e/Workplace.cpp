@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace logbook::e2e {
 
-Workplace::Workplace() {
+Workplace::Workplace(const DesktopKind& kind) : desktop_(kind) {
   RunHost({"init", "--seed", kSeed});
 }
 
@@ -88,7 +88,7 @@ std::map<std::string, std::string> Workplace::FilesIn(const std::string& folder)
 void WholeProgram::SetUp() {
   const std::string missing = Desktop::Missing();
   if (!missing.empty()) GTEST_SKIP() << "this machine lacks " << missing;
-  work_ = std::make_unique<Workplace>();
+  work_ = std::make_unique<Workplace>(Kind());
 }
 
 void WholeProgram::TearDown() {

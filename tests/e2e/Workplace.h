@@ -30,7 +30,7 @@ inline constexpr char kSeed[] = "7";
 
 class Workplace {
  public:
-  Workplace();
+  explicit Workplace(const DesktopKind& kind = {});
 
   Desktop& desktop() { return desktop_; }
   const test::TestMachine& machine() const { return machine_; }
@@ -67,6 +67,9 @@ class WholeProgram : public ::testing::Test {
  protected:
   void SetUp() override;
   void TearDown() override;
+
+  // The desktop that the tests of a suite need.
+  virtual DesktopKind Kind() const { return {}; }
 
   Workplace& work() { return *work_; }
   Desktop& desktop() { return work_->desktop(); }
