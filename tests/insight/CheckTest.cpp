@@ -100,7 +100,7 @@ TEST(Check, DatesAreThereAndPossible) {
     const SoundLog log =
         SoundLog().Put("logfile.ini", "[LogFile]\r\nDate=" + std::string(date) + "\r\n" + rest);
     ASSERT_EQ(log.Codes(), Codes{"date-impossible"}) << date;
-    EXPECT_EQ(log.Findings()[0].detail, date);
+    EXPECT_EQ(log.Findings().at(0).detail, date);
   }
 }
 
@@ -130,7 +130,7 @@ TEST(Check, AMacroFileMayHaveItsSecondName) {
   EXPECT_EQ(SoundLog().Remove("SENSEVAR.MAC").Put("senseva2.mac", "").Codes(), Codes{});
   const SoundLog log = SoundLog().Remove("RESOVAR.MAC");
   ASSERT_EQ(log.Codes(), Codes{"macro-missing"});
-  EXPECT_EQ(log.Findings()[0].detail, "resovar.mac");
+  EXPECT_EQ(log.Findings().at(0).detail, "resovar.mac");
 }
 
 TEST(Check, WhatBlocksADeletionIsTold) {

@@ -60,7 +60,7 @@ TEST(Difference, ANumberDiffersByMoreThanTheTolerance) {
   LogReading other = New();
   SetNumber(other, kCarrierGas, 1.155);
   ASSERT_EQ(Compared(Old(), other).values.size(), 1U);
-  const ChangedRow row = Compared(Old(), other).values[0];
+  const ChangedRow row = Compared(Old(), other).values.at(0);
   EXPECT_EQ(row.id, kCarrierGas);
   EXPECT_NEAR(row.difference.value(), 0.105, 1e-12);
   EXPECT_NEAR(row.percent.value(), 10, 1e-9);
@@ -77,7 +77,7 @@ TEST(Difference, ARowMayHaveATolerancOfItsOwn) {
   const Tolerances tolerances = {{0.1, false}, {{PlaceOf(kCarrierGas), {1, false}}}};
   const LogDifference difference = CompareLogs(AllCatalogues(), Old(), other, tolerances);
   ASSERT_EQ(difference.values.size(), 1U);
-  EXPECT_EQ(difference.values[0].id, kOxide);
+  EXPECT_EQ(difference.values.at(0).id, kOxide);
 }
 
 TEST(Difference, ARowThatNoLongerAppliesIsAChangeOfConfiguration) {
@@ -85,9 +85,9 @@ TEST(Difference, ARowThatNoLongerAppliesIsAChangeOfConfiguration) {
   SetState(other, kExtract, ValueState::kNotApplicable);
   const LogDifference difference = Compared(Old(), other);
   ASSERT_EQ(difference.applicability.size(), 1U);
-  EXPECT_EQ(difference.applicability[0].id, kExtract);
+  EXPECT_EQ(difference.applicability.at(0).id, kExtract);
   EXPECT_TRUE(difference.values.empty());
-  EXPECT_FALSE(difference.applicability[0].difference);
+  EXPECT_FALSE(difference.applicability.at(0).difference);
 }
 
 TEST(Difference, OptionsAreChangesOfConfigurationToo) {
@@ -96,9 +96,9 @@ TEST(Difference, OptionsAreChangesOfConfigurationToo) {
   other.Options.COLOPGS = 2;
   const LogDifference difference = Compared(Old(), other);
   ASSERT_EQ(difference.options.size(), 2U);
-  EXPECT_EQ(difference.options[0].key, "LENS");
-  EXPECT_EQ(difference.options[0].right, 1);
-  EXPECT_EQ(difference.options[1].key, "COLOPGS");
+  EXPECT_EQ(difference.options.at(0).key, "LENS");
+  EXPECT_EQ(difference.options.at(0).right, 1);
+  EXPECT_EQ(difference.options.at(1).key, "COLOPGS");
 }
 
 TEST(Difference, AZeroAndAMissingValueAreDifferent) {
@@ -116,10 +116,10 @@ TEST(Difference, AMissingFileIsToldOnce) {
   }
   const LogDifference difference = Compared(Old(), other);
   ASSERT_EQ(difference.missing.size(), 1U);
-  EXPECT_EQ(difference.missing[0].which, Catalogue::kMeter);
-  EXPECT_EQ(difference.missing[0].side, Side::kRight);
+  EXPECT_EQ(difference.missing.at(0).which, Catalogue::kMeter);
+  EXPECT_EQ(difference.missing.at(0).side, Side::kRight);
   EXPECT_TRUE(difference.values.empty());
-  EXPECT_EQ(Compared(other, Old()).missing[0].side, Side::kLeft);
+  EXPECT_EQ(Compared(other, Old()).missing.at(0).side, Side::kLeft);
   EXPECT_FALSE(Compared(other, other).Different());
 }
 
@@ -129,8 +129,8 @@ TEST(Difference, TextsAndBitsDifferWhateverTheTolerance) {
   SetNumber(other, kFirstBit, 1);
   const LogDifference difference = Compared(Old(), other, {50, true});
   ASSERT_EQ(difference.values.size(), 2U);
-  EXPECT_FALSE(difference.values[0].difference);
-  EXPECT_FALSE(difference.values[1].percent);
+  EXPECT_FALSE(difference.values.at(0).difference);
+  EXPECT_FALSE(difference.values.at(1).percent);
 }
 
 TEST(Difference, ALogIsEqualToItself) {
