@@ -127,6 +127,16 @@ TEST_F(ECMSubTest, ACancelledEditorLeavesNoPackageAndNoStagingFolder) {
   EXPECT_TRUE(station.state.frmMain.cmdRecord.Enabled);
 }
 
+TEST_F(ECMSubTest, AFolderThatDiffersInCaseFromACancelledRecordIsNotUploaded) {
+  for (int i = 0; i < 10; ++i) station.MakeLog("2611150" + std::to_string(i), "date");
+  station.forms.on_editor = [this](const std::optional<std::string>&) {
+    fs::rename(station.disk.Native(Root("2611150A")), station.disk.Native(Root("2611150a")));
+  };
+  Record();
+  EXPECT_FALSE(station.disk.Has(kArea));
+  EXPECT_THAT(station.messages.shown, IsEmpty());
+}
+
 TEST_F(ECMSubTest, WithoutAContentServerARecordingStagesNothingSilently) {
   station.ecm.enabled = false;
   Record();
