@@ -11,6 +11,7 @@
 
 #include "LogbookctlRun.h"
 #include "RandomLogs.h"
+#include "RootPortrait.h"
 
 namespace logbook {
 namespace {
@@ -95,6 +96,14 @@ TEST_F(FindingVerbs, SeveralRootsAreOneAnswer) {
   EXPECT_EQ(found["count"], 3);
   EXPECT_EQ(found["logs"][0]["log"], folders_[3]);
   EXPECT_EQ(found["logs"].back()["log"] == more[1] || found["logs"][1]["log"] == more[1], true);
+}
+
+TEST_F(FindingVerbs, NothingBelowTheRootChanges) {
+  const auto before = test::RootPortrait(logs_.NativeRoot());
+  Find("cones --json");
+  Find("tune:0>1 --csv --sort meter:0");
+  Run("show " + folders_[0] + " --log-root " + Quoted(logs_.NativeRoot()));
+  EXPECT_EQ(test::RootPortrait(logs_.NativeRoot()), before);
 }
 
 TEST_F(FindingVerbs, ShowPrintsARowOrTheWholeLog) {
