@@ -116,6 +116,55 @@ def folders_growth(place):
     return Measured(max(0, 100 * (high / low - 1)), instructions=counts)
 
 
+# The index
+
+
+def index_folder(place):
+    def make():
+        folder = place.path("index")
+        os.mkdir(folder)
+        place.run(place.program("bench_index"), folder, "make", 1000)
+        return folder
+    return place.once("index-folder", make)
+
+
+def index_samples(place):
+    return place.once("index", lambda: place.collect("bench_index", index_folder(place),
+                                                     "rounds", 7))
+
+
+@figure("index.cold", "index of a log root made / its files read once", "x", 4)
+def index_cold(place):
+    samples = index_samples(place)
+    return ratio(samples["index.cold"], samples["index.base"])
+
+
+@figure("index.again", "unchanged log root looked through / walked with stat", "x", 1.5)
+def index_again(place):
+    samples = index_samples(place)
+    return ratio(samples["index.again"], samples["walk.base"])
+
+
+@figure("index.size", "index / files of the logs, bytes", "x", 2)
+def index_size(place):
+    samples = place.collect("bench_index", index_folder(place), "size")
+    return ratio(samples["size.index"], samples["size.base"])
+
+
+def found_samples(place):
+    def make():
+        place.run(place.program("bench_index"), index_folder(place), "many", 100000)
+        return place.collect("bench_index", index_folder(place), "find", 5)
+    return place.once("find", make)
+
+
+@figure("find.page", "find over 100,000 logs, the slowest of five queries: CPU time", "s", 0.1)
+def find_page(place):
+    samples = found_samples(place)
+    return max((median(values) for name, values in samples.items() if name.startswith("find.")),
+               key=lambda measured: measured.value)
+
+
 # Start
 
 
