@@ -101,7 +101,7 @@ TEST_F(FindingVerbs, SeveralRootsAreOneAnswer) {
 TEST_F(FindingVerbs, NothingBelowTheRootChanges) {
   const auto before = test::RootPortrait(logs_.NativeRoot());
   Find("cones --json");
-  Find("tune:0>1 --csv --sort meter:0");
+  EXPECT_EQ(Find("'tune:0>1' --csv --sort meter:0").err, "");
   Run("show " + folders_[0] + " --log-root " + Quoted(logs_.NativeRoot()));
   EXPECT_EQ(test::RootPortrait(logs_.NativeRoot()), before);
 }
