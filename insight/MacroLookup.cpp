@@ -4,6 +4,7 @@
 #include "insight/MacroLookup.h"
 
 #include <algorithm>
+#include <bit>
 #include <queue>
 
 #include "base/RunTimeError.h"
@@ -46,15 +47,15 @@ MacroLookup::MacroLookup(const Catalogues& catalogues) {
   for (int row = 0; row < kTuneRowCount; ++row) {
     const TuneItemRecord& item = RowAt(catalogues.TuneItems, row);
     Automaton& automaton = files_[item.File];
-    if (automaton.rows.size() + 2 == kMostWords) {
+    if (automaton.rows.size() == kColOpgs) {
       throw RunTimeError(ErrorNumber::kSubscriptOutOfRange);
     }
     automaton.Add(item.Var, automaton.rows.size());
     automaton.rows.push_back(row);
   }
   for (auto& [file, automaton] : files_) {
-    automaton.Add("OPT_COLOPGS", kMostWords - 2);
-    automaton.Add("CLMD", kMostWords - 1);
+    automaton.Add("OPT_COLOPGS", kColOpgs);
+    automaton.Add("CLMD", kClmd);
     automaton.Connect();
   }
 }
@@ -75,7 +76,7 @@ void MacroLookup::Automaton::Add(std::string_view word, std::size_t number) {
     state = states.size();
     states.emplace_back();
   }
-  states[state].found.set(number);
+  states[state].found |= Words{1} << number;
 }
 
 // Where no word goes on with a letter, the longest end of what was read that begins a word does.
@@ -103,7 +104,7 @@ void MacroLookup::Automaton::Connect() {
 }
 
 MacroLookup::Words MacroLookup::Automaton::FindIn(std::string_view line) const {
-  Words found;
+  Words found = 0;
   std::size_t state = 0;
   for (const char byte : line) {
     const int letter = LetterOf(byte);
@@ -120,20 +121,19 @@ MacroLookup::Lines MacroLookup::Find(const CodePage& code_page, std::string_view
   if (entry == files_.end()) return lines;
   const Automaton& automaton = entry->second;
   std::vector<MacroViews> views(automaton.rows.size());
+  const Words own = (Words{1} << views.size()) - 1;
   // A later line replaces an earlier one. A row's own line does not count for the switches.
   for (const std::string_view line : Assignments(code_page, bytes, lines.Converted)) {
     const Words found = automaton.FindIn(line);
-    const bool col_opgs = found.test(kMostWords - 2);
-    const bool clmd = found.test(kMostWords - 1);
-    if (found.none()) continue;
-    for (std::size_t word = 0; word < views.size(); ++word) {
-      if (found.test(word)) {
-        views[word].Value = line;
-      } else if (col_opgs) {
-        views[word].ColOpgs = line;
-      } else if (clmd) {
-        views[word].Clmd = line;
-      }
+    const bool col_opgs = (found >> kColOpgs & 1) != 0;
+    const bool clmd = (found >> kClmd & 1) != 0;
+    for (Words rest = found & own; rest != 0; rest &= rest - 1) {
+      views[static_cast<std::size_t>(std::countr_zero(rest))].Value = line;
+    }
+    if (!col_opgs && !clmd) continue;
+    for (Words rest = ~found & own; rest != 0; rest &= rest - 1) {
+      MacroViews& view = views[static_cast<std::size_t>(std::countr_zero(rest))];
+      (col_opgs ? view.ColOpgs : view.Clmd) = line;
     }
   }
   for (std::size_t word = 0; word < views.size(); ++word) {

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <array>
-#include <bitset>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -39,15 +38,18 @@ class MacroLookup {
   Lines Find(const CodePage& code_page, std::string_view file, std::string_view bytes) const;
 
  private:
-  static constexpr std::size_t kMostWords = 128;
-  using Words = std::bitset<kMostWords>;
+  // A bit for each word; the two switches are the highest ones.
+  static constexpr std::size_t kMostWords = 64;
+  static constexpr std::size_t kColOpgs = kMostWords - 2;
+  static constexpr std::size_t kClmd = kMostWords - 1;
+  using Words = std::uint64_t;
 
   // Finds all of some words in a text at once: a state for each beginning of a word, and from each
   // state the next one for each letter.
   struct Automaton {
     struct State {
       std::array<std::uint16_t, 64> next{};  // by LetterOf
-      Words found;
+      Words found = 0;
     };
     std::vector<State> states;
     std::vector<int> rows;  // of each word but the two last, which are the switches

@@ -86,7 +86,13 @@ void EachWord(std::string_view text, const WordSink& sink) {
     const std::size_t start = at;
     if (word.empty()) begin = start;
     // The common case in one go.
-    while (at < text.size() && IsAsciiLetter(text[at])) word += UpperAscii(text[at++]);
+    while (at < text.size() && IsAsciiLetter(text[at])) ++at;
+    if (at > start) {
+      const std::size_t known = word.size();
+      word.append(text.substr(start, at - start));
+      std::transform(word.begin() + static_cast<std::ptrdiff_t>(known), word.end(),
+                     word.begin() + static_cast<std::ptrdiff_t>(known), UpperAscii);
+    }
     if (at == text.size()) break;
     if (JoinsDigits(text, at)) {
       word += text[at++];
