@@ -153,16 +153,6 @@ TEST(LogEditor, LongCommentKeepsTheLinesOfTheBox) {
             std::string(80, 'x') + "\r\n" + std::string(20, 'x') + "\r\n");
 }
 
-TEST(LogEditor, CommentThatEndsInATypedLineEndKeepsItAndGetsAnother) {
-  for (const std::string comment : {"torch changed\r\n", "torch\r\nchanged\r\n", "\r\n"}) {
-    Editing editing;
-    editing.Load();
-    editing.comment.SetText(comment);
-    LogEditorOK(editing.state, editing.editor, editing.comment);
-    EXPECT_EQ(editing.disk.Get(editing.InNewLog("comment.txt")), comment + "\r\n");
-  }
-}
-
 TEST(LogEditor, CommentIsWrittenInTheCodePage) {
   Editing editing(932);
   editing.Load();

@@ -77,15 +77,6 @@ TEST(GetWrappedText, FailureGivesWhatWasBuiltSoFar) {
   EXPECT_EQ(GetWrappedText(disk, box), "");
 }
 
-TEST(GetWrappedText, OffsetBeyondTheTextGivesTheTextThatThereIs) {
-  TestMachine disk;
-  FixedWidthBox box(disk, 3, "abcdefghi");
-  box.lies_at_line = 1;
-  EXPECT_EQ(GetWrappedText(disk, box), "abcdefghi");
-  box.lies_at_line = 2;
-  EXPECT_EQ(GetWrappedText(disk, box), "abc\r\ndefghi");
-}
-
 TEST(GetWrappedText, CharacterOutsideTheCodePageCountsAsItsQuestionMarks) {
   TestMachine disk;
   EXPECT_EQ(Wrap(disk, 4, "ab\U0001F600cd"), "ab\U0001F600\r\ncd");

@@ -25,13 +25,10 @@ class FixedWidthBox : public WrappedTextBox {
   long LineIndex(int line) const override {
     if (line == fails_at_line) throw RunTimeError(ErrorNumber::kInternalError);
     const std::vector<long> starts = Starts();
-    if (line == lies_at_line) return starts.back() + kFarBeyondTheText;
     return line < static_cast<int>(starts.size()) ? starts[static_cast<std::size_t>(line)] : -1;
   }
 
-  static constexpr long kFarBeyondTheText = 1'000'000;
   int fails_at_line = -1;
-  int lies_at_line = -1;  // tells an offset beyond the text there
 
  private:
   // Byte offsets at which the displayed lines begin.
