@@ -43,7 +43,12 @@ void QtEventDelivery::Paint() {
   using SteadyClock = std::chrono::steady_clock;
   if (SteadyClock::now() < next_paint_) return;
   for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window->isVisible()) window->repaint();
+    if (!window->isVisible()) continue;
+    // A part that covers its own place, such as the rows of a list, is not painted with the rest.
+    for (QWidget* part : window->findChildren<QWidget*>()) {
+      if (!part->isWindow()) part->update();
+    }
+    window->repaint();
   }
   next_paint_ = SteadyClock::now() + kPaintPause;
 }

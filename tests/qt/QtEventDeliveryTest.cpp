@@ -9,6 +9,7 @@
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QListWidget>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTest>
@@ -128,6 +129,34 @@ TEST(QtEventDelivery, LongWorkPaintsTheWindowsWithAllThatIsOnThem) {
     events.Paint();
     return shown.button.paintings >= 3;
   })) << "and again after a pause";
+}
+
+// Counts how often a widget paints itself.
+class Paintings : public QObject {
+ public:
+  explicit Paintings(QWidget* widget) { widget->installEventFilter(this); }
+  int number = 0;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++number;
+    return QObject::eventFilter(watched, event);
+  }
+};
+
+TEST(QtEventDelivery, LongWorkPaintsTheRowsOfAListToo) {
+  QWidget window;
+  QListWidget list(&window);
+  list.addItems({QStringLiteral("a"), QStringLiteral("b")});
+  window.resize(200, 200);
+  list.setGeometry(10, 10, 180, 100);
+  window.show();
+  EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+  QCoreApplication::processEvents();
+  const Paintings rows(list.viewport());
+  QtEventDelivery events;
+  const LongWork work(events);
+  EXPECT_EQ(rows.number, 1);
 }
 
 TEST(QtEventDelivery, AWindowThatIsNotShownIsNotPainted) {
