@@ -15,10 +15,14 @@
 
 #include "base/EndSignal.h"
 #include "base/Files.h"
+#include "base/NativeProgram.h"
 #include "host/Calendar.h"
+#include "host/Demonstration.h"
+#include "host/DemonstrationRun.h"
 #include "host/Disk.h"
 #include "host/History.h"
 #include "host/HostRun.h"
+#include "host/Session.h"
 #include "host/Workstation.h"
 
 namespace {
@@ -49,6 +53,9 @@ struct CommandLine {
   std::string folder;
   std::optional<int> log_number;
   std::optional<std::string> date;
+
+  std::string demonstration = DefaultDemonstrationFolder();
+  bool fresh = false, yes = false;
 };
 
 Instrument ChosenInstrument(const CommandLine& line, Instrument instrument) {
@@ -134,12 +141,49 @@ int Run(const CommandLine& line, int argc, char** argv) {
   return RunHost(options, end_signal);
 }
 
-void AddCommonOptions(CLI::App& command, CommandLine& line) {
-  command.add_option("--home", line.home, "Home of the workstation's drives and hive")
-      ->capture_default_str();
+// The command line of a demonstration again, with what has been decided since.
+std::vector<std::string> WordsFor(int argc, char** argv, bool auto_rec) {
+  std::vector<std::string> words(argv + 1, argv + argc);
+  if (auto_rec) words.emplace_back("--autorec");
+  return words;
+}
+
+int Demo(const CommandLine& line, int argc, char** argv) {
+  DemonstrationOptions options;
+  options.folder = line.demonstration;
+  options.programs = OwnProgramFolder();
+  options.manual = line.manual.value_or(options.programs + "/manual");
+  if (line.build) options.build = ParseBuild(*line.build);
+  options.fresh = line.fresh;
+  options.unasked = line.yes;
+  options.ce = line.ce;
+  options.auto_rec = line.auto_rec;
+  if (!line.auto_rec && !HasDisplay()) {
+    std::printf(
+        "There is no display (neither DISPLAY nor WAYLAND_DISPLAY is set): instead of "
+        "showing the\nlogbook's window, this makes one automatic record.\n");
+    std::fflush(stdout);
+    options.auto_rec = true;
+  }
+  if (!HasSessionBus()) {
+    RestartInOwnBus(WordsFor(argc, argv, options.auto_rec && !line.auto_rec));
+    throw std::runtime_error("there is no session bus, and dbus-run-session cannot be started");
+  }
+  const EndSignal end_signal;
+  QCoreApplication application(argc, argv);
+  return RunDemonstration(options, end_signal);
+}
+
+void AddInstrument(CLI::App& command, CommandLine& line) {
   command.add_option("--build", line.build,
                      "Instrument: plain, lumarin, trz-cs or trz-ce, then +OPTION for each of "
                      "security styleb new_rf qptype afc sc opgs pmp2 colopgs");
+}
+
+void AddCommonOptions(CLI::App& command, CommandLine& line) {
+  command.add_option("--home", line.home, "Home of the workstation's drives and hive")
+      ->capture_default_str();
+  AddInstrument(command, line);
   command.add_option("--seed", line.seed, "Number that the instrument's values grow from");
 }
 
@@ -198,10 +242,27 @@ void AddRun(CLI::App& app, CommandLine& line) {
   run->add_flag("--deaf", line.deaf, "Never answer anything")->excludes(dead);
 }
 
+void AddDemo(CLI::App& app, CommandLine& line) {
+  CLI::App* demo =
+      app.add_subcommand("demo", "Start host and logbook at a demonstration workstation");
+  demo->add_option("--home", line.demonstration,
+                   "Folder of the demonstration ($LOGBOOK_DEMO); it is kept")
+      ->capture_default_str();
+  AddInstrument(*demo, line);
+  demo->add_option("--manual", line.manual, "Folder of the help book (beside the program)");
+  auto* fresh =
+      demo->add_flag("--fresh", line.fresh, "Make a new demonstration and throw the old one away");
+  demo->add_flag("--yes", line.yes, "Throw it away without a question")->needs(fresh);
+  demo->add_flag("--autorec", line.auto_rec,
+                 "Make one automatic record, which is also what happens without a display");
+  demo->add_flag("--ce", line.ce, "Start the logbook with the word CE");
+}
+
 int Dispatch(const CLI::App& app, const CommandLine& line, int argc, char** argv) {
   if (app.got_subcommand("init")) return Init(line);
   if (app.got_subcommand("fill")) return Fill(line);
   if (app.got_subcommand("snapshot")) return Snapshot(line);
+  if (app.got_subcommand("demo")) return Demo(line, argc, argv);
   return Run(line, argc, argv);
 }
 
@@ -216,6 +277,7 @@ int main(int argc, char** argv) {
   AddFill(app, line);
   AddSnapshot(app, line);
   AddRun(app, line);
+  AddDemo(app, line);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -38,6 +38,7 @@ TEST_F(InstallTest, EveryFileIsAtItsPlaceAndEveryLinkLeadsToOne) {
        {"bin/logbook", "bin/logbookctl", "bin/quorex-host", "bin/ecm-agent",
         "etc/quorex-logbook/arecm.cfg", "lib/quorex-logbook/arecm.cfg",
         "lib/quorex-logbook/manual/logbook.hhbook", "share/quorex-logbook/manual/logbook.hhbook",
+        "share/applications/com.norvane.Quorex.Demonstration.desktop",
         "share/applications/com.norvane.Quorex.Logbook.desktop",
         "share/metainfo/com.norvane.Quorex.Logbook.metainfo.xml",
         "share/icons/hicolor/scalable/apps/com.norvane.Quorex.Logbook.svg",
@@ -60,6 +61,17 @@ TEST_F(InstallTest, EveryProgramTellsItsVersion) {
     EXPECT_EQ(told.status, 0) << told.output;
     EXPECT_EQ(told.output, program + " " LOGBOOK_VERSION "\n");
   }
+}
+
+TEST_F(InstallTest, DemonstrationNeedsNothingButWhatIsInstalled) {
+  Environment variables = desktop().Variables();
+  variables["LOGBOOK_DEMO"] = desktop().Folder() + "/demo";
+  const auto shown = RunCommand({Top() + "/bin/quorex-host", "demo", "--autorec"}, variables,
+                                desktop().NewFile("demo"));
+  EXPECT_EQ(shown.status, 0) << shown.output;
+  EXPECT_NE(shown.output.find("Automatically logged on Tune Report generation."), std::string::npos)
+      << shown.output;
+  EXPECT_TRUE(fs::exists(desktop().Folder() + "/demo/drives/c/QUOREX/help/logbook.hhbook"));
 }
 
 TEST_F(InstallTest, ARecordArrivesWhereTheConfigurationBelowEtcSaysAndHelpFindsTheManual) {

@@ -43,6 +43,22 @@ class RunScriptTest : public WholeProgram {
     return RunCommand(arguments, variables, desktop().NewFile("run"));
   }
 
+  // The host's own command, with the programs and the manual as they lie in the tree.
+  CommandResult Demonstrate(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(),
+                     {QUOREX_HOST_PROGRAM, "demo", "--manual", SOURCE_FOLDER "/docs/manual"});
+    return RunCommand(arguments, BareVariables(), desktop().NewFile("demo"));
+  }
+
+  // The same typed at a terminal, where somebody answers a question.
+  CommandResult DemonstrateAtATerminal(const std::string& arguments, const std::string& answer) {
+    const std::string command = "printf '" + answer +
+                                "\\n' | script -qec '" QUOREX_HOST_PROGRAM
+                                " demo --manual " SOURCE_FOLDER "/docs/manual " +
+                                arguments + "' /dev/null";
+    return RunCommand({"/bin/sh", "-c", command}, BareVariables(), desktop().NewFile("demo"));
+  }
+
   // Every file below a folder with its bytes, links with their targets.
   static std::map<std::string, std::string> FilesBelow(const std::string& folder) {
     std::map<std::string, std::string> files;
@@ -101,32 +117,23 @@ TEST_F(RunScriptTest, WithoutADisplayItSaysSoAndMakesOneAutomaticRecord) {
   EXPECT_EQ(Logs(), logs) << "the workstation is made anew";
 }
 
-// Makes a folder with a host that does all but this command.
-std::string HostThatFailsAt(const std::string& command, const std::string& folder) {
-  fs::create_directories(folder);
-  std::ofstream(folder + "/quorex-host") << "#!/bin/sh\n[ \"$1\" != " + command +
-                                                " ] || exit 1\nexec '" QUOREX_HOST_PROGRAM
-                                                "' \"$@\"\n";
-  fs::permissions(folder + "/quorex-host", fs::perms::owner_all);
-  return folder;
-}
-
 TEST_F(RunScriptTest, FreshThatFailsLeavesTheOldDemonstrationAsItIs) {
   ASSERT_EQ(Run({"--autorec"}, BareVariables()).status, 0);
   const auto before = FilesBelow(Demo());
   ASSERT_GT(before.size(), 100u);
 
   const auto typo = Run({"--fresh", "--build", "lumarni"}, BareVariables());
-  EXPECT_EQ(typo.status, 1) << typo.output;
+  EXPECT_EQ(typo.status, 2) << typo.output;
   EXPECT_TRUE(Holds(typo.output, "unknown lens family \"lumarni\"")) << typo.output;
   EXPECT_FALSE(Holds(typo.output, "Making the demonstration")) << typo.output;
   EXPECT_EQ(FilesBelow(Demo()), before);
 
-  Environment broken = BareVariables();
-  broken["LOGBOOK_BIN"] = HostThatFailsAt("fill", desktop().Folder() + "/broken");
-  const auto fill = Run({"--fresh"}, broken);
+  // No file may grow beyond four kilobytes, which the past logs do.
+  const auto fill =
+      RunCommand({"/bin/bash", "-c", "trap '' XFSZ; ulimit -f 4; exec '" RUN_SCRIPT "' --fresh"},
+                 BareVariables(), desktop().NewFile("run"));
   EXPECT_EQ(fill.status, 1) << fill.output;
-  EXPECT_TRUE(Holds(fill.output, "could not be made")) << fill.output;
+  EXPECT_TRUE(Holds(fill.output, "cannot write " + Demo() + ".new/drives/c/")) << fill.output;
   EXPECT_EQ(FilesBelow(Demo()), before);
   EXPECT_FALSE(fs::exists(Demo() + ".new"));
 
@@ -145,8 +152,8 @@ TEST_F(RunScriptTest, WrongNameMakesNoDemonstration) {
   for (const std::vector<std::string>& options :
        {std::vector<std::string>{"--build", "plain+turbo"}, {"--build=", "--fresh"}}) {
     const auto result = Run(options, BareVariables());
-    EXPECT_EQ(result.status, 1) << result.output;
-    EXPECT_TRUE(Holds(result.output, "--build wants the name of an instrument")) << result.output;
+    EXPECT_EQ(result.status, 2) << result.output;
+    EXPECT_TRUE(Holds(result.output, "quorex-host: unknown ")) << result.output;
     EXPECT_FALSE(fs::exists(Demo()));
   }
 }
@@ -173,6 +180,43 @@ TEST_F(RunScriptTest, FoldersBesideWithoutTheMarkerAreNeitherUsedNorDeleted) {
     EXPECT_FALSE(fs::exists(Demo()));
     fs::remove_all(Demo() + beside);
   }
+}
+
+TEST_F(RunScriptTest, FreshAsksAtATerminalAndWantsAWordWhereNobodyCanAnswer) {
+  ASSERT_EQ(Demonstrate({}).status, 0);
+  const long logs = Logs();
+  const std::string question =
+      "Throw away the demonstration in " + Demo() + " with its " + std::to_string(logs) + " logs";
+
+  const auto nobody = Demonstrate({"--fresh"});
+  EXPECT_EQ(nobody.status, 1) << nobody.output;
+  EXPECT_TRUE(Holds(nobody.output, "--yes agrees to that")) << nobody.output;
+  const auto no = DemonstrateAtATerminal("--fresh", "no");
+  EXPECT_EQ(no.status, 1) << no.output;
+  EXPECT_TRUE(Holds(no.output, question + "?")) << no.output;
+  EXPECT_EQ(Logs(), logs);
+
+  const auto yes = DemonstrateAtATerminal("--fresh", "yes");
+  EXPECT_EQ(yes.status, 0) << yes.output;
+  EXPECT_TRUE(Holds(yes.output, "Making the demonstration workstation")) << yes.output;
+  EXPECT_EQ(Logs(), logs) << "made anew, and one automatic record";
+  const auto agreed = Demonstrate({"--fresh", "--yes"});
+  EXPECT_EQ(agreed.status, 0) << agreed.output;
+  EXPECT_FALSE(Holds(agreed.output, "Throw away")) << agreed.output;
+  EXPECT_EQ(Logs(), logs);
+}
+
+TEST_F(RunScriptTest, DemonstrationLiesInTheUsersFolderForData) {
+  Environment variables = BareVariables();
+  variables["LOGBOOK_DEMO"] = std::nullopt;
+  variables["XDG_DATA_HOME"] = desktop().Folder() + "/data";
+  const auto result =
+      RunCommand({QUOREX_HOST_PROGRAM, "demo", "--manual", SOURCE_FOLDER "/docs/manual"}, variables,
+                 desktop().NewFile("demo"));
+  EXPECT_EQ(result.status, 0) << result.output;
+  EXPECT_TRUE(fs::is_directory(desktop().Folder() +
+                               "/data/quorex-logbook-demonstration/drives/c/QUOREX/inst1/maintain"))
+      << result.output;
 }
 
 TEST_F(RunScriptTest, UnknownOptionAndHelp) {

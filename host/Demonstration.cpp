@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "host/Demonstration.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string_view>
+
+#include "base/Machine.h"
+#include "host/Calendar.h"
+#include "host/Disk.h"
+#include "host/History.h"
+#include "host/Session.h"
+#include "host/Workstation.h"
+
+namespace fs = std::filesystem;
+
+namespace logbook::host {
+namespace {
+
+constexpr const char* kMark = ".logbook-demonstration";
+constexpr int kPastLogs = 12;
+constexpr std::string_view kFolderAddress = "Url=file:///S:/";
+constexpr std::array kPrograms = {"logbook", "ecm-agent"};
+
+std::string TextOf(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void PutText(const fs::path& path, std::string_view text, std::ios::openmode mode = {}) {
+  std::ofstream file(path, std::ios::binary | std::ios::out | mode);
+  file << text << std::flush;
+  if (!file) throw std::runtime_error("cannot write " + path.string());
+}
+
+bool IsDemonstration(const fs::path& folder) {
+  return fs::exists(folder / kMark);
+}
+
+void RequireOurs(const fs::path& folder) {
+  if (IsDemonstration(folder) || !fs::exists(folder)) return;
+  if (fs::is_directory(folder) && fs::is_empty(folder)) return;
+  throw std::runtime_error(folder.string() +
+                           " is not a demonstration workstation; move it away or set LOGBOOK_DEMO");
+}
+
+// No paper: what is printed becomes a PDF file. The hive ends with the key of the workstation.
+void MakeWhole(const fs::path& folder, const InstrumentBuild& build, const std::string& manual) {
+  fs::create_directories(folder);
+  PutText(folder / kMark,
+          "A demonstration of the maintenance logbook; --fresh deletes this folder.\n");
+  const Instrument instrument{build, 1};
+  MakeWorkstation(folder.string(), {std::nullopt, instrument});
+  const Workstation workstation = OpenWorkstation(folder.string());
+  InstallManual(workstation, manual);
+  MakeHistory(workstation, {instrument, kPastLogs, Now(), {}, 0});
+  PutText(folder / "machine.reg", "\"DefaultPrinter\"=\"PDF\"\r\n", std::ios::app);
+}
+
+// A program that runs keeps its old file; the name gets a new one.
+void CopyProgram(const fs::path& from, const fs::path& to) {
+  if (fs::exists(to) && fs::file_size(from) == fs::file_size(to) && TextOf(from) == TextOf(to))
+    return;
+  fs::remove(to);
+  fs::copy_file(from, to);
+}
+
+}  // namespace
+
+std::string DefaultDemonstrationFolder() {
+  const char* named = std::getenv("LOGBOOK_DEMO");
+  if (named != nullptr && *named != '\0') return named;
+  return UserDataFolder() + "/quorex-logbook-demonstration";
+}
+
+Demonstration::Demonstration(const std::string& folder)
+    : folder_(fs::absolute(folder).lexically_normal()) {
+  if (!folder_.has_filename()) folder_ = folder_.parent_path();
+}
+
+fs::path Demonstration::Beside(const char* ending) const {
+  return folder_.string() + ending;
+}
+
+bool Demonstration::Exists() const {
+  return IsDemonstration(folder_);
+}
+
+int Demonstration::LogCount() const {
+  const Workstation workstation = OpenWorkstation(Home());
+  return LogCountIn(workstation.machine, workstation.inst_path + "maintain");
+}
+
+void Demonstration::Mend() const {
+  const fs::path fresh = Beside(".new"), old = Beside(".old");
+  if (!fs::exists(folder_) && IsDemonstration(old)) fs::rename(old, folder_);
+  for (const fs::path& each : {folder_, fresh, old}) RequireOurs(each);
+  fs::remove_all(fresh);
+  fs::remove_all(old);
+}
+
+void Demonstration::Make(const InstrumentBuild& build, const std::string& manual) const {
+  const fs::path fresh = Beside(".new"), old = Beside(".old");
+  try {
+    MakeWhole(fresh, build, manual);
+  } catch (const std::exception&) {
+    std::error_code ignored;
+    fs::remove_all(fresh, ignored);
+    throw;
+  }
+  if (fs::exists(folder_)) fs::rename(folder_, old);
+  fs::rename(fresh, folder_);
+  fs::remove_all(old);
+}
+
+void Demonstration::Equip(const std::string& programs, const std::string& manual) const {
+  const fs::path application = Application();
+  for (const char* program : kPrograms)
+    CopyProgram(fs::path(programs) / program, application / program);
+  const fs::path book = application / "manual";
+  if (!fs::exists(book)) {
+    fs::remove(book);
+    fs::create_directory_symlink(fs::canonical(manual), book);
+  }
+  fs::create_directories(ContentServer());
+  const fs::path drive = folder_ / "drives/s";
+  if (!fs::exists(fs::symlink_status(drive)))
+    fs::create_directory_symlink("../content-server", drive);
+  const fs::path settings = application / "arecm.cfg";
+  if (!fs::exists(settings)) {
+    PutText(settings, "[Content Server]\r\n" + std::string(kFolderAddress) + "\r\n");
+  }
+}
+
+bool Demonstration::IsTiedToFolder() const {
+  const std::string text = "\n" + TextOf(fs::path(Application()) / "arecm.cfg");
+  return text.find("\n" + std::string(kFolderAddress)) != std::string::npos;
+}
+
+}  // namespace logbook::host

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// What the user's session offers to a program that is started in it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace logbook::host {
+
+// The user's folder for data: $XDG_DATA_HOME if it is absolute, else ~/.local/share.
+std::string UserDataFolder();
+
+bool HasDisplay();
+bool HasSessionBus();
+
+// Whether somebody at a terminal can be asked.
+bool CanAsk();
+
+// Becomes this program with these arguments again, inside a session bus that ends with it. Returns
+// only if that fails.
+void RestartInOwnBus(const std::vector<std::string>& arguments);
+
+}  // namespace logbook::host
