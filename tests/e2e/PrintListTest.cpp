@@ -8,8 +8,11 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 
+#include "CellWatch.h"
 #include "PrintShop.h"
 #include "PrintedPages.h"
 #include "support/PrivateCups.h"
@@ -185,6 +188,25 @@ class PrintOnQueueTest : public PrintShop {
  private:
   std::unique_ptr<test::PrivateCups> cups_;
 };
+
+TEST_F(PrintOnQueueTest, LibrariesOfThePrintSystemAndOfArchivesWaitUntilTheyAreNeeded) {
+  CellWatch cell(desktop());
+  work().PutPlainLogs(1);
+  Start();
+  Row("26010100");
+  const auto loaded = [&](const std::string& library) {
+    std::ifstream in("/proc/" + std::to_string(cell.Owner()) + "/maps");
+    const std::string maps{std::istreambuf_iterator<char>(in), {}};
+    EXPECT_THAT(maps, testing::HasSubstr("/libQt6Widgets.so"));
+    return maps.find("/" + library + ".so") != std::string::npos;
+  };
+  EXPECT_FALSE(loaded("libcups"));
+  EXPECT_FALSE(loaded("libzip"));
+  main().Press(Button::kPrint);
+  WaitForPaper();
+  EXPECT_TRUE(loaded("libcups"));
+  EXPECT_FALSE(loaded("libzip"));
+}
 
 TEST_F(PrintOnQueueTest, ListGoesToTheDefaultQueueAndLeavesNoImage) {
   work().RunHost({"fill", "--logs", "5", "--until", "2026-06-30"});

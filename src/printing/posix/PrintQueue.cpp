@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "base/RunTimeError.h"
+#include "printing/posix/CupsLibrary.h"
 
 namespace logbook {
 
@@ -28,11 +29,12 @@ bool Answers() {
 
 // True if a scheduler that does not answer now has answered once, or ought to.
 bool IsExpected() {
-  const std::string server = cupsServer();
+  const char* const variable = std::getenv("CUPS_SERVER");
+  const std::string named = variable == nullptr ? "" : variable;
+  const std::string server = posix::CupsLibraryIsThere() ? cupsServer() : named;
   std::error_code ignored;
   if (server.starts_with('/')) return fs::exists(fs::path(server).parent_path(), ignored);
-  const char* const named = std::getenv("CUPS_SERVER");
-  if (server != "localhost" || (named != nullptr && *named != '\0')) return true;
+  if (!named.empty() || (!server.empty() && server != "localhost")) return true;
   return fs::exists("/run/cups", ignored) || fs::exists("/etc/cups/printers.conf", ignored);
 }
 
@@ -50,11 +52,12 @@ RunTimeError LastError() {
 }  // namespace
 
 PrintSystem FindPrintSystem() {
-  if (Answers()) return PrintSystem::kRunning;
+  if (posix::CupsLibraryIsThere() && Answers()) return PrintSystem::kRunning;
   return IsExpected() ? PrintSystem::kStopped : PrintSystem::kNone;
 }
 
 void SubmitPrintJob(const std::string& queue, const std::string& title, std::string_view pdf) {
+  if (!posix::CupsLibraryIsThere()) throw RunTimeError(ErrorNumber::kPrinterError);
   const std::unique_ptr<cups_dest_t, FreeDestination> destination(
       cupsGetNamedDest(CUPS_HTTP_DEFAULT, queue.c_str(), nullptr));
   if (destination == nullptr) throw LastError();
