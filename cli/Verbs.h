@@ -32,4 +32,7 @@ void AddExport(Frame& frame);
 // "check": what is wrong with a folder of logs.
 void AddCheck(Frame& frame);
 
+// "diagnose [FILE]": what helps to understand a fault.
+void AddDiagnose(Frame& frame);
+
 }  // namespace logbook::cli

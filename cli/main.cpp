@@ -22,5 +22,6 @@ int main(int argc, char** argv) {
   AddDiff(frame);
   AddExport(frame);
   AddCheck(frame);
+  AddDiagnose(frame);
   return frame.Run(argc, argv);
 }
