@@ -9,6 +9,7 @@
 #include <ostream>
 #include <utility>
 
+#include "Completion.h"
 #include "base/RunTimeError.h"
 
 namespace logbook::cli {
@@ -65,6 +66,15 @@ Frame::Frame(std::ostream& out, std::ostream& err)
   app_.add_option("--code-page", code_page_,
                   "Code page of the files, such as 932 or 1252, instead of the machine's")
       ->check(CLI::Validator(CodePageFault, ""));
+  app_.add_option_function<std::string>(
+          "--completion",
+          [this](const std::string& shell) {
+            throw CLI::CallForVersion(CompletionScript(CompletionTable(app_), shell), 0);
+          },
+          "Print the script that completes this command line in a shell, and exit")
+      ->check(
+          CLI::IsMember(std::vector<std::string>(kCompletedShells.begin(), kCompletedShells.end())))
+      ->type_name("SHELL");
   app_.failure_message(
       [this](const CLI::App*, const CLI::Error& error) { return WordsForWrongUse(error); });
 }

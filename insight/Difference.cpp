@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "insight/RowNames.h"
 #include "insight/Upkeep.h"
 
 namespace logbook::insight {
@@ -25,7 +26,7 @@ bool Applies(const RowValue& value) {
 
 LogHead HeadOf(const LogReading& reading) {
   LogHead head{reading.Identity, reading.Automatic, {}, reading.Comment};
-  const std::vector<std::string> labels = UpkeepLabels();
+  const std::vector<std::string> labels = TickLabels();
   for (std::size_t i = 0; i < labels.size(); ++i) {
     if (reading.Ticks[i]) head.ticks.push_back(labels[i]);
   }

@@ -6,6 +6,7 @@
 #include "insight/Csv.h"
 #include "insight/Difference.h"
 #include "insight/LocalDate.h"
+#include "insight/RowNames.h"
 #include "insight/Upkeep.h"
 
 namespace logbook::insight {
@@ -30,7 +31,7 @@ std::string_view YesNo(bool value) {
 }  // namespace
 
 ExportRows::ExportRows(const Catalogues& catalogues)
-    : catalogues_(catalogues), ticks_(UpkeepLabels()) {
+    : catalogues_(catalogues), ticks_(insight::TickLabels()) {
   for (int place = 0; place < kAllRows; ++place) {
     infos_.push_back(DescribeRow(catalogues_, RowAtPlace(place)));
   }

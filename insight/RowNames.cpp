@@ -145,15 +145,21 @@ std::string TickLabel(int item) {
   return std::string(LoadResString(kFirstTickLabel + item));
 }
 
+std::vector<std::string> TickLabels() {
+  std::vector<std::string> labels;
+  for (int item = 0; item < kItemHeaderCount; ++item) labels.push_back(TickLabel(item));
+  return labels;
+}
+
 TickSearch FindTick(std::string_view name) {
   const std::optional<int> number = WholeNumber(name);
   if (number && *number >= 0 && *number < kItemHeaderCount) return {*number, {}, {}};
-  std::vector<std::string> labels;
+  std::vector<std::string> labels = TickLabels();
   std::vector<int> beginning;
   for (int item = 0; item < kItemHeaderCount; ++item) {
-    labels.push_back(TickLabel(item));
-    if (EqualIgnoringCase(labels.back(), name)) return {item, {}, {}};
-    if (UpperCaseText(labels.back()).starts_with(UpperCaseText(name))) beginning.push_back(item);
+    const std::string& label = labels[static_cast<std::size_t>(item)];
+    if (EqualIgnoringCase(label, name)) return {item, {}, {}};
+    if (UpperCaseText(label).starts_with(UpperCaseText(name))) beginning.push_back(item);
   }
   if (beginning.size() == 1) return {beginning[0], {}, {}};
   const std::string quoted = "\"" + std::string(name) + "\"";

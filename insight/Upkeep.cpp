@@ -3,12 +3,10 @@
 
 #include "insight/Upkeep.h"
 
-#include "resources/Resources.h"
+#include "insight/RowNames.h"
 
 namespace logbook::insight {
 namespace {
-
-constexpr int kFirstLabel = 179;
 
 // Walks the records and hands each confirmed one over with its certain ticks.
 template <typename Use>
@@ -40,14 +38,6 @@ void Reckon(DueItem& item, const Intervals& intervals, TickKind from, LocalDay t
 
 }  // namespace
 
-std::vector<std::string> UpkeepLabels() {
-  std::vector<std::string> labels;
-  for (int item = 0; item < kItemHeaderCount; ++item) {
-    labels.emplace_back(LoadResString(kFirstLabel + item));
-  }
-  return labels;
-}
-
 std::vector<Ticks> CertainTicks(std::span<const UpkeepRecord> records) {
   std::vector<Ticks> certain;
   Ticks before{};  // what the next record may have been handed over
@@ -68,7 +58,7 @@ std::vector<Ticks> CertainTicks(std::span<const UpkeepRecord> records) {
 
 std::vector<MaintenanceMark> MarksOf(std::span<const UpkeepRecord> records, TickKind which,
                                      const Ticks& items) {
-  const std::vector<std::string> labels = UpkeepLabels();
+  const std::vector<std::string> labels = TickLabels();
   std::vector<MaintenanceMark> marks;
   WalkConfirmed(records, [&](const UpkeepRecord& record, const Ticks& certain) {
     const Ticks& ticks = which == TickKind::kCertain ? certain : record.ticks;
@@ -102,7 +92,7 @@ std::string_view StateText(DueItem::State state) {
 std::vector<DueItem> ReckonDue(std::span<const UpkeepRecord> records, const Intervals& intervals,
                                TickKind from, LocalDay today) {
   std::vector<DueItem> items;
-  for (const std::string& label : UpkeepLabels()) {
+  for (const std::string& label : TickLabels()) {
     items.push_back({.item = static_cast<int>(items.size()), .label = label});
   }
   WalkConfirmed(records, [&](const UpkeepRecord& record, const Ticks& certain) {

@@ -37,9 +37,6 @@ struct UpkeepRecord {
   Ticks ticks{};
 };
 
-// The labels of the 18 items, from the string table.
-std::vector<std::string> UpkeepLabels();
-
 // For each record the ticks that are certain; the others that it bears are claimed. The records
 // must ascend by time. The ticks of the first record have none before them and are certain. Behind
 // a record whose ticks are unknown only those ticks are certain that no record before could have

@@ -3,6 +3,7 @@
 
 #include <charconv>
 
+#include "insight/RowNames.h"
 #include "insight/SettingsText.h"
 #include "insight/Upkeep.h"
 
@@ -51,7 +52,7 @@ int FindItem(std::string_view name, const std::vector<std::string>& labels) {
 }
 
 void TakeItem(std::string_view file, const SettingsEntry& entry, Intervals& intervals) {
-  const int item = FindItem(entry.key, UpkeepLabels());
+  const int item = FindItem(entry.key, TickLabels());
   if (item < 0) throw SettingsError(file, entry.line, "there is no item \"" + entry.key + "\"");
   std::optional<Interval>& place = intervals.items[static_cast<std::size_t>(item)];
   if (place) throw SettingsError(file, entry.line, "the item has an interval already");

@@ -13,6 +13,7 @@
 
 #include "GoldenText.h"
 #include "SampleTrends.h"
+#include "insight/RowNames.h"
 #include "support/RunProgram.h"
 #include "support/TestMachine.h"
 
@@ -29,7 +30,7 @@ const std::chrono::sys_seconds kSecond{std::chrono::seconds(1769947200)};  // 20
 
 // An item done on a day and due an interval later.
 DueItem Item(int item, std::string_view done, std::string_view interval) {
-  DueItem result{.item = item, .label = UpkeepLabels().at(static_cast<std::size_t>(item))};
+  DueItem result{.item = item, .label = TickLabels().at(static_cast<std::size_t>(item))};
   result.certain = TickDate{Noon(done), "26010100"};
   result.claimed = result.certain;
   result.interval = ParseInterval(interval);
@@ -38,7 +39,7 @@ DueItem Item(int item, std::string_view done, std::string_view interval) {
 }
 
 DueItem WithoutDay(int item) {
-  return {.item = item, .label = UpkeepLabels().at(static_cast<std::size_t>(item))};
+  return {.item = item, .label = TickLabels().at(static_cast<std::size_t>(item))};
 }
 
 // The Python that runs the independent reader; empty if there is none.

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
+#include "insight/RowNames.h"
 #include "insight/Upkeep.h"
 
 #include <gtest/gtest.h>
@@ -206,7 +207,7 @@ TEST(Upkeep, MarksAreTheCertainTicksOfTheChosenItems) {
 }
 
 TEST(Upkeep, TheItemsHaveTheLabelsOfTheEditor) {
-  const std::vector<std::string> labels = UpkeepLabels();
+  const std::vector<std::string> labels = TickLabels();
   ASSERT_EQ(labels.size(), 18U);
   EXPECT_EQ(labels.front(), "Check Drain Vessel");
   EXPECT_EQ(labels[12], "Check Rotary Pump Oil");
