@@ -65,6 +65,23 @@ TEST_F(ArchiveTest, AddingKeepsWhatTheFileHeld) {
   EXPECT_EQ(Names(), "one/\none/a.txt\ntwo/\ntwo/b.txt\n");
 }
 
+TEST_F(ArchiveTest, AnEntryThatStandsInTheArchiveTwiceIsReplacedAsOne) {
+  disk.Put("C:\\one\\a.txt", "new");
+  disk.Put("C:\\make.py",
+           "import sys, warnings, zipfile\n"
+           "warnings.simplefilter('ignore')\n"
+           "z = zipfile.ZipFile(sys.argv[1], 'w')\n"
+           "z.writestr('one/a.txt', 'old')\n"
+           "z.writestr('one/a.txt', 'older')\n"
+           "z.writestr('two/a.txt', 'kept')\n"
+           "z.close()\n");
+  const std::string zip = Quoted(disk.Native("C:\\out.zip"));
+  ASSERT_EQ(RunProgram("python3 " + Quoted(disk.Native("C:\\make.py")) + " " + zip).status, 0);
+  EXPECT_EQ(Zip("C:\\one"), 0);
+  EXPECT_EQ(Names(), "one/a.txt\ntwo/a.txt\none/\n");
+  EXPECT_EQ(RunProgram("unzip -p " + zip + " one/a.txt").output, "new");
+}
+
 TEST_F(ArchiveTest, AddingAFolderAgainReplacesItsEntriesAndKeepsTheOthers) {
   disk.Put("C:\\one\\a.txt", "old text that is longer than the new one");
   disk.Put("C:\\one\\keep.txt", "keep");

@@ -102,6 +102,7 @@ struct ZipWriter::State {
   OpenArchive Open();
   void Add(const std::string& source, bool recurse);
   void TellOfProgress(zip_t* archive);
+  void CheckResult();
   void Rename();
   void Drop();
 };
@@ -179,8 +180,19 @@ void ZipWriter::State::Drop() {
   target.clear();
 }
 
+// An addition to a damaged archive may give a file that nobody can open.
+void ZipWriter::State::CheckResult() {
+  try {
+    if (!in_parts) Open();
+  } catch (const ZipFailure&) {
+    Drop();
+    throw;
+  }
+}
+
 void ZipWriter::State::Rename() {
   if (!has_content) return Drop();
+  CheckResult();
   if (!store->JoinParts() || fdatasync(store->Descriptor()) != 0 ||
       std::rename(working.c_str(), target.c_str()) != 0) {
     const int error = errno;

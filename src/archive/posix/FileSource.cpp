@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "archive/posix/ZipCommands.h"
+
 namespace logbook {
 
 namespace {
@@ -66,9 +68,8 @@ zip_int64_t Command(void* object, void* data, zip_uint64_t length, zip_source_cm
       delete source;
       return 0;
     case ZIP_SOURCE_SUPPORTS:
-      return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE,
-                                            ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE,
-                                            ZIP_SOURCE_SUPPORTS, -1);
+      return ZipCommands({ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT,
+                          ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, ZIP_SOURCE_SUPPORTS});
     default:
       zip_error_set(&source->error, ZIP_ER_OPNOTSUPP, 0);
       return -1;

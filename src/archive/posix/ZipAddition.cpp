@@ -124,7 +124,8 @@ void ZipAddition::AddFolderEntry(const std::string& name, const struct stat& sta
 }
 
 void ZipAddition::AddFile(const SourceTree::Child& file, const std::string& name) {
-  if (zip_name_locate(archive_, name.c_str(), ZIP_FL_ENC_UTF_8) >= 0) store_.ExpectReplacing();
+  const bool replaces = zip_name_locate(archive_, name.c_str(), ZIP_FL_ENC_UTF_8) >= 0;
+  if (replaces) store_.ExpectReplacing();
   zip_source_t* source = MakeFileSource(archive_, tree_, file);
   if (source == nullptr) FailWithLibrary(zip_get_error(archive_));
   const zip_int64_t index =
@@ -134,9 +135,20 @@ void ZipAddition::AddFile(const SourceTree::Child& file, const std::string& name
     FailWithLibrary(zip_get_error(archive_));
   }
   const auto place = static_cast<zip_uint64_t>(index);
+  if (replaces) DropOthers(name, place);
   if (zip_set_file_compression(archive_, place, ZIP_CM_DEFLATE, kDeflateLevel) != 0)
     FailWithLibrary(zip_get_error(archive_));
   Describe(place, file.status);
+}
+
+// An archive of another program may hold a name several times, and readers take the last one.
+void ZipAddition::DropOthers(const std::string& name, zip_uint64_t kept) {
+  const auto count = static_cast<zip_uint64_t>(zip_get_num_entries(archive_, 0));
+  for (zip_uint64_t index = 0; index < count; ++index) {
+    const char* const other = index == kept ? nullptr : zip_get_name(archive_, index, 0);
+    if (other != nullptr && other == name && zip_delete(archive_, index) != 0)
+      FailWithLibrary(zip_get_error(archive_));
+  }
 }
 
 // The field holds 32 bits with a sign; a time beyond them stands in local time alone.

@@ -57,6 +57,7 @@ class ZipAddition {
   bool IsZipFileItself(const struct stat& status) const;
   void AddFolderEntry(const std::string& name, const struct stat& status);
   void AddFile(const SourceTree::Child& file, const std::string& name);
+  void DropOthers(const std::string& name, zip_uint64_t kept);
   bool SetExactTime(zip_uint64_t index, std::time_t time);
   void Describe(zip_uint64_t index, const struct stat& status);
 

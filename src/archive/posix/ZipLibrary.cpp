@@ -6,8 +6,6 @@
 
 #include <zip.h>
 
-#include <cstdarg>
-
 #include "base/posix/LateLibrary.h"
 
 namespace {
@@ -18,18 +16,6 @@ logbook::posix::LateLibrary& Zip() {
 }
 
 }  // namespace
-
-// A macro of the header does this for one command; the list of them ends with -1.
-extern "C" zip_int64_t zip_source_make_command_bitmap(zip_source_cmd_t first, ...) {
-  zip_int64_t bitmap = ZIP_SOURCE_MAKE_COMMAND_BITMASK(first);
-  va_list commands;
-  va_start(commands, first);
-  for (int command = va_arg(commands, int); command >= 0; command = va_arg(commands, int)) {
-    bitmap |= ZIP_SOURCE_MAKE_COMMAND_BITMASK(command);
-  }
-  va_end(commands);
-  return bitmap;
-}
 
 // clang-format off
 #define LATE(result, name, parameters, arguments) \
@@ -46,6 +32,10 @@ LATE(zip_int64_t, zip_name_locate, (zip_t* zip, const char* name, zip_flags_t fl
      (zip, name, flags))
 LATE(zip_t*, zip_open_from_source, (zip_source_t* source, int flags, zip_error_t* error),
      (source, flags, error))
+LATE(zip_int64_t, zip_get_num_entries, (zip_t* zip, zip_flags_t flags), (zip, flags))
+LATE(const char*, zip_get_name, (zip_t* zip, zip_uint64_t index, zip_flags_t flags),
+     (zip, index, flags))
+LATE(int, zip_delete, (zip_t* zip, zip_uint64_t index), (zip, index))
 LATE(int, zip_register_progress_callback_with_state,
      (zip_t* zip, double precision, zip_progress_callback callback, void (*end)(void*),
       void* state),

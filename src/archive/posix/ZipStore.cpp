@@ -13,6 +13,7 @@
 #include <cstring>
 #include <utility>
 
+#include "archive/posix/ZipCommands.h"
 #include "archive/posix/ZipDirectory.h"
 #include "base/posix/LockedFile.h"
 
@@ -21,6 +22,12 @@ namespace logbook {
 namespace {
 
 constexpr std::size_t kBuffer = 64 * 1024;
+
+constexpr zip_int64_t kCommands = ZipCommands(
+    {ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR,
+     ZIP_SOURCE_FREE, ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL, ZIP_SOURCE_SUPPORTS, ZIP_SOURCE_BEGIN_WRITE,
+     ZIP_SOURCE_BEGIN_WRITE_CLONING, ZIP_SOURCE_COMMIT_WRITE, ZIP_SOURCE_ROLLBACK_WRITE,
+     ZIP_SOURCE_SEEK_WRITE, ZIP_SOURCE_TELL_WRITE, ZIP_SOURCE_REMOVE, ZIP_SOURCE_WRITE});
 
 // pwrite until all is written; false with errno set.
 bool WriteAll(int descriptor, const char* data, std::uint64_t length, std::uint64_t position) {
@@ -145,12 +152,7 @@ zip_int64_t ZipStore::Run(void* data, zip_uint64_t length, zip_source_cmd_t comm
     case ZIP_SOURCE_REMOVE:
       return ftruncate(file_.Number(), static_cast<off_t>(base_)) == 0 ? 0 : Fail(ZIP_ER_REMOVE);
     case ZIP_SOURCE_SUPPORTS:
-      return zip_source_make_command_bitmap(
-          ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR,
-          ZIP_SOURCE_FREE, ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL, ZIP_SOURCE_SUPPORTS,
-          ZIP_SOURCE_BEGIN_WRITE, ZIP_SOURCE_BEGIN_WRITE_CLONING, ZIP_SOURCE_COMMIT_WRITE,
-          ZIP_SOURCE_ROLLBACK_WRITE, ZIP_SOURCE_SEEK_WRITE, ZIP_SOURCE_TELL_WRITE,
-          ZIP_SOURCE_REMOVE, ZIP_SOURCE_WRITE, -1);
+      return kCommands;
     default:
       zip_error_set(&error_, ZIP_ER_OPNOTSUPP, 0);
       return -1;
