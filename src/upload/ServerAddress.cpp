@@ -105,8 +105,10 @@ void CheckAddress(const std::string& url) {
     throw DeliveryError(DeliveryError::Reach::kWholeServer,
                         "The address " + AddressForTheEye(url) + what);
   };
-  if (scheme == "file") return;
-  if (scheme != "http" && scheme != "https") fail(" is neither http:, https: nor file:.");
+  const bool has_scheme = url.find(':') != kNone;
+  if (has_scheme && scheme == "file") return;
+  if (!has_scheme || (scheme != "http" && scheme != "https"))
+    fail(" is neither http:, https: nor file:.");
   if (url.find_first_of("?#") != kNone)
     fail(" goes on with a ? or #; set Url to the folder alone, with %3F and %23 for such signs.");
 }

@@ -88,7 +88,8 @@ TEST(ServerAddress, ThisMachineMayBeNamedInAFileAddressAndNoOther) {
 TEST(ServerAddress, AnAddressThatNoFolderHasIsRefusedInWords) {
   EXPECT_EQ(RefusalOf("ftp://u:p@server/"),
             "The address ftp://server/ is neither http:, https: nor file:.");
-  EXPECT_EQ(RefusalOf("server"), "The address server is neither http:, https: nor file:.");
+  for (const std::string url : {"server", "file", "http", "HTTPS"})
+    EXPECT_EQ(RefusalOf(url), "The address " + url + " is neither http:, https: nor file:.");
   for (const char* url : {"https://server/dav/?token=secret", "https://server/dav/#secret"}) {
     EXPECT_THAT(RefusalOf(url), HasSubstr("https://server/dav/ goes on with a ? or #; set Url to"));
     EXPECT_THAT(RefusalOf(url), testing::Not(HasSubstr("secret")));
