@@ -34,8 +34,8 @@ RowSearch FindRows(const Catalogues& catalogues, std::optional<Catalogue> which,
 // needs its catalogue.
 RowSearch FindRow(const Catalogues& catalogues, std::string_view text);
 
-// The label of a maintenance item (0 to 17) as the editor shows it, such as "Clean Cones"; and those
-// of all 18.
+// The label of a maintenance item (0 to 17) as the editor shows it, such as "Clean Cones"; and
+// those of all 18.
 std::string TickLabel(int item);
 std::vector<std::string> TickLabels();
 

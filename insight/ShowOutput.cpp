@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "insight/Csv.h"
 #include "insight/RowNames.h"
 #include "insight/TextTable.h"
 
@@ -37,26 +38,39 @@ std::string ReadingOf(const Catalogues& catalogues, const RowId& id, const RowVa
                  : "(" + std::string(NameOf(value.State)) + ")";
 }
 
-std::string HeadText(const LogReading& reading) {
-  std::string text = "Log:      " + reading.Identity.Folder +
-                     "\nRoot:     " + reading.Identity.Root +
-                     "\nDate:     " + reading.Identity.Date +
-                     (reading.Automatic ? "\nRecord:   automatic" : "") + "\nOptions: ";
+std::string OptionsText(const LogReading& reading) {
+  std::string text;
   for (const OptionName& each : kOptionNames) {
     const double option = reading.Options.*each.Option;
     if (option == 0) continue;
-    text += " " + std::string(each.Name) +
-            (option == 1 ? "" : "=" + Json(static_cast<int>(option)).dump());
+    text += (text.empty() ? "" : " ") + std::string(each.Name);
+    if (option != 1) text += "=" + ExactNumber(option);
   }
-  text += "\nTicks:   ";
-  for (const std::string& label : TicksOf(reading)) text += " " + label + ";";
-  if (text.ends_with(';')) text.pop_back();
-  text += "\nComment:  ";
+  return text.empty() ? "none" : text;
+}
+
+std::string TicksText(const LogReading& reading) {
+  std::string text;
+  for (const std::string& label : TicksOf(reading)) text += (text.empty() ? "" : "; ") + label;
+  return text.empty() ? "none" : text;
+}
+
+// A line of the comment below the other.
+std::string CommentText(const LogReading& reading) {
+  std::string text;
   for (const char byte : reading.Comment) {
     text += byte;
     if (byte == '\n') text += "          ";
   }
-  text += "\n";
+  return text.empty() ? "none" : text;
+}
+
+std::string HeadText(const LogReading& reading) {
+  std::string text =
+      "Log:      " + reading.Identity.Folder + "\nRoot:     " + reading.Identity.Root +
+      "\nDate:     " + reading.Identity.Date + (reading.Automatic ? "\nRecord:   automatic" : "") +
+      "\nOptions:  " + OptionsText(reading) + "\nTicks:    " + TicksText(reading) +
+      "\nComment:  " + CommentText(reading) + "\n";
   for (const std::string& name : reading.RefusedFiles) {
     text += "Cannot be opened: " + name + "\n";
   }

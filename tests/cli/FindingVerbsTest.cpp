@@ -120,5 +120,16 @@ TEST_F(FindingVerbs, ShowPrintsARowOrTheWholeLog) {
   EXPECT_EQ(Run("show 00000000" + root).status, 1);
 }
 
+TEST_F(FindingVerbs, ShowTellsOptionsAsTheyAreAndWhatThereIsNone) {
+  logs_.disk().Put(RandomLogs::PathOf(folders_[0], "logfile.ini"),
+                   "[LogFile]\r\nDate=01/05/2024 08:00:00\r\n[OPTION]\r\nLENS=1\r\nAFC=2.5\r\n");
+  fs::remove(logs_.NativeRoot() + "/" + folders_[0] + "/comment.txt");
+  const std::string root = " --log-root " + Quoted(logs_.NativeRoot());
+  const Outcome text = Run("show " + folders_[0] + " meter:0" + root);
+  EXPECT_NE(text.out.find("\nOptions:  LENS AFC=2.5\nTicks:    none\nComment:  none\n"),
+            std::string::npos)
+      << text.out;
+}
+
 }  // namespace
 }  // namespace logbook
