@@ -21,11 +21,11 @@ int QtEventDelivery::Deliver() {
     QTimer alarm;
     alarm.setSingleShot(true);
     alarm.setTimerType(Qt::PreciseTimer);
-    alarm.start(kLongestSleep);
+    alarm.start(longest_sleep_);
     dispatcher->processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
   }
   const std::chrono::nanoseconds taken = std::min<std::chrono::nanoseconds>(
-      std::chrono::nanoseconds(elapsed.nsecsElapsed()), kLongestSleep);
+      std::chrono::nanoseconds(elapsed.nsecsElapsed()), longest_sleep_);
   return std::max(1, static_cast<int>(taken / kPoll));
 }
 

@@ -18,9 +18,12 @@ class QtEventDelivery : public EventDelivery {
   static constexpr std::chrono::milliseconds kLongestSleep{250};
   static constexpr std::chrono::microseconds kPoll{10};
 
+  explicit QtEventDelivery(std::chrono::milliseconds longest_sleep = kLongestSleep)
+      : longest_sleep_(longest_sleep) {}
+
   // Delivers what is pending; if nothing is, sleeps in the event loop until an event comes. The
-  // result is the time it took, kLongestSleep at most, in polls: a modal window that a delivered
-  // event opened does not count. May be entered again from an event that it delivers.
+  // result is the time it took, the longest sleep at most, in polls: a modal window that a
+  // delivered event opened does not count. May be entered again from an event that it delivers.
   int Deliver() override;
 
   void BeginWork() override;
@@ -32,6 +35,7 @@ class QtEventDelivery : public EventDelivery {
   static constexpr std::chrono::milliseconds kPaintPause{100};
 
  private:
+  const std::chrono::milliseconds longest_sleep_;
   std::chrono::steady_clock::time_point next_paint_;
 };
 

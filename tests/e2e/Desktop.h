@@ -51,6 +51,8 @@ class Desktop {
   // What a program needs to appear on this desktop.
   const Environment& Variables() const { return variables_; }
   const std::string& BusAddress() const { return bus_address_; }
+  // The processes whose answers a program on this desktop waits for: display and bus.
+  std::vector<int> Servers() const { return {display_->Id(), bus_->Id()}; }
   // Native path of the temporary folder, removed with the object.
   const std::string& Folder() const { return folder_; }
   // A file name of its own in the temporary folder, for instance for a program's output.

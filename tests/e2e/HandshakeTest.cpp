@@ -4,12 +4,9 @@
 // The handshake with hosts of all kinds: one played by common bus tools that nobody here wrote,
 // and one that keeps the logbook waiting. How long the logbook takes is measured by bench_wait.
 
-#include <unistd.h>
-
+#include <chrono>
 #include <cstdio>
 #include <fstream>
-#include <iterator>
-#include <sstream>
 
 #include "CellWatch.h"
 #include "Pages.h"
@@ -135,18 +132,6 @@ TEST_F(HandshakeTest, ToolsReadCellAndItems) {
             "s \"C:\\\\QUOREX\\\\inst1\\\\\"\n");
 }
 
-// Processor time that a process and its threads have used, in clock ticks.
-long TicksOf(int process) {
-  std::ifstream in("/proc/" + std::to_string(process) + "/stat");
-  std::string text{std::istreambuf_iterator<char>(in), {}};
-  std::istringstream fields(text.substr(text.rfind(')') + 2));
-  std::string skipped;
-  for (int i = 3; i < 14; ++i) fields >> skipped;
-  long user = 0, system = 0;
-  fields >> user >> system;
-  return user + system;
-}
-
 // How often the main thread of a process has gone to sleep of its own accord.
 long SleepsOf(int process) {
   std::ifstream in("/proc/" + std::to_string(process) + "/status");
@@ -157,14 +142,22 @@ long SleepsOf(int process) {
   return sleeps;
 }
 
-// A wait that spins never goes to sleep, or uses the time between two sleeps. Others' load changes
-// neither, so that no clock is asked.
+// A wait that spins never goes to sleep, and one that polls wakes up hundreds of times. Others'
+// load only makes sleeps longer and fewer.
 void ExpectToSleep(int process, const std::string& when) {
-  constexpr long kSleeps = 8;
-  const long most_ticks = kSleeps * sysconf(_SC_CLK_TCK) / 200;  // 5 ms from sleep to sleep
-  const long sleeps = SleepsOf(process), ticks = TicksOf(process);
-  WaitFor("the logbook to sleep " + when, [&] { return SleepsOf(process) >= sleeps + kSleeps; });
-  EXPECT_LE(TicksOf(process) - ticks, most_ticks) << when;
+  constexpr std::chrono::milliseconds kWatched{2000}, kLongestSleep{250};
+  constexpr long kEvents = 60;  // of the windows and the bus, which end sleeps too
+  const auto begin = std::chrono::steady_clock::now();
+  const long before = SleepsOf(process);
+  long sleeps = 0;
+  auto watched = kWatched - kWatched;
+  WaitFor("the logbook to sleep " + when, [&] {
+    sleeps = SleepsOf(process) - before;
+    watched = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now() - begin);
+    return watched >= kWatched && sleeps >= kWatched / kLongestSleep;
+  });
+  EXPECT_LE(sleeps, watched / kLongestSleep + kEvents) << when;
 }
 
 TEST_F(HandshakeTest, WaitingForABusyHostSleeps) {

@@ -61,7 +61,7 @@ class PlacementTest : public WholeProgram {
       return outer != Place() && outer == desktop().Middle(outer);
     };
     try {
-      WaitFor("the middle", is_in_the_middle, std::chrono::seconds(10));
+      WaitFor("the middle", is_in_the_middle);
     } catch (const TimeOut&) {
       const Place middle = desktop().Middle(outer);
       FAIL() << what << " stands at " << outer.x << ", " << outer.y << " and not at " << middle.x
@@ -77,14 +77,20 @@ class PlacementTest : public WholeProgram {
   };
   Known Know() const { return {server_->FirstLevel(), server_->Managed()}; }
 
-  // Holds the program for a while from the moment when this is true.
-  void HoldFrom(const std::function<bool()>& moment) {
+  // How long the program is held at an opening: 0.2 to 0.6 s, spread over the openings.
+  static std::chrono::milliseconds HoldOf(int opening) {
+    constexpr int kShortest = 200, kSpread = 401, kStep = 41;
+    return std::chrono::milliseconds(kShortest + opening * kStep % kSpread);
+  }
+
+  // Holds the program so long from the moment when this is true.
+  void HoldFrom(std::chrono::milliseconds hold, const std::function<bool()>& moment) {
     const auto end = std::chrono::steady_clock::now() + kLimit;
     while (!moment()) {
       if (std::chrono::steady_clock::now() > end) throw TimeOut("a window to hold the program at");
     }
     logbook_->Signal(SIGSTOP);
-    NeverHolds([] { return false; }, std::chrono::milliseconds(200));
+    NeverHolds([] { return false; }, hold);
     logbook_->Signal(SIGCONT);
   }
 
@@ -97,17 +103,18 @@ class PlacementTest : public WholeProgram {
         return id != 0 && std::find(then.begin(), then.end(), id) == then.end();
       });
     };
+    const auto hold = HoldOf(opening);
     const auto later = std::chrono::steady_clock::now() +
                        std::chrono::milliseconds(opening / kMoments * kStep % kLongest);
     switch (opening % kMoments) {
       case 1:
-        return HoldFrom([&] { return is_new(server().FirstLevel(), before.first_level); });
+        return HoldFrom(hold, [&] { return is_new(server().FirstLevel(), before.first_level); });
       case 2:
-        return HoldFrom([&] { return is_new(server().Managed(), before.managed); });
+        return HoldFrom(hold, [&] { return is_new(server().Managed(), before.managed); });
       case 3:
-        return HoldFrom([&] { return is_new({server().Active()}, before.managed); });
+        return HoldFrom(hold, [&] { return is_new({server().Active()}, before.managed); });
       case 4:
-        return HoldFrom([&] { return std::chrono::steady_clock::now() >= later; });
+        return HoldFrom(hold, [&] { return std::chrono::steady_clock::now() >= later; });
       default:
         return;
     }

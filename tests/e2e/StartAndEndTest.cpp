@@ -105,15 +105,22 @@ std::chrono::milliseconds QueueingOf(int process) {
   return std::chrono::milliseconds(queueing / 1000000);
 }
 
-// Starts that end at once, and silently. What one takes is measured less what it queued for a
-// processor; others' load only ever adds to the rest, so that one start that is quick enough is
-// enough. A start that waits out its end is never below two seconds.
+std::chrono::milliseconds QueueingOf(const std::vector<int>& processes) {
+  std::chrono::milliseconds queueing{0};
+  for (const int process : processes) queueing += QueueingOf(process);
+  return queueing;
+}
+
+// Starts that end at once, and silently. What one takes is measured less what it, and the servers
+// that it asks, queued for a processor; others' load only ever adds to the rest, so that one start
+// that is quick enough is enough. A start that waits out its end is never below two seconds.
 void ExpectToEndWithinHalfASecond(Workplace& work, const Words& arguments) {
   using Clock = std::chrono::steady_clock;
   constexpr std::chrono::milliseconds kOwed{500};
   auto quickest = std::chrono::milliseconds::max();
   for (int start = 0; start < 10 && quickest >= kOwed; ++start) {
     std::chrono::milliseconds queueing{0};
+    const auto servers_before = QueueingOf(work.desktop().Servers());
     const auto begin = Clock::now();
     const auto logbook = work.StartLogbook(arguments);
     WaitFor("the end of the logbook", [&] {
@@ -123,7 +130,8 @@ void ExpectToEndWithinHalfASecond(Workplace& work, const Words& arguments) {
     const auto taken = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
     EXPECT_EQ(logbook->WaitForEnd(), 0);
     EXPECT_EQ(logbook->Output(), "");
-    quickest = std::min(quickest, taken - queueing);
+    const auto servers = QueueingOf(work.desktop().Servers()) - servers_before;
+    quickest = std::min(quickest, taken - queueing - servers);
   }
   std::printf("A start that ended at once took %d ms\n", static_cast<int>(quickest.count()));
   EXPECT_LT(quickest, kOwed);

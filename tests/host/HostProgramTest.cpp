@@ -89,7 +89,7 @@ class HostProgram : public ::testing::Test {
 
   // Asks over the peer's own connection: when the reply is there the host has seen all that the
   // peer did before.
-  QDBusMessage Ask(LogbookPeer& peer, const std::string& item, int milliseconds = 5000) {
+  QDBusMessage Ask(LogbookPeer& peer, const std::string& item, int milliseconds = 60000) {
     QDBusMessage call = QDBusMessage::createMethodCall(Q(HostBusName("HOST")), Q(kHostObjectPath),
                                                        Q(kHostInterface), Q(kHostRequestMethod));
     call << QString::fromStdString(item);

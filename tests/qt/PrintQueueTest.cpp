@@ -53,7 +53,7 @@ class PrintQueue : public testing::Test {
   // Waits for the document that the queue has printed.
   std::string Printed(const std::string& queue) {
     const std::string path = cups->PrintedBy(queue);
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     while (!std::filesystem::exists(path)) {
       if (std::chrono::steady_clock::now() > limit) {
         ADD_FAILURE() << "queue " << queue << " has printed nothing:\n" << cups->Log();

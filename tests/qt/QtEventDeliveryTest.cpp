@@ -15,12 +15,14 @@
 #include <QTest>
 #include <QTimer>
 #include <chrono>
-#include <functional>
+
+#include "WaitLimit.h"
 
 namespace logbook {
 namespace {
 
 using namespace std::chrono_literals;
+using test::kWaitLimit;
 
 constexpr int kPollsOfLongestSleep =
     static_cast<int>(QtEventDelivery::kLongestSleep / QtEventDelivery::kPoll);
@@ -39,38 +41,28 @@ TEST(QtEventDelivery, AWaitWithoutEventsSleepsAndWakesRarely) {
   EXPECT_LE(wake_ups, 10);
 }
 
-// The fewest polls that a wait has taken; a loaded machine gets more tries.
-int FewestPolls(const std::function<int()>& wait) {
-  int fewest = wait();
-  for (int i = 0; i < 50 && fewest >= kPollsOfLongestSleep; ++i) fewest = wait();
-  return fewest;
-}
+// A sleep so long that a delivery that returns before its end was woken.
+constexpr std::chrono::minutes kMinute{1};
+constexpr int kPollsOfAMinute = static_cast<int>(kMinute / QtEventDelivery::kPoll);
 
 TEST(QtEventDelivery, APendingEventIsDeliveredWithoutASleep) {
-  const int polls = FewestPolls([] {
-    QtEventDelivery events;
-    QObject context;
-    bool delivered = false;
-    QTimer::singleShot(0, &context, [&] { delivered = true; });
-    const int taken = events.Deliver();
-    EXPECT_TRUE(delivered);
-    return taken;
-  });
-  EXPECT_LT(polls, kPollsOfLongestSleep);
+  QtEventDelivery events(kMinute);
+  QObject context;
+  bool delivered = false;
+  QTimer::singleShot(0, &context, [&] { delivered = true; });
+  EXPECT_LT(events.Deliver(), kPollsOfAMinute);
+  EXPECT_TRUE(delivered);
 }
 
 TEST(QtEventDelivery, AnEventEndsTheSleep) {
-  const int polls = FewestPolls([] {
-    QtEventDelivery events;
-    QCoreApplication::processEvents();
-    QObject context;
-    bool delivered = false;
-    QTimer::singleShot(5ms, Qt::PreciseTimer, &context, [&] { delivered = true; });
-    int taken = 0;
-    while (!delivered) taken += events.Deliver();
-    return taken;
-  });
-  EXPECT_LT(polls, kPollsOfLongestSleep);
+  QtEventDelivery events(kMinute);
+  QCoreApplication::processEvents();
+  QObject context;
+  bool delivered = false;
+  QTimer::singleShot(5ms, Qt::PreciseTimer, &context, [&] { delivered = true; });
+  while (!delivered) {
+    ASSERT_LT(events.Deliver(), kPollsOfAMinute);
+  }
 }
 
 TEST(QtEventDelivery, MayBeEnteredAgainFromAnEventThatItDelivers) {
@@ -111,7 +103,7 @@ class PaintedWindow {
   PaintedWindow() {
     window.resize(200, 100);
     window.show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window, kWaitLimit));
     QCoreApplication::processEvents();
     button.paintings = 0;
   }
@@ -125,10 +117,13 @@ TEST(QtEventDelivery, LongWorkPaintsTheWindowsWithAllThatIsOnThem) {
   QtEventDelivery events;
   const LongWork work(events);
   EXPECT_EQ(shown.button.paintings, 1) << "at the beginning";
-  EXPECT_TRUE(QTest::qWaitFor([&] {
-    events.Paint();
-    return shown.button.paintings >= 3;
-  })) << "and again after a pause";
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] {
+        events.Paint();
+        return shown.button.paintings >= 3;
+      },
+      kWaitLimit))
+      << "and again after a pause";
 }
 
 // Counts how often a widget paints itself.
@@ -151,7 +146,7 @@ TEST(QtEventDelivery, LongWorkPaintsTheRowsOfAListToo) {
   window.resize(200, 200);
   list.setGeometry(10, 10, 180, 100);
   window.show();
-  EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+  EXPECT_TRUE(QTest::qWaitForWindowExposed(&window, kWaitLimit));
   QCoreApplication::processEvents();
   const Paintings rows(list.viewport());
   QtEventDelivery events;
@@ -182,13 +177,14 @@ TEST(QtEventDelivery, PaintingDeliversNeitherInputNorAnythingElse) {
   QtEventDelivery events;
   {
     const LongWork work(events);
-    const QDeadlineTimer limit(20s);
+    const QDeadlineTimer limit(kWaitLimit);
     while (shown.button.paintings < 3 && !limit.hasExpired()) events.Paint();
     EXPECT_EQ(shown.button.paintings, 3);
     EXPECT_EQ(clicks, 0);
     EXPECT_EQ(calls, 0);
   }
-  EXPECT_TRUE(QTest::qWaitFor([&] { return clicks == 1 && calls == 2; })) << "but nothing is lost";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return clicks == 1 && calls == 2; }, kWaitLimit))
+      << "but nothing is lost";
 }
 
 TEST(QtEventDelivery, PaintingRestsBetweenTwoPaintings) {

@@ -17,12 +17,14 @@
 #include <functional>
 
 #include "FormsWorkstation.h"
+#include "WaitLimit.h"
 #include "help/arvbsub.h"
 
 namespace logbook {
 namespace {
 
 using test::FormsWorkstation;
+using test::kWaitLimit;
 using test::WhenModal;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -214,7 +216,7 @@ TEST_F(QtHelpEngineTest, ContentsLinksAndButtonsLeadThroughTheBook) {
 
 TEST_F(QtHelpEngineTest, EscapeClosesTheWindow) {
   Html("C:\\help\\quorex.hhbook", kContext, 16700);
-  ASSERT_TRUE(QTest::qWaitForWindowActive(HelpWindow()));
+  ASSERT_TRUE(QTest::qWaitForWindowActive(HelpWindow(), kWaitLimit));
   QTest::keyClick(HelpWindow(), Qt::Key_Escape);
   EXPECT_EQ(HelpWindow(), nullptr);
 }
@@ -233,7 +235,7 @@ TEST_F(QtHelpEngineTest, AChmFileGoesToTheMachinesViewerOnceWithItsTopic) {
   const auto wait_for_lines = [&](const std::string& text) {
     QElapsedTimer timer;
     timer.start();
-    while (timer.elapsed() < 10000 &&
+    while (timer.elapsed() < kWaitLimit &&
            !(w.disk.Has("C:\\viewer.log") && w.disk.Get("C:\\viewer.log") == text))
       QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
     EXPECT_EQ(w.disk.Get("C:\\viewer.log"), text);
@@ -317,7 +319,7 @@ TEST_F(QtHelpEngineTest, F1AsksForTheTopicOfTheWindow) {
   w.window.show();
   AskEachWindowForHelp(w, [](QWidget* form) {
     form->activateWindow();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == form; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == form; }, kWaitLimit));
     QTest::keyClick(form, Qt::Key_F1);
   });
 }
@@ -330,7 +332,7 @@ TEST_F(QtHelpEngineTest, HelpStaysUsableWhileADialogIsOpen) {
   WhenModal("frmLogEditor", [&](QWidget* form) {
     Html("C:\\help\\quorex.hhbook", kContents, 1);
     auto* contents = Part<QTreeWidget>("HelpContents");
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(HelpWindow()));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(HelpWindow(), kWaitLimit));
     const QPoint place = contents->visualItemRect(contents->topLevelItem(1)->child(0)).center();
     QTest::mouseClick(HelpWindow()->windowHandle(), Qt::LeftButton, {},
                       contents->viewport()->mapTo(HelpWindow(), place));

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "FormsWorkstation.h"
+#include "WaitLimit.h"
 #include "qt/Twips.h"
 #include "records/LogCommands.h"
 
@@ -27,6 +28,7 @@ namespace logbook {
 namespace {
 
 using test::FormsWorkstation;
+using test::kWaitLimit;
 using test::WhenModal;
 
 constexpr const char* kLog = "26111500";
@@ -158,7 +160,7 @@ TEST_F(frmLogViewTest, WithCeTheMenuBarShowsAllEntriesAndNeverTheCeErrorLog) {
 TEST_F(frmLogViewTest, AMenuKeyShowsItsReport) {
   Put("auser.txt", "21.4,22\r\n");
   View([&](QWidget* form) {
-    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form, kWaitLimit));
     QTest::keyClick(form, Qt::Key_V, Qt::AltModifier);
     EXPECT_EQ(TextOf(form, "txtReport").rfind("Vacuum:\n Backing Press", 0), 0U);
     EXPECT_EQ(w.state.ViewMode, 7);
@@ -293,10 +295,10 @@ TEST_F(frmLogViewTest, AFailedPrintIsSaidAndBringsTheViewerBackToTheFront) {
     QDialog other;
     other.setModal(true);
     other.show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other, kWaitLimit));
     Button(form, "cmdPrint")->click();
     EXPECT_TRUE(form->isVisible());
-    EXPECT_TRUE(QTest::qWaitForWindowActive(form));
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form, kWaitLimit));
   });
   ASSERT_EQ(w.messages.shown.size(), 1u);
   EXPECT_EQ(w.messages.shown[0].Text, "Printer error");
@@ -339,7 +341,7 @@ TEST_F(frmLogViewTest, ALongTextComesInSlicesBetweenWhichTheWindowAnswers) {
     EXPECT_GT(document->blockCount(), 1000);
     EXPECT_LT(document->blockCount(), 30000);
     EXPECT_EQ(document->firstBlock().text(), QStringLiteral("line 100000 of the log"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return document->blockCount() > 30000; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return document->blockCount() > 30000; }, kWaitLimit));
     EXPECT_EQ(TextOf(form, "txtReport"), log);
     EXPECT_EQ(Pane(form, "txtReport")->verticalScrollBar()->value(), 0);
   });

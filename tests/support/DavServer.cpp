@@ -168,7 +168,7 @@ void DavServer::Start() {
     execl(kProgram, kProgram, "-D", "FOREGROUND", "-f", configuration.c_str(), nullptr);
     _exit(127);
   }
-  for (int look = 0; look < 500; ++look) {
+  for (int look = 0; look < 3000; ++look) {  // a minute
     if (Answers(port_)) return;
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }

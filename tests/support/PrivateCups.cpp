@@ -68,7 +68,7 @@ PrivateCups::PrivateCups() {
   }
   setenv("CUPS_SERVER", InFolder("socket").c_str(), 1);
   setenv("HOME", folder_.c_str(), 1);
-  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::minutes(1);
   while (std::system("lpstat -r 2>/dev/null | grep -q 'is running'") != 0) {
     if (std::chrono::steady_clock::now() > limit)
       throw std::runtime_error("the scheduler does not come up: " + Log());

@@ -24,8 +24,11 @@ class OddServerTest : public testing::Test {
  protected:
   OddServerTest() { station.Configure({{"Url", "http://127.0.0.1/"}}); }
 
-  void Connect(const OddServer& server) {
-    station.Configure({{"Url", server.Url()}, {"AnswerTimeout", "500"}});
+  // How long an answer is waited for, in milliseconds. A server that behaves answers long before.
+  static constexpr char kShortWait[] = "4000", kLongWait[] = "60000";
+
+  void Connect(const OddServer& server, const char* answer_timeout = kLongWait) {
+    station.Configure({{"Url", server.Url()}, {"AnswerTimeout", answer_timeout}});
   }
   // What the status says of a single submission that such a server has been sent once.
   std::string ReasonAt(const OddServer::Manner& manner) {
@@ -55,7 +58,8 @@ TEST_F(OddServerTest, AServerThatBehavesGetsEverything) {
 // The first submission meets the manner, the second one does not.
 class OddServerWithTwoTest : public OddServerTest {
  protected:
-  void ExpectSecondArrives(const OddServer::Manner& manner, const std::string& reason) {
+  void ExpectSecondArrives(const OddServer::Manner& manner, const std::string& reason,
+                           const char* answer_timeout = kLongWait) {
     station.Submit("first.pdf", "bytes");
     ++station.clock.now.Second;
     station.Submit("second.pdf", "bytes");
@@ -63,7 +67,7 @@ class OddServerWithTwoTest : public OddServerTest {
     const OddServer server([=](int socket, const Request& request) {
       return request.path.find(first) != std::string::npos && manner(socket, request);
     });
-    Connect(server);
+    Connect(server, answer_timeout);
     EXPECT_EQ(station.RunAgent("--once").status, 1);
     EXPECT_THAT(station.TheOutbox().Waiting(), ElementsAre(first));
     EXPECT_THAT(station.Status(), HasSubstr(reason));
@@ -77,7 +81,7 @@ TEST_F(OddServerWithTwoTest, AnAnswerThatDripsIsGivenUp) {
         OddServer::WriteForEver(socket, "x", 10);
         return true;
       },
-      "The content server does not come to an end of MKCOL ");
+      "The content server does not come to an end of MKCOL ", kShortWait);
 }
 
 TEST_F(OddServerWithTwoTest, AnAnswerThatDoesNotComeIsGivenUp) {
@@ -86,7 +90,7 @@ TEST_F(OddServerWithTwoTest, AnAnswerThatDoesNotComeIsGivenUp) {
         OddServer::WriteForEver(socket, "", 10);
         return true;
       },
-      "The content server does not come to an end of MKCOL ");
+      "The content server does not come to an end of MKCOL ", kShortWait);
 }
 
 TEST_F(OddServerWithTwoTest, APageWithoutEndIsGivenUp) {
