@@ -11,7 +11,7 @@
 #include "reports/MaintenanceReport.h"
 #include "reports/TuneReport.h"
 #include "reports/ValueReports.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "viewer/TextLogs.h"
 
 namespace logbook {
@@ -61,7 +61,7 @@ std::string Tune(const Log& log) {
 
 std::string LimitedLog(const Log& log, std::string_view file) {
   const LimitedText text = ReadLimitedText(log.machine, log.folder + std::string(file));
-  if (text.OverLimit) log.messages.Show({.Text = std::string(LoadResString(kOverLimit))});
+  if (text.OverLimit) log.messages.Show({.Text = ResourceText(kOverLimit)});
   return log.machine.code_page->FromUtf8(text.Text);
 }
 

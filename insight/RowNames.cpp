@@ -8,7 +8,7 @@
 #include <map>
 
 #include "base/UpperCase.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 
 namespace logbook::insight {
 namespace {
@@ -142,7 +142,7 @@ RowSearch FindRow(const Catalogues& catalogues, std::string_view text) {
 }
 
 std::string TickLabel(int item) {
-  return std::string(LoadResString(kFirstTickLabel + item));
+  return ResourceText(kFirstTickLabel + item);
 }
 
 std::vector<std::string> TickLabels() {

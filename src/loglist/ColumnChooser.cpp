@@ -9,6 +9,7 @@
 
 #include "base/Profile.h"
 #include "loglist/LogList.h"
+#include "resources/ResourceText.h"
 #include "resources/Resources.h"
 #include "state/Fonts.h"
 
@@ -65,7 +66,7 @@ std::optional<int> TuneRowOf(const Catalogues& catalogues, const std::string& la
 }
 
 void AskForSelection(Services& services) {
-  services.messages.Show({.Text = std::string(LoadResString(kSelectMessage))});
+  services.messages.Show({.Text = ResourceText(kSelectMessage)});
 }
 
 void SetChooserFonts(ColumnChooser& chooser) {

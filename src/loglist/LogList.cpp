@@ -13,6 +13,7 @@
 #include "base/Profile.h"
 #include "base/RunTimeError.h"
 #include "loglist/ColumnValues.h"
+#include "resources/ResourceText.h"
 #include "resources/Resources.h"
 #include "text/CSVMan.h"
 
@@ -67,7 +68,7 @@ void FillColumn(AppState& state, std::int16_t column, const ColumnChoice& choice
   const std::string& category = choice.category;
   if (category.empty()) {
     state.ListView1.Column(column + kFirstValueColumn - 1).Text =
-        std::string(LoadResString(125)) + " " + std::to_string(column);
+        ResourceText(125) + " " + std::to_string(column);
   }
   if (category == kMeterCategory) FillMeterList(state, column, category, choice.item);
   if (category == kTuneCategory) FillTuneList(state, column, category, choice.item);
@@ -104,7 +105,7 @@ std::int16_t CreateFileList(AppState& state, MessageBoxes& messages) {
     ++count;
     state.FileList[static_cast<std::size_t>(count)].Name = std::move(name);
   }
-  if (count == kMaxLogs) messages.Show({.Text = std::string(LoadResString(kListFullMessage))});
+  if (count == kMaxLogs) messages.Show({.Text = ResourceText(kListFullMessage)});
   return count;
 }
 

@@ -9,7 +9,7 @@
 #include "base/RunTimeError.h"
 #include "printing/PrintBridge.h"
 #include "printing/SheetSettings.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "text/TextParts.h"
 #include "upload/ECMSub.h"
 
@@ -40,7 +40,7 @@ void PrintList(AppState& state, Services& services) {
     const LongWork work(services.events);
     F1Book& sheet = state.frmMain.F1Report;
     BeginSheet(sheet);
-    sheet.SetSheetName(std::string(LoadResString(kListSheetName)));
+    sheet.SetSheetName(ResourceText(kListSheetName));
     FillListSheet(state.ListView1, sheet);
     FinishSheet(sheet, true);
     std::string image_path;

@@ -3,7 +3,7 @@
 
 #include "printing/SheetSettings.h"
 
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "state/Fonts.h"
 
 namespace logbook {
@@ -19,7 +19,7 @@ void SelectWholeSheet(F1Book& sheet) {
 }  // namespace
 
 void BeginSheet(F1Book& sheet) {
-  sheet.SetTitle(std::string(LoadResString(112)));
+  sheet.SetTitle(ResourceText(112));
   SelectWholeSheet(sheet);
   sheet.ClearSelection();
 }
@@ -37,7 +37,7 @@ void FinishSheet(F1Book& sheet, bool landscape) {
 }
 
 std::string FontCode() {
-  return "&\"" + std::string(LoadResString(105)) + "\"&" + std::string(LoadResString(106));
+  return "&\"" + ResourceText(105) + "\"&" + ResourceText(106);
 }
 
 }  // namespace logbook

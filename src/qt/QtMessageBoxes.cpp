@@ -5,7 +5,7 @@
 
 #include "qt/Widgets.h"
 #include "qt/WrappedLabel.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "state/Fonts.h"
 
 #include <QApplication>
@@ -63,7 +63,7 @@ void BreakLongWords(QMessageBox& box) {
 // Where a title is empty the toolkit's window bears the program's name instead; a blank keeps it
 // out.
 QString TitleFor(const Message& message) {
-  const QString title = ToQt(message.Title.value_or(std::string(LoadResString(kDefaultTitle))));
+  const QString title = ToQt(message.Title.value_or(ResourceText(kDefaultTitle)));
   return title.isEmpty() ? QStringLiteral(" ") : title;
 }
 

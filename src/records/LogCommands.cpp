@@ -9,7 +9,7 @@
 #include "base/Files.h"
 #include "base/RunTimeError.h"
 #include "loglist/LogList.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "upload/ECMSub.h"
 
 namespace logbook {
@@ -41,7 +41,7 @@ void BrowseLog(AppState& state, Services& services, std::int16_t row) {
   state.CurrentLog = row;
   state.CurrentLogDate = state.ListView1.Row(row).Text;
   state.CurrentLogName = state.ListView1.Row(row).SubItem(1);
-  services.forms.ShowLogView(std::string(LoadResString(kViewerCaption)) + ":" +
+  services.forms.ShowLogView(ResourceText(kViewerCaption) + ":" +
                              state.FileList.at(static_cast<std::size_t>(row)).Date);
 }
 
@@ -60,10 +60,9 @@ void cmdDelete_Click(AppState& state, Services& services) {
   const auto& rows = state.ListView1.Rows;
   if (std::none_of(rows.begin(), rows.end(), [](const ListRow& row) { return row.Selected; }))
     return;
-  const MessageAnswer answer =
-      services.messages.Show({.Text = std::string(LoadResString(kDeleteQuestion)),
-                              .Icon = MessageIcon::kNone,
-                              .Buttons = MessageButtons::kYesNo});
+  const MessageAnswer answer = services.messages.Show({.Text = ResourceText(kDeleteQuestion),
+                                                       .Icon = MessageIcon::kNone,
+                                                       .Buttons = MessageButtons::kYesNo});
   if (answer != MessageAnswer::kYes) return;
   if (DeleteSelectedLogs(state, services)) UploadChangedList(state, services);
 }
@@ -84,8 +83,8 @@ bool DeleteSelectedLogs(AppState& state, Services& services) {
       RemoveFolder(state.machine, folder);
     } catch (const RunTimeError&) {
       result = false;
-      services.messages.Show({.Text = std::string(LoadResString(kCannotDelete)) + path +
-                                      std::string(LoadResString(kCannotDelete + 1))});
+      services.messages.Show(
+          {.Text = ResourceText(kCannotDelete) + path + ResourceText(kCannotDelete + 1)});
     }
   }
   Init_FileList(state, services);

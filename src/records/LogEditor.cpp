@@ -9,6 +9,7 @@
 #include "base/Files.h"
 #include "base/Profile.h"
 #include "base/RunTimeError.h"
+#include "resources/ResourceText.h"
 #include "resources/Resources.h"
 #include "state/Fonts.h"
 #include "text/CSVMan.h"
@@ -45,7 +46,7 @@ void SetEditorFonts(LogEditor& editor) {
 }
 
 void SetEditorCaptions(const AppState& state, LogEditor& editor) {
-  editor.Window.Caption = std::string(LoadResString(kEditorCaption)) + ":" + state.LogPath;
+  editor.Window.Caption = ResourceText(kEditorCaption) + ":" + state.LogPath;
   const std::pair<Control*, int> captions[] = {{&editor.cmdOK, 120},
                                                {&editor.cmdCancel, 127},
                                                {&editor.cmdHelp, 119},
@@ -88,7 +89,7 @@ void LoadLogEditor(AppState& state, LogEditor& editor, WrappedTextBox& comment) 
     editor.Ticked[i] = LeadingNumber(tick) == 1;
   }
   if (state.AutoRec) {
-    comment.SetText(std::string(LoadResString(kAutomaticComment)));
+    comment.SetText(ResourceText(kAutomaticComment));
     LogEditorOK(state, editor, comment);
   }
 }
@@ -118,8 +119,8 @@ void LogEditorCancel(AppState& state, Services& services, LogEditor& editor) {
     RemoveFolder(state.machine, folder);
     editor.Unloaded = true;
   } catch (const RunTimeError&) {
-    services.messages.Show({.Text = std::string(LoadResString(kCannotDelete)) + state.LogRoot +
-                                    std::string(LoadResString(kCannotDelete + 1))});
+    services.messages.Show(
+        {.Text = ResourceText(kCannotDelete) + state.LogRoot + ResourceText(kCannotDelete + 1)});
   }
 }
 

@@ -6,7 +6,7 @@
 #include "base/Files.h"
 #include "base/Profile.h"
 #include "base/RunTimeError.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "text/TextParts.h"
 
 namespace logbook {
@@ -42,7 +42,7 @@ std::string GetNewFileName(AppState& state, Services& services) {
       throw RunTimeError(ErrorNumber::kPathFileAccess);
     return folder + "\\";
   }
-  services.messages.Show({.Text = std::string(LoadResString(kDayFullMessage))});
+  services.messages.Show({.Text = ResourceText(kDayFullMessage)});
   return {};
 }
 

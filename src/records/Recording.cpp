@@ -9,7 +9,7 @@
 #include "base/RunTimeError.h"
 #include "loglist/LogList.h"
 #include "records/LogFolder.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "state/HandshakeCell.h"
 #include "upload/ECMSub.h"
 
@@ -30,7 +30,7 @@ void EnableWorkingCommands(AppState& state, Services& services, bool enabled) {
 
 void OpenEditor(AppState& state, Services& services) {
   if (!state.AutoRec) {
-    services.forms.ShowLogEditor(std::string(LoadResString(kEditorCaption)) + ":" + state.LogPath);
+    services.forms.ShowLogEditor(ResourceText(kEditorCaption) + ":" + state.LogPath);
     return;
   }
   try {

@@ -3,6 +3,7 @@
 
 #include "state/Fonts.h"
 
+#include "resources/ResourceText.h"
 #include "resources/Resources.h"
 #include "text/LeadingNumber.h"
 
@@ -11,7 +12,7 @@ namespace logbook {
 namespace {
 
 Font FontOf(int name_number, int size_number) {
-  return {std::string(LoadResString(name_number)), LeadingNumber(LoadResString(size_number))};
+  return {ResourceText(name_number), LeadingNumber(LoadResString(size_number))};
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 #include "base/RunTimeError.h"
 #include "printing/PrintBridge.h"
 #include "printing/SheetSettings.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "text/TextParts.h"
 #include "upload/ECMSub.h"
 #include "viewer/TextLogs.h"
@@ -109,7 +109,7 @@ void cmdPrint_Click(AppState& state, Services& services, LogView& view) {
 void InitReport(const AppState& state, LogView& view) {
   BeginSheet(view.Sheet);
   const ReportRow* report = ReportOf(state.ViewMode);
-  if (report != nullptr) view.Sheet.SetSheetName(std::string(LoadResString(report->sheet_name)));
+  if (report != nullptr) view.Sheet.SetSheetName(ResourceText(report->sheet_name));
 }
 
 void FillReportSheet(const AppState& state, LogView& view, const std::string& file_name) {
@@ -119,7 +119,7 @@ void FillReportSheet(const AppState& state, LogView& view, const std::string& fi
   lines.row_ += 2;
   view.Sheet.SetSelection(lines.row_, 1, lines.row_, 1);
   view.Sheet.SetBorder({.Top = kRule});
-  lines.Add(std::string(LoadResString(kCommentHeading)) + ":");
+  lines.Add(ResourceText(kCommentHeading) + ":");
   lines.AddFile(LogFolder(view) + "comment.txt",
                 [](const std::string& line) { return FirstCharacters(line, kCommentCharacters); });
 }

@@ -14,7 +14,7 @@
 #include "reports/MaintenanceReport.h"
 #include "reports/TuneReport.h"
 #include "reports/ValueReports.h"
-#include "resources/Resources.h"
+#include "resources/ResourceText.h"
 #include "state/HandshakeCell.h"
 #include "viewer/LogView.h"
 #include "viewer/TextLogs.h"
@@ -45,7 +45,7 @@ void ViewLimitedLog(const AppState& state, Services& services, LogView& view,
                     std::string_view file) {
   ClearReport(view);
   LimitedText log = ReadLimitedText(state.machine, LogFolder(view) + std::string(file));
-  if (log.OverLimit) services.messages.Show({.Text = std::string(LoadResString(kOverLimit))});
+  if (log.OverLimit) services.messages.Show({.Text = ResourceText(kOverLimit)});
   view.ReportText = std::move(log.Text);
 }
 
