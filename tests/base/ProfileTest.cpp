@@ -155,8 +155,18 @@ TEST(ProfileTest, OnlyTheFirstOfTwoEqualSectionsIsLookedAt) {
 
 TEST(ProfileTest, AWholeNumberIsTheLeadingDigitsSoThatANegativeOneIs0) {
   const std::pair<const char*, int> cases[] = {{"-5", 0},     {"12abc", 12}, {"abc", 0}, {"1 2", 1},
-                                               {"\" 8\"", 8}, {"0x10", 0},   {"1.9", 1}, {"+7", 7},
-                                               {"+-7", 0},    {"--7", 0},    {"- 7", 0}};
+                                               {"\" 8\"", 8}, {"0x10", 0},   {"1.9", 1}, {"--7", 0},
+                                               {"- 7", 0},    {"-", 0}};
+  for (const auto& [value, number] : cases) {
+    const TestMachine machine;
+    machine.Put(kFile, "[s]\r\nk=" + std::string(value) + "\r\n");
+    EXPECT_EQ(GetPrivateProfileInt(machine, "s", "k", 99, kFile), number) << value;
+  }
+}
+
+TEST(ProfileTest, OnePlusSignBeforeTheDigitsOfAWholeNumberIsPassedOver) {
+  const std::pair<const char*, int> cases[] = {{"+7", 7},  {" +7 ", 7}, {"+7x", 7}, {"+", 0},
+                                               {"++7", 0}, {"+-7", 0},  {"-+7", 0}, {"7+7", 7}};
   for (const auto& [value, number] : cases) {
     const TestMachine machine;
     machine.Put(kFile, "[s]\r\nk=" + std::string(value) + "\r\n");
