@@ -33,10 +33,10 @@ double CellNumber(std::string_view text) {
 }
 
 std::string FolderOfJob(const Workstation& workstation) {
-  constexpr std::size_t kSize = 512;
   const Machine& machine = workstation.machine;
-  return machine.code_page->ToUtf8(GetPrivateProfileString(
-      machine, "LogBook", "LogFileName", "", kSize, workstation.exe_path + "logbook.ini"));
+  return machine.code_page->ToUtf8(GetPrivateProfileString(machine, "LogBook", "LogFileName", "",
+                                                           kLargestProfile,
+                                                           workstation.exe_path + "logbook.ini"));
 }
 
 std::string Capture(const HostOptions& options, LocalTime time) {

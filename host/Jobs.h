@@ -17,7 +17,7 @@ namespace logbook::host {
 double CellNumber(std::string_view text);
 
 // The folder that the logbook names in logbook.ini, key "LogFileName" of section "LogBook"; a path
-// text, empty if it names none.
+// text of any length, empty if it names none.
 std::string FolderOfJob(const Workstation& workstation);
 
 // Writes the snapshot of this moment and section "OPTION" into the folder of the job, and returns a
