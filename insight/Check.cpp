@@ -7,6 +7,7 @@
 #include <cmath>
 #include <map>
 
+#include "base/TemporaryName.h"
 #include "base/Utf8.h"
 #include "insight/Collectors.h"
 #include "snapshot/BitWords.h"
@@ -154,9 +155,9 @@ class LogCheck {
   }
 
   void CheckEntry(const EntryFacts& entry) {
-    // What a writer leaves goes with the folder.
-    if (entry.name.starts_with(".logbook-new~")) return;
     if (entry.folder) return Add("sub-folder", entry.name);
+    // What a writer leaves goes with the folder.
+    if (IsTemporaryName(entry.name)) return;
     if (entry.name.starts_with('.')) Add("file-hidden", entry.name);
     if (entry.read_only) Add("file-read-only", entry.name);
     if (std::find(refused_.begin(), refused_.end(), entry.name) != refused_.end()) {

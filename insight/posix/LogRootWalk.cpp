@@ -13,8 +13,8 @@
 #include <chrono>
 #include <string_view>
 
-#include "base/NativeFile.h"
 #include "base/RunTimeError.h"
+#include "base/TemporaryName.h"
 #include "base/posix/Descriptor.h"
 
 namespace logbook::insight {
@@ -36,9 +36,11 @@ OpenFolder OpenBelow(int folder, const char* name) {
 }
 
 // A name that a path text can hold, and that is no part of a file in the making.
-bool Counts(std::string_view name) {
-  return name != "." && name != ".." && !name.starts_with(kTemporaryName) &&
-         name.find('\\') == std::string_view::npos;
+bool Counts(const dirent& entry) {
+  const std::string_view name = entry.d_name;
+  const bool in_the_making =
+      IsTemporaryName(name) && entry.d_type != DT_DIR && entry.d_type != DT_LNK;
+  return name != "." && name != ".." && !in_the_making && name.find('\\') == std::string_view::npos;
 }
 
 // Calls with each entry that counts. False if the folder cannot be read to its end.
@@ -48,7 +50,7 @@ bool EachEntry(DIR* folder, Sink sink) {
     errno = 0;
     const dirent* entry = readdir(folder);
     if (entry == nullptr) return errno == 0;
-    if (Counts(entry->d_name)) sink(*entry);
+    if (Counts(*entry)) sink(*entry);
   }
 }
 

@@ -12,14 +12,9 @@
 #include <string_view>
 
 #include "base/Files.h"
+#include "base/TemporaryName.h"
 
 namespace logbook {
-
-// The name that a file has while its new contents are written. The writer's number follows, and
-// perhaps a hyphen and another one, where the folder's lock cannot be had or something else has the
-// name. A writer that was killed may leave one behind; it is no entry of its folder for any routine
-// of Files.h, and goes with the next writing there or with the folder.
-inline constexpr std::string_view kTemporaryName = ".logbook-new~";
 
 // The whole file as bytes. Raises 53, 75 (a folder, an empty name), 76, 70, 57, and 7 for a file of
 // more than `most` bytes.

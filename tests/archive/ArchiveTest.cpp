@@ -318,9 +318,21 @@ TEST_F(ArchiveTest, TheZipFileDoesNotPackItself) {
 
 TEST_F(ArchiveTest, WhatAKilledWriterHasLeftInALogIsNotPacked) {
   disk.Put("C:\\log\\a.txt", "a");
-  disk.Put("C:\\log\\.logbook-new~", "half a file");
+  for (const char* number : {"", "4711", "4711-3"})
+    disk.Put(std::string("C:\\log\\.logbook-new~") + number, "half a file");
   EXPECT_EQ(Zip("C:\\log"), 0);
   EXPECT_EQ(Names(), "log/\nlog/a.txt\n");
+}
+
+TEST_F(ArchiveTest, WhatOnlyLooksLikeAKilledWritersFileIsPacked) {
+  disk.Put("C:\\log\\.logbook-new~\\a.txt", "a");
+  disk.Put("C:\\log\\.logbook-new~1\\b.txt", "b");
+  disk.Put("C:\\log\\.logbook-new~old", "c");
+  disk.Put("C:\\log\\.logbook-new~1-", "d");
+  EXPECT_EQ(Zip("C:\\log"), 0);
+  EXPECT_EQ(Names(),
+            "log/\nlog/.logbook-new~/\nlog/.logbook-new~/a.txt\nlog/.logbook-new~1/\n"
+            "log/.logbook-new~1/b.txt\nlog/.logbook-new~1-\nlog/.logbook-new~old\n");
 }
 
 TEST_F(ArchiveTest, ControlCharactersAndBackslashesInNamesAreUnderscores) {

@@ -136,13 +136,13 @@ TEST(Check, AMacroFileMayHaveItsSecondName) {
 TEST(Check, WhatBlocksADeletionIsTold) {
   SoundLog log;
   log.files.Files.push_back({"z.dat", LogFile::Kind::kRefused, {}, 0});
-  const std::vector<EntryFacts> entries = {{".hidden", false, true},
-                                           {".logbook-new~", false, false},
-                                           {"comment.txt", false, true},
-                                           {"sub", true, false},
-                                           {"z.dat", false, false}};
-  EXPECT_EQ(log.Codes(entries), (Codes{"file-hidden", "file-read-only", "file-read-only",
-                                       "sub-folder", "file-unreadable"}));
+  const std::vector<EntryFacts> entries = {
+      {".hidden", false, true},        {".logbook-new~", false, false},
+      {".logbook-new~1", true, false}, {".logbook-new~old", false, false},
+      {"comment.txt", false, true},    {"sub", true, false},
+      {"z.dat", false, false}};
+  EXPECT_EQ(log.Codes(entries), (Codes{"file-hidden", "file-read-only", "sub-folder", "file-hidden",
+                                       "file-read-only", "sub-folder", "file-unreadable"}));
 }
 
 TEST(Check, AnOddNameIsTold) {

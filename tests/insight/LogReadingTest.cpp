@@ -426,10 +426,13 @@ TEST(LogRootScan, EverySubFolderIsALogAndThereIsNoLimit) {
     disk.MakeFolders("C:\\maintain\\" + std::to_string(26110000 + i));
   }
   disk.MakeFolders("C:\\maintain\\.odd name");
+  disk.MakeFolders("C:\\maintain\\.logbook-new~");
+  disk.Put("C:\\maintain\\.logbook-new~1", "half a list");
   disk.Put("C:\\maintain\\listlog.csv", "");
   const std::vector<std::string> logs = ScanLogRoot(disk, "C:\\maintain");
-  ASSERT_EQ(logs.size(), 301U);
-  EXPECT_EQ(logs.front(), ".odd name");
+  ASSERT_EQ(logs.size(), 302U);
+  EXPECT_EQ(logs[0], ".logbook-new~");
+  EXPECT_EQ(logs[1], ".odd name");
   EXPECT_EQ(logs.back(), "26110299");
 }
 

@@ -12,7 +12,7 @@
 #include <memory>
 
 #include "archive/posix/ZipAddition.h"
-#include "base/NativeFile.h"
+#include "base/posix/TemporaryFile.h"
 
 namespace fs = std::filesystem;
 
@@ -38,9 +38,10 @@ std::vector<std::string> NamesIn(const Descriptor& folder, const std::string& pa
     errno = 0;
     const dirent* entry = readdir(scan.get());
     if (entry == nullptr) break;
-    const std::string_view name = entry->d_name;
+    const std::string name = entry->d_name;
+    if (name == "." || name == "..") continue;
     // What a writer that was killed has left is no file of the log.
-    if (name != "." && name != ".." && !name.starts_with(kTemporaryName)) names.emplace_back(name);
+    if (!posix::IsTemporaryFile(folder, name)) names.push_back(name);
   }
   if (errno != 0) FailWithSystem(ZipResult::kSourceUnreadable, path, errno);
   std::sort(names.begin(), names.end());

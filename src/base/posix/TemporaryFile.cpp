@@ -11,8 +11,8 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "base/NativeFile.h"
 #include "base/RunTimeError.h"
+#include "base/TemporaryName.h"
 #include "base/posix/OpenFolder.h"
 #include "base/posix/SystemError.h"
 
@@ -75,9 +75,7 @@ bool TemporaryFile::Rename(const std::string& name) {
 }
 
 bool IsTemporaryFile(const Descriptor& folder, const std::string& name) {
-  if (!name.starts_with(kTemporaryName) ||
-      name.find_first_not_of("0123456789-", kTemporaryName.size()) != std::string::npos)
-    return false;
+  if (!IsTemporaryName(name)) return false;
   struct stat status = {};
   return fstatat(folder.Number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
          S_ISREG(status.st_mode);
