@@ -43,10 +43,10 @@ TemporaryFile::TemporaryFile(const Descriptor& folder, bool folder_is_locked, mo
     : folder_(folder) {
   constexpr int kMostNames = 100;
   const std::string numbered = std::string(kTemporaryName) + std::to_string(getpid());
-  if (folder_is_locked && Make(std::string(kTemporaryName), mode)) return;
-  if (Make(numbered, mode)) return;
+  if (folder_is_locked && Make(std::string(kTemporaryName), mode, folder_is_locked)) return;
+  if (Make(numbered, mode, folder_is_locked)) return;
   for (int i = 1; i < kMostNames; ++i) {
-    if (Make(numbered + "-" + std::to_string(i), mode)) return;
+    if (Make(numbered + "-" + std::to_string(i), mode, folder_is_locked)) return;
   }
   throw RunTimeError(ErrorNumber::kDeviceInputOutput);
 }
@@ -56,13 +56,18 @@ TemporaryFile::~TemporaryFile() {
 }
 
 // False if the name is taken, or another writer has just taken the file for a leftover.
-bool TemporaryFile::Make(const std::string& name, mode_t mode) {
+bool TemporaryFile::Make(const std::string& name, mode_t mode, bool folder_is_locked) {
   Descriptor file(openat(folder_.Number(), name.c_str(),
                          O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
   if (!file.IsOpen() && errno == EEXIST) return false;
   if (!file.IsOpen()) RaiseFolderError(errno);
   const bool locked = flock(file.Number(), LOCK_EX | LOCK_NB) == 0;
-  if ((!locked && errno == EWOULDBLOCK) || !IsNameOf(folder_, name, file)) return false;
+  if ((!locked && errno == EWOULDBLOCK) || !IsNameOf(folder_, name, file)) {
+    // In a locked folder nobody else has had the time to put another file there: the disk would not
+    // be looked at.
+    if (folder_is_locked) unlinkat(folder_.Number(), name.c_str(), 0);
+    return false;
+  }
   file_ = std::move(file);
   name_ = name;
   return true;

@@ -34,7 +34,7 @@ class TemporaryFile {
   bool Rename(const std::string& name);
 
  private:
-  bool Make(const std::string& name, mode_t mode);
+  bool Make(const std::string& name, mode_t mode, bool folder_is_locked);
 
   const Descriptor& folder_;
   Descriptor file_;

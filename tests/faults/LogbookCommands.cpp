@@ -1,0 +1,252 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include <zip.h>
+
+#include "Commands.h"
+#include "archive/ArcHandler.h"
+#include "loglist/ColumnChooser.h"
+#include "loglist/LogList.h"
+#include "records/LogCommands.h"
+#include "records/LogEditor.h"
+#include "records/Recording.h"
+#include "support/FixedWidthBox.h"
+#include "viewer/LogView.h"
+
+namespace logbook::test {
+
+namespace {
+
+constexpr const char* kRoot = "drives/c/QUOREX/inst1/maintain/";
+constexpr const char* kZip = "C:\\ZALM_ARC\\logs.zip";
+constexpr const char* kOlderProfile =
+    "; kept by hand\r\n[LogBook]\r\nLogFileName=C:\\QUOREX\\inst1\\maintain\\26111402\\\r\n"
+    "LastFile=C:\\QUOREX\\inst1\\maintain\\26111402\\\r\n"
+    "[Maintenance]\r\nItem0=0\r\nItem3=1\r\n[Header3]\r\nCat=Meter\r\nItem=1\r\n";
+
+void PutLogs(Station& station) {
+  station.PutSample("26111400", "plain", "The first one");
+  station.PutSample("26111401", "lumarin", "The second one");
+  station.PutSample("26111402", "trz-ce", "The third one");
+  station.disk.Put(station.state.IniFile, kOlderProfile);
+  station.disk.Put(TestWorkstation::InLog("26111400", "analog.rpt"), "an older report\r\n");
+  station.disk.Put(std::string(TestWorkstation::kLogRoot) + "listlog.csv", "an older list\r\n");
+}
+
+bool IsListFile(const std::string& path) {
+  return path == std::string(kRoot) + "listlog.csv";
+}
+
+void NoScript(Station&) {}
+
+// A user who ticks two items, writes a comment and ends with OK or Cancel.
+enum class Ending { kOK, kCancel };
+void UseEditor(Station& station, Ending ending) {
+  station.AnswerJobs();
+  station.forms.on_editor = [&station, ending](const std::optional<std::string>&) {
+    LogEditor editor;
+    FixedWidthBox comment(station.state.machine, 80);
+    LoadLogEditor(station.state, editor, comment);
+    if (station.state.AutoRec) throw RunTimeError(ErrorNumber::kObjectUnloaded);
+    editor.Ticked = {};
+    editor.Ticked[1] = editor.Ticked[17] = true;
+    comment.SetText("Torch replaced\r\nand aligned");
+    if (ending == Ending::kOK) return LogEditorOK(station.state, editor, comment);
+    LogEditorCancel(station.state, station.real, editor);
+  };
+}
+
+void Record(Station& station) {
+  station.Handle([&] { cmdRecord_Click(station.state, station.real); });
+}
+
+// The ticks and the list are written in silence: the record exists without them.
+bool IsTicksOrList(const std::string& path) {
+  return IsListFile(path) || path.ends_with("/logfile.ini") || path.ends_with("/logbook.ini");
+}
+
+// Of one command on one profile all keys are old or all are new.
+std::string JudgeTicks(const Aftermath& after) {
+  for (const auto& [path, bytes] : after.now) {
+    if (!path.ends_with("logfile.ini") && !path.ends_with("logbook.ini")) continue;
+    if ((bytes.find("Item1=1") == std::string::npos) !=
+        (bytes.find("Item17=1") == std::string::npos))
+      return path + " has a part of the ticks";
+  }
+  return {};
+}
+
+}  // namespace
+
+Command RecordOK() {
+  return {.name = "record, OK",
+          .prepare = PutLogs,
+          .script = [](Station& station) { UseEditor(station, Ending::kOK); },
+          .run = Record,
+          .is_made = IsListFile,
+          .is_silent = IsTicksOrList,
+          .judge = JudgeTicks};
+}
+
+Command RecordCancel() {
+  return {.name = "record, Cancel",
+          .prepare = PutLogs,
+          .script = [](Station& station) { UseEditor(station, Ending::kCancel); },
+          .run = Record,
+          .is_made = IsListFile,
+          .is_silent = IsTicksOrList};
+}
+
+Command AutomaticRecord() {
+  Command command = RecordOK();
+  command.name = "automatic record";
+  command.script = [](Station& station) {
+    station.state.AutoRec = true;
+    UseEditor(station, Ending::kOK);
+  };
+  command.judge = {};
+  command.follows_reading = IsTicksOrList;  // the ticks are those that the last record left
+  return command;
+}
+
+Command DeleteSeveral() {
+  const auto is_deleted = [](const std::string& path) {
+    return path.starts_with(std::string(kRoot) + "26111400/") ||
+           path.starts_with(std::string(kRoot) + "26111402/");
+  };
+  const auto select = [](Station& station) {
+    Init_FileList(station.state, station.services);
+    for (ListRow& row : station.state.ListView1.Rows)
+      row.Selected = row.SubItem(1) == "26111400" || row.SubItem(1) == "26111402";
+    station.messages.answers = {MessageAnswer::kYes};
+  };
+  return {.name = "delete two of three",
+          .prepare = PutLogs,
+          .script = select,
+          .run =
+              [](Station& station) {
+                station.Handle([&] { cmdDelete_Click(station.state, station.real); });
+                // The question is no news.
+                if (!station.messages.shown.empty())
+                  station.messages.shown.erase(station.messages.shown.begin());
+              },
+          .is_made = IsListFile,
+          .may_be_gone = is_deleted,
+          .is_silent = IsListFile};
+}
+
+Command ChooseColumn() {
+  const auto choose = [](Station& station) {
+    station.forms.on_change_item = [&station] {
+      ColumnChooser chooser;
+      LoadColumnChooser(station.state, chooser);
+      SetOption(station.state, chooser, 1);
+      chooser.ListIndex = 4;
+      ColumnChooserOK(station.state, station.real, chooser);
+    };
+  };
+  return {.name = "column choice",
+          .prepare = PutLogs,
+          .script = choose,
+          .run =
+              [](Station& station) {
+                station.Handle([&] { ChangeItem(station.state, station.real, 3); });
+              },
+          .is_made = IsListFile,
+          // The list shows at once that the choice was not stored.
+          .is_silent = IsTicksOrList};
+}
+
+Command RebuildList() {
+  return {.name = "list rebuild",
+          .prepare = PutLogs,
+          .script = NoScript,
+          .run =
+              [](Station& station) {
+                station.Handle([&] { Init_FileList(station.state, station.real); });
+              },
+          .is_made = IsListFile,
+          .is_silent = IsListFile};
+}
+
+Command ViewAllReports() {
+  const auto is_report = [](const std::string& path) {
+    return path.ends_with(".rpt") || path.ends_with("tune.bin");
+  };
+  const auto open = [](Station& station) {
+    station.state.CEMode = true;
+    station.state.LogCount = station.state.CurrentLog = 1;
+    station.state.FileList[1].Name = "26111400";
+  };
+  const auto view_all = [](Station& station) {
+    LogView view;
+    if (!station.Handle([&] { LoadLogView(station.state, view); })) return;
+    for (const ViewCommand& command : kViewCommands) {
+      if (!station.Handle([&] { command.Run(station.state, station.real, view); })) return;
+    }
+  };
+  return {.name = "all reports",
+          .prepare = PutLogs,
+          .script = open,
+          .run = view_all,
+          .is_made =
+              [is_report](const std::string& path) {
+                return is_report(path) && !path.ends_with("/tune.rpt");
+              },
+          .is_silent = is_report};
+}
+
+namespace {
+
+// True if the archive can be read to its end and each of its files has the sum that it should have.
+bool IsWholeZip(const std::string& bytes) {
+  zip_error_t error;
+  zip_error_init(&error);
+  zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error);
+  zip_t* zip = zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &error);
+  zip_error_fini(&error);
+  if (zip == nullptr) return false;
+  bool is_whole = zip_get_num_entries(zip, 0) > 0;
+  for (zip_int64_t i = 0; i < zip_get_num_entries(zip, 0); ++i) {
+    zip_file_t* file = zip_fopen_index(zip, static_cast<zip_uint64_t>(i), 0);
+    char buffer[65536];
+    zip_int64_t count = -1;
+    while (file != nullptr && (count = zip_fread(file, buffer, sizeof buffer)) > 0) {
+    }
+    is_whole &= count == 0;
+    if (file != nullptr) zip_fclose(file);
+  }
+  zip_discard(zip);
+  return is_whole;
+}
+
+}  // namespace
+
+Command Archive() {
+  const auto select = [](Station& station) {
+    Init_FileList(station.state, station.services);
+    for (ListRow& row : station.state.ListView1.Rows) row.Selected = true;
+    station.save.answer = kZip;
+  };
+  const auto is_zip = [](const std::string& path) { return path.ends_with("/logs.zip"); };
+  const auto is_whole = [is_zip](const std::string& path, const std::string& bytes) {
+    return is_zip(path) && IsWholeZip(bytes);
+  };
+  return {.name = "archive",
+          .prepare =
+              [](Station& station) {
+                PutLogs(station);
+                station.disk.Put(kZip, "an older archive");
+                station.disk.Put("C:\\QUOREX\\qrxexe\\qrxgen.ist",
+                                 "[PCS,1]\r\nARCHIVE_FOLDER=C:\\ZALM_ARC\\\r\n");
+              },
+          .script = select,
+          .run =
+              [](Station& station) {
+                station.Handle([&] { ArchiveLogs(station.state, station.real); });
+              },
+          .is_whole = is_whole,
+          .may_be_gone = is_zip};
+}
+
+}  // namespace logbook::test
