@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
-# Sourced by ./run and ./test: sees what is missing and installs it where it can.
+# Sourced by ./run and ./test: sees what is missing and installs it where it can. `top` is the
+# project's folder.
+: "${top:?}"
 
 # install_packages KIND...: makes sure that the packages of these kinds (.ci/packages) are there.
 # On Debian they are installed; elsewhere, or without the right to, the missing ones are named and

@@ -3,6 +3,7 @@
 
 #include "placement/AsDialog.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -30,7 +31,7 @@ constexpr std::size_t kClassNameLimit = 127;  // a buffer of 128 characters with
 
 std::intptr_t FindSurface(WindowSystem& windows, std::intptr_t host) {
   std::string name = windows.ClassName(host).substr(0, kClassNameLimit);
-  name = name.substr(0, name.find('\0'));
+  name.resize(std::min(name.find('\0'), name.size()));
   for (const HostClass& known : kHostClasses) {
     if (!EqualIgnoringCase(name, known.host)) continue;
     const std::intptr_t child = windows.FindChild(host, std::string(known.surface));

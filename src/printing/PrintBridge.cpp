@@ -20,7 +20,7 @@ std::string TextOf(const Buffer& buffer) {
   return TrimToNul({buffer.data(), buffer.size()});
 }
 
-std::string WithNul(std::string text) {
+std::string WithNul(const std::string& text) {
   return text + '\0';
 }
 

@@ -79,6 +79,7 @@ std::vector<FolderEntry> ScanFolder(const Machine& machine, std::string_view fol
     return a.upper != b.upper ? a.upper < b.upper : a.entry.name < b.entry.name;
   });
   std::vector<FolderEntry> entries;
+  entries.reserve(sorted.size());
   for (Sorted& each : sorted) entries.push_back(std::move(each.entry));
   return entries;
 }
