@@ -1,0 +1,215 @@
+# SPDX-FileCopyrightText: The Maintenance LogBook authors
+# SPDX-License-Identifier: MIT
+"""Builds a room's tests with all faults in it, runs them fault by fault, and counts.
+
+    measure.py TOP BUILD ROOM [FILE...]
+"""
+import concurrent.futures
+import glob
+import json
+import os
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+import time
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+try:
+    from faults import Planter
+except ImportError as missing:
+    print(f"skipped: {missing} (package python3-clang-14)")
+    sys.exit(77)
+
+GOAL = 95
+LEAST_WAIT = 20  # seconds for the tests of one fault; more if they take longer without it
+HERE = pathlib.Path(__file__).parent
+
+
+class Room:
+    def __init__(self, top, build, room, wanted):
+        self.top, self.build, self.room = pathlib.Path(top), pathlib.Path(build), room
+        self.place = self.build / "mutation" / room
+        self.place.mkdir(parents=True, exist_ok=True)
+        commands = json.loads((self.build / "compile_commands.json").read_text())
+        self.commands = {}
+        for entry in commands:
+            file = os.path.relpath(entry["file"], self.top)
+            if file.startswith(f"src/{room}/") and "make_" not in file and \
+                    (not wanted or any(file.endswith(name) for name in wanted)):
+                # A source may belong to a generator, too.
+                if "logbook_" in entry["command"]:
+                    self.commands[file] = entry["command"]
+        self.faults = []
+
+    def compile_one(self, file, first):
+        """Plants and compiles; lines that cannot take a switch get none."""
+        banned = set()
+        words = shlex.split(self.commands[file])
+        words = words[1:] if words[0].endswith("ccache") else words
+        arguments = self.parse_arguments(words)
+        planted = self.place / (file.replace("/", "_"))
+        made = planted.with_suffix(".o")
+        for _ in range(12):
+            planter = Planter(file, str(self.top / file), arguments, first, banned)
+            text = planter.planted()
+            planted.write_text(f'#include "{HERE}/Mutant.h"\n#line 1 "{self.top / file}"\n{text}')
+            result = self.compile_source(words, self.top / file, planted, made)
+            if result.returncode == 0:
+                return planter.faults, made
+            lines = {int(line) for line in re.findall(
+                re.escape(str(self.top / file)) +
+                r":(\d+):(?:\d+:)? (?:error|note: in expansion of macro .MUTANT)", result.stderr)}
+            if not lines - banned:
+                sys.exit(f"{file}: cannot be built with faults\n{result.stderr[:2000]}")
+            banned |= lines
+        sys.exit(f"{file}: cannot be built with faults")
+
+    def compile_source(self, words, file, source, made):
+        command, skip = [], False
+        for word in words:
+            if skip:
+                skip = False
+                continue
+            if word in ("-o", "-MF", "-MT", "-c"):
+                skip = word != "-c"
+                continue
+            if word != "-MD" and word != str(file) and word != "-Werror":
+                command.append(word)
+        command += ["-w", "-Wno-narrowing", "-O0", "-I", str(file.parent), "-c", str(source),
+                    "-o", str(made)]
+        return subprocess.run(command, cwd=self.build, capture_output=True, text=True,
+                              env=dict(os.environ, LC_ALL="C"))
+
+    @staticmethod
+    def parse_arguments(words):
+        own = [w for w in words if w.startswith(("-D", "-I", "-std"))]
+        for flag, path in zip(words, words[1:]):
+            if flag == "-isystem":
+                own += [flag, path]
+        builtin = glob.glob("/usr/lib/llvm-14/lib/clang/14*/include")
+        return own + ["-w"] + [f"-isystem{path}" for path in builtin]
+
+    def make(self):
+        objects = []
+        for file in sorted(self.commands):
+            faults, made = self.compile_one(file, len(self.faults) + 1)
+            self.faults += faults
+            objects.append(str(made))
+        switch = self.place / "Mutant.o"
+        subprocess.run(["c++", "-std=c++20", "-O1", "-c", str(HERE / "Mutant.cpp"), "-o",
+                        str(switch)], check=True)
+        name = f"bin/tests_{self.room}"
+        link = subprocess.run(["ninja", "-C", str(self.build), "-t", "commands", name], text=True,
+                              capture_output=True, check=True).stdout.strip().split("\n")[-1]
+        self.program = self.place / "tests"
+        link = link.replace(f" -o {name} ",
+                            f" {' '.join(objects)} {switch} -o {self.program} ")
+        subprocess.run(link, shell=True, cwd=self.build, check=True)
+
+    def cases(self):
+        listed = subprocess.run([self.program, "--gtest_list_tests"], text=True, check=True,
+                                capture_output=True, cwd=self.build).stdout
+        suite, names = "", []
+        for line in listed.split("\n"):
+            line = line.split("#")[0].rstrip()
+            if line.endswith(".") and not line.startswith(" "):
+                suite = line
+            elif line.startswith("  "):
+                names.append(suite + line.strip())
+        return names
+
+    def run(self, cases, number, limit, reached=None):
+        """True if all cases pass."""
+        environment = dict(os.environ, MUTANT=str(number))
+        if reached:
+            environment["MUTANT_REACHED"] = str(reached)
+        with tempfile.TemporaryDirectory() as place:
+            environment["TMPDIR"] = place
+            process = subprocess.Popen(
+                [self.program, "--gtest_fail_fast", "--gtest_brief=1",
+                 "--gtest_filter=" + ":".join(cases)],
+                cwd=self.build, env=environment, stdout=subprocess.DEVNULL,
+                stderr=subprocess.DEVNULL, start_new_session=True)
+            try:
+                return process.wait(limit) == 0
+            except subprocess.TimeoutExpired:
+                return False
+            finally:
+                try:
+                    os.killpg(process.pid, 9)  # what it has started and left
+                except ProcessLookupError:
+                    pass
+                process.wait()
+
+    def look(self):
+        """Which cases reach which fault, and how long each case takes."""
+        self.reach = {fault.number: [] for fault in self.faults}
+        self.seconds = {}
+        for case in self.cases():
+            with tempfile.NamedTemporaryFile() as marks:
+                begin = time.monotonic()
+                if not self.run([case], 0, 300, marks.name):
+                    print(f"  left out, it fails without a fault: {case}")
+                    continue
+                self.seconds[case] = time.monotonic() - begin
+                bytes_reached = pathlib.Path(marks.name).read_bytes()
+            for number in self.reach:
+                if number < len(bytes_reached) and bytes_reached[number]:
+                    self.reach[number].append(case)
+
+    def survives(self, fault):
+        cases = sorted(self.reach[fault.number], key=self.seconds.get)
+        if not cases:
+            return True
+        limit = LEAST_WAIT + 5 * sum(self.seconds[case] for case in cases)
+        fast = cases[:15]
+        if not self.run(fast, fault.number, limit):
+            return False
+        rest = cases[15:]
+        return not rest or self.run(rest, fault.number, limit)
+
+
+def equivalents():
+    known = {}
+    for line in (HERE / "equivalent.tsv").read_text().split("\n"):
+        if line and not line.startswith("#"):
+            file, text, was, now, reason = line.split("\t")
+            known[(file, text, was, now)] = reason
+    return known
+
+
+def one_line(text):
+    return " ".join(text.split())
+
+
+def main(top, build, name, *wanted):
+    room = Room(top, build, name, wanted)
+    room.make()
+    room.look()
+    known = equivalents()
+    equivalent, survivors, killed = 0, [], 0
+    with concurrent.futures.ThreadPoolExecutor(int(os.environ.get("JOBS", "2"))) as workers:
+        for fault, survived in zip(room.faults, workers.map(room.survives, room.faults)):
+            key = (fault.file, fault.text, one_line(fault.was), fault.now)
+            if not survived:
+                killed += 1
+            elif key in known:
+                equivalent += 1
+            else:
+                survivors.append(fault)
+    for fault in survivors:
+        seen = "" if room.reach[fault.number] else "  (no test comes here)"
+        print(f"survived {fault.file}:{fault.line}: {one_line(fault.was)} -> {fault.now}{seen}")
+    counted = killed + len(survivors)
+    score = 100 * killed / counted if counted else 100
+    print(f"{name}: {len(room.faults)} faults, {killed} killed, {len(survivors)} survived, "
+          f"{equivalent} equivalent: {score:.1f} of 100")
+    return 0 if score >= GOAL else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
