@@ -13,6 +13,7 @@
 
 #include "base/NativeFile.h"
 #include "base/Profile.h"
+#include "support/DiskCalls.h"
 #include "support/TestMachine.h"
 
 namespace fs = std::filesystem;
@@ -50,6 +51,10 @@ TEST(ProfileWritersTest, TwoProcessesThatWriteTheSameFileLoseNoKey) {
   machine.MakeFolders("C:\\folder");
   const auto write_keys = [&machine](const std::string& prefix) {
     return [&machine, prefix] {
+      // The system lets a busy writer take its lock again and again before one that waits, which
+      // would go without after a while.
+      const DiskCalls calls;
+      DiskCalls::WaitForEveryLock();
       for (int i = 0; i < 200; ++i) {
         const std::string key = prefix + std::to_string(i);
         if (!WritePrivateProfileString(machine, "Shared", key, key + " value", kFile)) return false;

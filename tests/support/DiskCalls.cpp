@@ -16,6 +16,7 @@ namespace {
 
 struct Record {
   bool on = false;
+  bool waits_for_locks = false;
   std::vector<std::string> calls;
   std::string unreadable;  // native path
   std::size_t from = 0;
@@ -42,6 +43,15 @@ void NoteRename(const char* to) {
   if (record.on) record.calls.push_back(std::string("rename ") + to);
 }
 
+// Takes a lock, in spite of interruptions if that is wanted.
+int Lock(int descriptor, int operation) {
+  int result = 0;
+  do {
+    result = Real<int(int, int)>("flock")(descriptor, operation);
+  } while (result != 0 && errno == EINTR && record.waits_for_locks);
+  return result;
+}
+
 // How many of these bytes the disk gives.
 std::size_t Readable(int descriptor, std::size_t size) {
   if (!record.on || record.unreadable.empty() || PathOf(descriptor) != record.unreadable)
@@ -53,7 +63,8 @@ std::size_t Readable(int descriptor, std::size_t size) {
 }  // namespace
 
 DiskCalls::DiskCalls() {
-  record = {.on = true, .calls = {}, .unreadable = {}, .from = 0};
+  record = {};
+  record.on = true;
 }
 
 DiskCalls::~DiskCalls() {
@@ -70,6 +81,10 @@ int DiskCalls::Count(const std::string& beginning) {
                     [&](const std::string& call) { return call.starts_with(beginning); }));
 }
 
+void DiskCalls::WaitForEveryLock() {
+  record.waits_for_locks = true;
+}
+
 void DiskCalls::FailReads(const std::string& native_path, std::size_t from) {
   record.unreadable = native_path;
   record.from = from;
@@ -77,6 +92,7 @@ void DiskCalls::FailReads(const std::string& native_path, std::size_t from) {
 
 }  // namespace logbook::test
 
+using logbook::test::Lock;
 using logbook::test::Note;
 using logbook::test::NoteRename;
 using logbook::test::Readable;
@@ -97,7 +113,7 @@ int renameat(int from_folder, const char* from, int to_folder, const char* to) n
 
 int flock(int descriptor, int operation) noexcept {
   Note((operation & LOCK_NB) != 0 ? "try " : "wait ", descriptor);
-  return Real<int(int, int)>("flock")(descriptor, operation);
+  return Lock(descriptor, operation);
 }
 
 ssize_t read(int descriptor, void* buffer, std::size_t size) {

@@ -28,6 +28,10 @@ class DiskCalls {
   // From here on, reading this file from this byte on is an input or output error, until the object
   // goes.
   static void FailReads(const std::string& native_path, std::size_t from);
+
+  // From here on a wait for a lock lasts until the lock is free, whatever interrupts it, until the
+  // object goes.
+  static void WaitForEveryLock();
 };
 
 }  // namespace logbook::test
