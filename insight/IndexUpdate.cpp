@@ -23,9 +23,17 @@ class BlockInMaking {
  public:
   BlockInMaking(IndexStore& store, const Catalogues& catalogues)
       : store_(store),
-        catalogues_(catalogues),
         next_(store.NextId()),
-        columns_(static_cast<std::size_t>(kColumnCount)) {
+        columns_(static_cast<std::size_t>(kColumnCount)),
+        is_text_(static_cast<std::size_t>(kAllRows)) {
+    for (int place = 0; place < kAllRows; ++place) {
+      is_text_[static_cast<std::size_t>(place)] =
+          KindOf(catalogues, RowAtPlace(place)) == RowKind::kText;
+    }
+    for (ValueColumn& column : columns_) {
+      column.States.reserve(kBlockLogs);
+      column.Numbers.reserve(kBlockLogs);
+    }
     if (next_ % kBlockLogs == 0) return;
     for (int column = 0; column < kColumnCount; ++column) {
       columns_[static_cast<std::size_t>(column)] = store.Column(Block(), column);
@@ -63,7 +71,7 @@ class BlockInMaking {
 
   double NumberOf(int place, const RowValue& value) {
     if (value.State != ValueState::kOk) return 0;
-    if (KindOf(catalogues_, RowAtPlace(place)) != RowKind::kText) return value.Number;
+    if (!is_text_[static_cast<std::size_t>(place)]) return value.Number;
     return static_cast<double>(store_.NumberOfText(value.Text));
   }
 
@@ -93,9 +101,9 @@ class BlockInMaking {
   }
 
   IndexStore& store_;
-  const Catalogues& catalogues_;
   std::int64_t next_;
   std::vector<ValueColumn> columns_;
+  std::vector<bool> is_text_;  // by place
   bool added_ = false;
 };
 

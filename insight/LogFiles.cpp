@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstring>
 
 #include "base/UpperCase.h"
 
@@ -41,6 +42,12 @@ class Mixer {
  private:
   static std::uint64_t WordOf(std::string_view bytes) {
     std::uint64_t word = 0;
+    if constexpr (std::endian::native == std::endian::little) {
+      if (bytes.size() == sizeof word) {
+        std::memcpy(&word, bytes.data(), sizeof word);
+        return word;
+      }
+    }
     for (std::size_t i = bytes.size(); i > 0; --i) {
       word = word << 8 | static_cast<unsigned char>(bytes[i - 1]);
     }
@@ -50,11 +57,20 @@ class Mixer {
   std::uint64_t state_ = 0x243F6A8885A308D3ULL;
 };
 
+// False for most names that are not the same in another case, at a glance.
+bool MayBeSame(std::string_view a, std::string_view b) {
+  if (a.empty() || b.empty()) return a.empty() == b.empty();
+  const auto first = static_cast<unsigned char>(a.front());
+  const auto other = static_cast<unsigned char>(b.front());
+  return first >= 0x80 || other >= 0x80 || (first | 0x20) == (other | 0x20);
+}
+
 }  // namespace
 
 const LogFile* LogFiles::Find(std::string_view name) const {
   const LogFile* found = nullptr;
   for (const LogFile& file : Files) {
+    if (!MayBeSame(file.Name, name)) continue;
     if (file.Name == name) return &file;
     if (found == nullptr && EqualIgnoringCase(file.Name, name)) found = &file;
   }

@@ -3,7 +3,7 @@
 
 #include "insight/LogReading.h"
 
-#include <iterator>
+#include <algorithm>
 
 #include "base/Files.h"
 #include "base/Profile.h"
@@ -81,11 +81,6 @@ int Digits(std::string_view text, std::size_t place, std::size_t count) {
   return number;
 }
 
-void Append(std::vector<RowValue>& values, std::vector<RowValue> more) {
-  values.insert(values.end(), std::make_move_iterator(more.begin()),
-                std::make_move_iterator(more.end()));
-}
-
 }  // namespace
 
 std::string_view NameOf(ValueState state) {
@@ -99,8 +94,33 @@ std::optional<ValueState> FindState(std::string_view name) {
   return std::nullopt;
 }
 
+// Logs of one root are mostly those of one instrument.
+struct LogReader::LastGates {
+  const Gates& Of(const Catalogues& catalogues, const LogOptions& options) {
+    const bool same =
+        known && std::all_of(kOptionNames.begin(), kOptionNames.end(), [&](const auto& each) {
+          return of.*each.Option == options.*each.Option;
+        });
+    if (!same) {
+      of = options;
+      gates = GatesOf(catalogues, options);
+      known = true;
+    }
+    return gates;
+  }
+
+  bool known = false;
+  LogOptions of;
+  Gates gates;
+};
+
 LogReader::LogReader(const CodePage& code_page, const Catalogues& catalogues)
-    : code_page_(code_page), catalogues_(catalogues), macros_(catalogues) {}
+    : code_page_(code_page),
+      catalogues_(catalogues),
+      macros_(catalogues),
+      gates_(std::make_unique<LastGates>()) {}
+
+LogReader::~LogReader() = default;
 
 LogReading ReadLog(const CodePage& code_page, const Catalogues& catalogues, const LogFiles& files) {
   return LogReader(code_page, catalogues).Read(files);
@@ -117,14 +137,8 @@ LogReading LogReader::Read(const LogFiles& files) const {
   for (const LogFile& file : files.Files) {
     if (file.What == LogFile::Kind::kRefused) reading.RefusedFiles.push_back(file.Name);
   }
-  const RowSource source = {code_page_, catalogues_, reading.Options, files, macros_};
-  reading.Values.reserve(kAllRows);
-  Append(reading.Values, ReadMeterRows(source));
-  Append(reading.Values, ReadAnalogRows(source));
-  Append(reading.Values, ReadTuneRows(source));
-  Append(reading.Values, ReadSysRows(source));
-  Append(reading.Values, ReadBitOutRows(source));
-  Append(reading.Values, ReadBitInRows(source));
+  reading.Values = ReadRows({code_page_, catalogues_, reading.Options,
+                             gates_->Of(catalogues_, reading.Options), files, macros_});
   return reading;
 }
 

@@ -10,6 +10,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -69,12 +70,13 @@ struct LogReading {
   }
 };
 
-// Makes readings. What can be prepared once for all of them is, so one reader for many logs costs
-// less than ReadLog for each.
+// Makes readings, for one thread. What can be prepared once for all of them is, so one reader for
+// many logs costs less than ReadLog for each.
 class LogReader {
  public:
   // The references must outlive the object.
   LogReader(const CodePage& code_page, const Catalogues& catalogues);
+  ~LogReader();
 
   // The reading of these files. Takes any bytes; raises nothing.
   LogReading Read(const LogFiles& files) const;
@@ -83,6 +85,8 @@ class LogReader {
   const CodePage& code_page_;
   const Catalogues& catalogues_;
   MacroLookup macros_;
+  struct LastGates;
+  std::unique_ptr<LastGates> gates_;
 };
 
 // The reading of one log by a reader of its own.

@@ -33,7 +33,10 @@ std::vector<std::string_view> Assignments(const CodePage& code_page, std::string
     return lines;
   }
   while (!bytes.empty()) {
-    const std::size_t end = std::min(bytes.find_first_of("\r\n"), bytes.size());
+    const auto end = static_cast<std::size_t>(
+        std::find_if(bytes.begin(), bytes.end(),
+                     [](char byte) { return byte == '\r' || byte == '\n'; }) -
+        bytes.begin());
     const std::string_view line = bytes.substr(0, std::min(end, kLongestMacroLine));
     if (line.find('=') != std::string_view::npos) lines.push_back(line);
     bytes.remove_prefix(std::min(end + 1, bytes.size()));

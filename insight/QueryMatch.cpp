@@ -48,10 +48,12 @@ std::string SearchedText(const CodePage& code_page, const Catalogues& catalogues
     if (file == nullptr || file->Bytes.empty()) continue;
     text.append(kTextBreak).append(code_page.ToUtf8(file->Bytes));
   }
-  for (int place = 0; place < kAllRows; ++place) {
-    const RowId id = RowAtPlace(place);
-    if (KindOf(catalogues, id) != RowKind::kText) continue;
-    text.append(kTextBreak).append(reading.At(id).Text);
+  for (const CatalogueInfo& each : kCatalogues) {
+    if (each.Which != Catalogue::kTune && each.Which != Catalogue::kSys) continue;
+    for (RowId id = {each.Which, 0}; id.Row < each.Rows; ++id.Row) {
+      if (KindOf(catalogues, id) != RowKind::kText) continue;
+      text.append(kTextBreak).append(reading.At(id).Text);
+    }
   }
   return text;
 }

@@ -25,10 +25,6 @@ RowValue InState(ValueState state) {
   return {state, 0, {}};
 }
 
-RowValue NumberValue(const std::optional<double>& number) {
-  return number ? RowValue{ValueState::kOk, *number, {}} : InState(ValueState::kNoNumber);
-}
-
 // The number that a text begins with; nothing also if a double cannot hold it.
 std::optional<double> HeldNumber(std::string_view text) {
   try {
@@ -43,38 +39,50 @@ bool IsThere(const LogFile* file) {
   return file != nullptr && file->What == LogFile::Kind::kFile;
 }
 
-// The numbers of a positional file; nothing for a field without one.
-std::vector<std::optional<double>> NumbersIn(SequentialReader& reader, int count) {
-  std::vector<std::optional<double>> numbers;
-  while (static_cast<int>(numbers.size()) < count && !reader.AtEnd()) {
-    numbers.push_back(HeldNumber(reader.ReadNumberField()));
-  }
-  return numbers;
+// The values of one catalogue in a line of all.
+std::span<RowValue> ValuesOf(Catalogue which, std::vector<RowValue>& all) {
+  return std::span(all).subspan(static_cast<std::size_t>(PlaceOf({which, 0})),
+                                static_cast<std::size_t>(InfoOf(which).Rows));
 }
 
-template <typename Predicate>
-std::vector<RowValue> ReadPositional(const RowSource& source, std::string_view name, int count,
-                                     Predicate is_disabled) {
+Gate GateOf(const RowSource& source, Catalogue which, int row) {
+  return source.gates[static_cast<std::size_t>(PlaceOf({which, row}))];
+}
+
+void SetNumber(const std::optional<double>& number, RowValue& value) {
+  value.State = number ? ValueState::kOk : ValueState::kNoNumber;
+  value.Number = number.value_or(0);
+}
+
+// The rows of a file of fields, one after the other. A field is taken for each row, also for one
+// that does not apply; `take` gives it to the value.
+template <typename Take>
+void ReadPositional(const RowSource& source, std::string_view name, Catalogue which,
+                    std::span<RowValue> values, Take take) {
   const LogFile* file = source.files.Find(name);
-  std::vector<std::optional<double>> numbers;
-  if (IsThere(file)) {
-    SequentialReader reader(source.code_page, file->Bytes);
-    numbers = NumbersIn(reader, count);
-  }
-  std::vector<RowValue> values;
-  for (std::int16_t row = 0; row < count; ++row) {
-    const auto index = static_cast<std::size_t>(row);
-    if (is_disabled(row)) {
-      values.push_back(InState(ValueState::kNotApplicable));
-    } else if (!IsThere(file)) {
-      values.push_back(InState(ValueState::kFileMissing));
-    } else if (index >= numbers.size()) {
-      values.push_back(InState(ValueState::kFileShort));
-    } else {
-      values.push_back(NumberValue(numbers[index]));
+  const bool there = IsThere(file);
+  SequentialReader reader(source.code_page, there ? std::string_view(file->Bytes) : "");
+  const auto first = static_cast<std::size_t>(PlaceOf({which, 0}));
+  for (std::size_t row = 0; row < values.size(); ++row) {
+    RowValue& value = values[row];
+    if (there && reader.AtEnd()) {
+      value.State = ValueState::kFileShort;
+    } else if (there) {
+      take(reader, row, value);
     }
+    if (source.gates[first + row] == Gate::kNever) value = InState(ValueState::kNotApplicable);
   }
-  return values;
+}
+
+void TakeNumber(SequentialReader& reader, std::size_t, RowValue& value) {
+  SetNumber(HeldNumber(reader.ReadNumberField()), value);
+}
+
+// The stamp is a text among the numbers.
+void TakeSysField(SequentialReader& reader, std::size_t row, RowValue& value) {
+  if (row != kStampRow) return TakeNumber(reader, row, value);
+  value.State = ValueState::kOk;
+  value.Text = reader.ReadText();
 }
 
 // The bytes of a macro file, found by the rule of the list; nothing if it is missing.
@@ -105,11 +113,10 @@ RowValue TextValue(std::string_view line) {
   }
 }
 
-// Whether the switches of its macro file leave the row without a value, where it applies with both
-// of them set. A switch that cannot be read leaves that open.
+// Whether the switches of its macro file leave the row without a value. A switch that cannot be
+// read leaves that open.
 std::optional<ValueState> StateBySwitches(const RowSource& source, int row, std::int16_t group,
                                           const MacroViews& lines) {
-  if (!IsDisabledTuneRow(row, group, source.options, {0, 0})) return std::nullopt;
   const std::optional<std::int16_t> col_opgs = FlagOf(lines.ColOpgs);
   const std::optional<std::int16_t> clmd = FlagOf(lines.Clmd);
   const auto disabled = [&](std::int16_t unread) {
@@ -124,17 +131,30 @@ std::optional<ValueState> StateBySwitches(const RowSource& source, int row, std:
 RowValue TuneValue(const RowSource& source, int row, const MacroViews& lines) {
   const TuneItemRecord& item = RowAt(source.catalogues.TuneItems, row);
   if (lines.Value.empty()) return InState(ValueState::kFileShort);
-  if (IsDisabledTuneRow(row, item.Group, source.options, {1, 1}) ||
-      IsHiddenInList(item.Group, source.options)) {
-    return InState(ValueState::kNotApplicable);
+  const Gate gate = GateOf(source, Catalogue::kTune, row);
+  if (gate == Gate::kNever) return InState(ValueState::kNotApplicable);
+  if (gate == Gate::kBySwitches) {
+    if (const auto state = StateBySwitches(source, row, item.Group, lines)) return InState(*state);
   }
-  if (const auto state = StateBySwitches(source, row, item.Group, lines)) return InState(*state);
   if (item.Format.empty()) return TextValue(lines.Value);
   const std::optional<double> number = HeldNumber(BehindEqualSign(lines.Value));
   if (number && *number < 0 && NegativeMeansUnused(item.Group)) {
     return InState(ValueState::kNotApplicable);
   }
-  return NumberValue(number);
+  RowValue value;
+  SetNumber(number, value);
+  return value;
+}
+
+void ReadTuneRows(const RowSource& source, std::span<RowValue> values) {
+  for (const std::string_view name : kMacroFiles) {
+    const std::optional<std::string_view> bytes = MacroBytes(source, std::string(name));
+    if (!bytes) continue;
+    const MacroLookup::Lines lines = source.macros.Find(source.code_page, name, *bytes);
+    for (const auto& [row, views] : lines.Rows) {
+      values[static_cast<std::size_t>(row)] = TuneValue(source, row, views);
+    }
+  }
 }
 
 // The words of a bit snapshot; nothing in the place of a field without hexadecimal digits.
@@ -155,95 +175,89 @@ RowValue BitValue(const BitItemRecord& item,
   return {ValueState::kOk, BitIsSet(*word, item.Mask) ? 1.0 : 0.0, {}};
 }
 
-// Rows that the report of this instrument does not print do not apply.
-std::vector<RowValue> ReadBits(const RowSource& source, std::span<const BitItemRecord> items,
-                               int count, const ReportLayout& layout,
-                               const std::vector<BitPlace>& places) {
-  std::vector<RowValue> values(static_cast<std::size_t>(count),
-                               InState(ValueState::kNotApplicable));
-  const LogFile* file = source.files.Find(layout.Snapshot);
+void ReadBits(const RowSource& source, std::span<const BitItemRecord> items, std::string_view name,
+              Catalogue which, std::span<RowValue> values) {
+  const LogFile* file = source.files.Find(name);
   std::vector<std::optional<std::uint16_t>> words;
   if (IsThere(file)) {
     SequentialReader reader(source.code_page, file->Bytes);
     words = WordsIn(reader);
   }
-  for (const BitPlace& place : places) {
-    const BitItemRecord& item = RowAt(items, place.Row);
-    if (place.Disabled || !IsJoined(layout, item.Group, source.options)) continue;
-    RowAt(values, place.Row) =
-        IsThere(file) ? BitValue(item, words) : InState(ValueState::kFileMissing);
-  }
-  return values;
-}
-
-// The field of each system parameter: a number, or the text of the stamp.
-std::vector<RowValue> SysFieldsIn(SequentialReader& reader) {
-  std::vector<RowValue> fields;
-  while (static_cast<int>(fields.size()) < kSysRowCount && !reader.AtEnd()) {
-    if (fields.size() == kStampRow) {
-      fields.push_back({ValueState::kOk, 0, reader.ReadText()});
-    } else {
-      fields.push_back(NumberValue(HeldNumber(reader.ReadNumberField())));
+  for (int row = 0; row < InfoOf(which).Rows; ++row) {
+    RowValue& value = values[static_cast<std::size_t>(row)];
+    if (GateOf(source, which, row) == Gate::kNever) {
+      value.State = ValueState::kNotApplicable;
+    } else if (IsThere(file)) {
+      value = BitValue(RowAt(items, row), words);
     }
   }
-  return fields;
 }
 
-bool IsSysNotApplicable(const RowSource& source, std::int16_t row) {
+bool IsSysNotApplicable(const Catalogues& catalogues, const LogOptions& options, std::int16_t row) {
   if (row == kStampRow) return false;
-  const int group = RowAt(source.catalogues.SysItems, row).Group;
-  return IsDisabledSysParam(row, source.options) ||
-         !IsJoined(kReportLayouts[2], group, source.options);
+  return IsDisabledSysParam(row, options) ||
+         !IsJoined(kReportLayouts[2], RowAt(catalogues.SysItems, row).Group, options);
+}
+
+Gate TuneGate(const Catalogues& catalogues, const LogOptions& options, int row) {
+  const std::int16_t group = RowAt(catalogues.TuneItems, row).Group;
+  if (IsDisabledTuneRow(row, group, options, {1, 1}) || IsHiddenInList(group, options)) {
+    return Gate::kNever;
+  }
+  return IsDisabledTuneRow(row, group, options, {0, 0}) ? Gate::kBySwitches : Gate::kApplies;
+}
+
+// Rows that the report of this instrument does not print do not apply.
+void OpenBits(std::span<const BitItemRecord> items, Catalogue which, const LogOptions& options,
+              const ReportLayout& layout, const std::vector<BitPlace>& places, Gates& gates) {
+  for (int row = 0; row < InfoOf(which).Rows; ++row) {
+    gates[static_cast<std::size_t>(PlaceOf({which, row}))] = Gate::kNever;
+  }
+  for (const BitPlace& place : places) {
+    if (place.Disabled || !IsJoined(layout, RowAt(items, place.Row).Group, options)) continue;
+    gates[static_cast<std::size_t>(PlaceOf({which, place.Row}))] = Gate::kApplies;
+  }
 }
 
 }  // namespace
 
-std::vector<RowValue> ReadMeterRows(const RowSource& source) {
-  return ReadPositional(source, "auser.txt", kMeterRowCount, [&](std::int16_t row) {
-    return IsDisabledMeterParam(row, source.options);
-  });
-}
-
-std::vector<RowValue> ReadAnalogRows(const RowSource& source) {
-  return ReadPositional(source, "aall.txt", kAnalogRowCount, [&](std::int16_t row) {
-    return IsDisabledAnalogParam(source.catalogues, row, source.options);
-  });
-}
-
-std::vector<RowValue> ReadTuneRows(const RowSource& source) {
-  std::vector<RowValue> values(kTuneRowCount, InState(ValueState::kFileMissing));
-  for (const std::string_view name : kMacroFiles) {
-    const std::optional<std::string_view> bytes = MacroBytes(source, std::string(name));
-    if (!bytes) continue;
-    const MacroLookup::Lines lines = source.macros.Find(source.code_page, name, *bytes);
-    for (const auto& [row, views] : lines.Rows) RowAt(values, row) = TuneValue(source, row, views);
+Gates GatesOf(const Catalogues& catalogues, const LogOptions& options) {
+  Gates gates{};
+  const auto set = [&](Catalogue which, const auto& never) {
+    for (std::int16_t row = 0; row < InfoOf(which).Rows; ++row) {
+      gates[static_cast<std::size_t>(PlaceOf({which, row}))] =
+          never(row) ? Gate::kNever : Gate::kApplies;
+    }
+  };
+  set(Catalogue::kMeter, [&](std::int16_t row) { return IsDisabledMeterParam(row, options); });
+  set(Catalogue::kAnalog,
+      [&](std::int16_t row) { return IsDisabledAnalogParam(catalogues, row, options); });
+  set(Catalogue::kSys,
+      [&](std::int16_t row) { return IsSysNotApplicable(catalogues, options, row); });
+  for (int row = 0; row < kTuneRowCount; ++row) {
+    gates[static_cast<std::size_t>(PlaceOf({Catalogue::kTune, row}))] =
+        TuneGate(catalogues, options, row);
   }
-  return values;
+  OpenBits(catalogues.BoutItems, Catalogue::kBitOut, options, kReportLayouts[3],
+           BitOutPlaces(options), gates);
+  OpenBits(catalogues.BinItems, Catalogue::kBitIn, options, kReportLayouts[4], BitInPlaces(options),
+           gates);
+  return gates;
 }
 
-std::vector<RowValue> ReadSysRows(const RowSource& source) {
-  const LogFile* file = source.files.Find("sys.txt");
-  std::vector<RowValue> values;
-  if (IsThere(file)) {
-    SequentialReader reader(source.code_page, file->Bytes);
-    values = SysFieldsIn(reader);
-  }
-  values.resize(kSysRowCount,
-                InState(IsThere(file) ? ValueState::kFileShort : ValueState::kFileMissing));
-  for (std::int16_t row = 0; row < kSysRowCount; ++row) {
-    if (IsSysNotApplicable(source, row)) RowAt(values, row) = InState(ValueState::kNotApplicable);
-  }
-  return values;
-}
-
-std::vector<RowValue> ReadBitOutRows(const RowSource& source) {
-  return ReadBits(source, source.catalogues.BoutItems, kBoutRowCount, kReportLayouts[3],
-                  BitOutPlaces(source.options));
-}
-
-std::vector<RowValue> ReadBitInRows(const RowSource& source) {
-  return ReadBits(source, source.catalogues.BinItems, kBinRowCount, kReportLayouts[4],
-                  BitInPlaces(source.options));
+std::vector<RowValue> ReadRows(const RowSource& source) {
+  std::vector<RowValue> all(kAllRows);
+  ReadPositional(source, "auser.txt", Catalogue::kMeter, ValuesOf(Catalogue::kMeter, all),
+                 TakeNumber);
+  ReadPositional(source, "aall.txt", Catalogue::kAnalog, ValuesOf(Catalogue::kAnalog, all),
+                 TakeNumber);
+  ReadTuneRows(source, ValuesOf(Catalogue::kTune, all));
+  ReadPositional(source, "sys.txt", Catalogue::kSys, ValuesOf(Catalogue::kSys, all), TakeSysField);
+  ReadBits(source, source.catalogues.BoutItems, kReportLayouts[3].Snapshot, Catalogue::kBitOut,
+           ValuesOf(Catalogue::kBitOut, all));
+  ReadBits(source, source.catalogues.BinItems, kReportLayouts[4].Snapshot, Catalogue::kBitIn,
+           ValuesOf(Catalogue::kBitIn, all));
+  return all;
 }
 
 }  // namespace logbook::insight

@@ -4,31 +4,40 @@
 // The values of the six catalogues from the bytes of a log's files. Used by LogReading alone.
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "base/CodePage.h"
 #include "catalogue/OptionGating.h"
+#include "insight/CatalogueRow.h"
 #include "insight/LogFiles.h"
 #include "insight/LogReading.h"
 #include "insight/MacroLookup.h"
 
 namespace logbook::insight {
 
+// Whether the rows apply to an instrument, by their places.
+enum class Gate : char {
+  kApplies,
+  kNever,
+  kBySwitches,  // a tune row that applies unless the switches of its macro file say no
+};
+using Gates = std::array<Gate, kAllRows>;
+
+// Those of these options. Raises nothing.
+Gates GatesOf(const Catalogues& catalogues, const LogOptions& options);
+
 // What the values are read from.
 struct RowSource {
   const CodePage& code_page;
   const Catalogues& catalogues;
   const LogOptions& options;
+  const Gates& gates;  // of these options
   const LogFiles& files;
   const MacroLookup& macros;  // of the same catalogues
 };
 
-// All rows of one catalogue in their order. Raise nothing.
-std::vector<RowValue> ReadMeterRows(const RowSource& source);
-std::vector<RowValue> ReadAnalogRows(const RowSource& source);
-std::vector<RowValue> ReadTuneRows(const RowSource& source);
-std::vector<RowValue> ReadSysRows(const RowSource& source);
-std::vector<RowValue> ReadBitOutRows(const RowSource& source);
-std::vector<RowValue> ReadBitInRows(const RowSource& source);
+// All rows by their places. Raises nothing.
+std::vector<RowValue> ReadRows(const RowSource& source);
 
 }  // namespace logbook::insight

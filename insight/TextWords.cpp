@@ -48,6 +48,8 @@ Sort SortOf(char32_t character) {
   return Holds(kParting, character) ? Sort::kOther : Sort::kLetter;
 }
 
+constexpr std::string_view kSigns = "/:.,-";
+
 // For ASCII: the letter in upper case, the digit; 0 for what parts words.
 constexpr auto kAscii = [] {
   std::array<char, 256> table{};
@@ -66,44 +68,59 @@ bool IsAsciiLetter(char byte) {
   return UpperAscii(byte) != 0;
 }
 
-// True for a sign that stands between two digits, as in dates, times and numbers.
-bool JoinsDigits(std::string_view text, std::size_t at) {
-  constexpr std::string_view kSigns = "/:.,-";
-  return at > 0 && at + 1 < text.size() && IsDigit(text[at - 1]) && IsDigit(text[at + 1]) &&
-         kSigns.find(text[at]) != std::string_view::npos;
+// What a byte is to a word, at a glance.
+enum class Part : char {
+  kParts,  // parts words
+  kWord,   // belongs to one
+  kSign,   // does where it stands between digits
+  kSlow,   // to be looked at as a character
+};
+constexpr auto kParts = [] {
+  std::array<Part, 256> table{};
+  for (std::size_t byte = 0; byte < table.size(); ++byte) {
+    if (kAscii[byte] != 0) table[byte] = Part::kWord;
+    if (byte >= 0x80 || byte == 1) table[byte] = Part::kSlow;
+  }
+  for (const char sign : kSigns) table[static_cast<unsigned char>(sign)] = Part::kSign;
+  return table;
+}();
+
+Part PartOf(char byte) {
+  return kParts[static_cast<unsigned char>(byte)];
 }
 
-}  // namespace
+// True for a sign that stands between two digits, as in dates, times and numbers.
+bool JoinsDigits(std::string_view text, std::size_t at) {
+  return PartOf(text[at]) == Part::kSign && at > 0 && at + 1 < text.size() &&
+         IsDigit(text[at - 1]) && IsDigit(text[at + 1]);
+}
 
-void EachWord(std::string_view text, const WordSink& sink) {
+// The text with the letters of ASCII in upper case, all else as it is.
+std::string UpperLetters(std::string_view text) {
+  std::string upper(text);
+  for (char& byte : upper) byte = static_cast<char>(byte - (byte >= 'a' && byte <= 'z' ? 32 : 0));
+  return upper;
+}
+
+// The words from a place on, where none has begun, with any characters in them; up to an ASCII
+// character that parts words. Its place, or the end of the text.
+std::size_t EachWordOfStretch(std::string_view text, std::size_t at, const WordSink& sink) {
   std::string word;
-  std::size_t begin = 0;
+  std::size_t begin = at;
   const auto finish = [&](std::size_t end) {
     if (!word.empty()) sink(word, begin, end);
     word.clear();
   };
-  for (std::size_t at = 0; at < text.size();) {
+  while (at < text.size()) {
     const std::size_t start = at;
     if (word.empty()) begin = start;
-    // The common case in one go.
-    while (at < text.size() && IsAsciiLetter(text[at])) ++at;
-    if (at > start) {
-      const std::size_t known = word.size();
-      word.append(text.substr(start, at - start));
-      std::transform(word.begin() + static_cast<std::ptrdiff_t>(known), word.end(),
-                     word.begin() + static_cast<std::ptrdiff_t>(known), UpperAscii);
-    }
-    if (at == text.size()) break;
-    if (JoinsDigits(text, at)) {
-      word += text[at++];
-      continue;
-    }
     const auto byte = static_cast<unsigned char>(text[at]);
-    if (byte < 0x80 && byte != 1) {
-      finish(at++);
+    if (IsAsciiLetter(text[at]) || JoinsDigits(text, at)) {
+      word += UpperAscii(text[at]) != 0 ? UpperAscii(text[at]) : text[at];
+      ++at;
       continue;
     }
-    if (at > start) continue;
+    if (byte < 0x80 && byte != 1) break;
     const char32_t character = NextCharacter(text, at);
     const Sort sort = SortOf(character);
     if (sort != Sort::kLetter) finish(start);
@@ -112,7 +129,25 @@ void EachWord(std::string_view text, const WordSink& sink) {
     AppendCharacter(UpperCase(character), word);
     if (sort == Sort::kWhole) finish(at);
   }
-  finish(text.size());
+  finish(at);
+  return at;
+}
+
+}  // namespace
+
+void EachWord(std::string_view text, const WordSink& sink) {
+  const std::string upper = UpperLetters(text);
+  for (std::size_t at = 0; at < text.size();) {
+    while (at < text.size() && PartOf(text[at]) == Part::kParts) ++at;
+    const std::size_t begin = at;
+    while (at < text.size() && (PartOf(text[at]) == Part::kWord || JoinsDigits(text, at))) ++at;
+    if (at < text.size() && PartOf(text[at]) == Part::kSlow) {
+      at = EachWordOfStretch(text, begin, sink);
+      continue;
+    }
+    if (at > begin) sink(std::string_view(upper).substr(begin, at - begin), begin, at);
+    ++at;
+  }
 }
 
 std::vector<std::string> WordsOf(std::string_view text) {

@@ -150,6 +150,8 @@ std::vector<std::optional<std::string_view>> FindProfileValues(
     std::span<const std::string_view> keys) {
   std::vector<std::optional<std::string_view>> values(keys.size());
   const bool ascii_keys = std::all_of(keys.begin(), keys.end(), IsAscii);
+  std::vector<std::string_view> names(keys.begin(), keys.end());
+  for (std::string_view& name : names) name = Trim(name);
   section = Trim(section);
   bool section_found = false;
   LineReader line(page, file);
@@ -159,12 +161,12 @@ std::vector<std::optional<std::string_view>> FindProfileValues(
     if (opened) section_found = IsSameName(page, *opened, section);
     if (!section_found || opened) continue;
     const auto assigned = line.Assigned();
+    if (!assigned) continue;
     // Names of ASCII characters alone that are the same have the same length.
-    const bool by_length = assigned && ascii_keys && IsAscii(assigned->key);
-    for (std::size_t i = 0; assigned && i < keys.size(); ++i) {
-      const std::string_view key = Trim(keys[i]);
-      if (by_length && key.size() != assigned->key.size()) continue;
-      if (!values[i] && IsSameName(page, assigned->key, key)) {
+    const bool by_length = ascii_keys && IsAscii(assigned->key);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      if (by_length && names[i].size() != assigned->key.size()) continue;
+      if (!values[i] && IsSameName(page, assigned->key, names[i])) {
         values[i] = WithoutQuotes(assigned->value);
       }
     }

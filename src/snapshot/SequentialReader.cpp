@@ -4,6 +4,7 @@
 #include "snapshot/SequentialReader.h"
 
 #include <algorithm>
+#include <array>
 
 #include "base/RunTimeError.h"
 #include "text/LeadingNumber.h"
@@ -20,6 +21,16 @@ bool IsBlank(int byte) {
 bool EndsField(int byte) {
   return byte == ',' || byte == '\r' || byte == '\n' || byte == kEnd;
 }
+
+// What a byte is to the field of a number.
+enum class Byte : char { kOther, kBlank, kDelimiter };
+constexpr auto kBytes = [] {
+  std::array<Byte, 256> table{};
+  for (const char blank : {' ', '\t'}) table[static_cast<unsigned char>(blank)] = Byte::kBlank;
+  for (const char end : {',', '\r', '\n'})
+    table[static_cast<unsigned char>(end)] = Byte::kDelimiter;
+  return table;
+}();
 
 // The end of a long field, from a byte on that is no half of a character if there is one: those are
 // 40 hexadecimal and above in every code page.
@@ -42,6 +53,7 @@ double SequentialReader::ReadNumber() {
 }
 
 std::string SequentialReader::ReadNumberField() {
+  if (std::optional<std::string> field = TakeNumberAtHand()) return *std::move(field);
   if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
   SkipBlanks();
   const std::string field =
@@ -72,6 +84,24 @@ std::string SequentialReader::ReadText(Keep keep) {
   }
   TakeDelimiter();
   return code_page_.ToUtf8(field);
+}
+
+// Nearly every field: short, and more is at hand behind it.
+std::optional<std::string> SequentialReader::TakeNumberAtHand() {
+  const std::string_view bytes = file_.Buffered();
+  const char* const end = bytes.data() + bytes.size();
+  const char* at = bytes.data();
+  while (at != end && kBytes[static_cast<unsigned char>(*at)] == Byte::kBlank) ++at;
+  const char* const begin = at;
+  while (at != end && kBytes[static_cast<unsigned char>(*at)] == Byte::kOther) ++at;
+  const auto length = static_cast<std::size_t>(at - begin);
+  while (at != end && kBytes[static_cast<unsigned char>(*at)] == Byte::kBlank) ++at;
+  // Two bytes, as a line end may be two.
+  if (end - at < 2 || length > kLongestField) return std::nullopt;
+  if (EndsField(static_cast<unsigned char>(*at))) at += *at == '\r' && at[1] == '\n' ? 2 : 1;
+  std::optional<std::string> field(std::in_place, begin, length);
+  file_.Skip(static_cast<std::size_t>(at - bytes.data()));
+  return field;
 }
 
 void SequentialReader::SkipBlanks() {

@@ -8,6 +8,7 @@
 // no further field.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "base/Files.h"
@@ -49,6 +50,8 @@ class SequentialReader {
  private:
   enum class Keep { kBeginning, kEnd };
   std::string ReadText(Keep keep);
+  // The next number's field if it is at hand to beyond its delimiter; nothing is taken else.
+  std::optional<std::string> TakeNumberAtHand();
   void SkipBlanks();
   void TakeDelimiter();
   void TakeRestOfNumber();

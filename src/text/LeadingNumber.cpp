@@ -4,6 +4,7 @@
 #include "text/LeadingNumber.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -86,6 +87,31 @@ std::optional<double> ReadHexadecimal(std::string_view text) {
   return value;
 }
 
+// A number of so few digits that it is one division away; nothing for any other text. A whole
+// number below 2^53 and a power of ten up to 10^22 are exact, so their quotient is the nearest
+// double.
+std::optional<double> ReadPlainDecimal(std::string_view text) {
+  constexpr std::size_t kMostDigits = 15;
+  constexpr auto kPowers = std::to_array<double>(
+      {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15});
+  std::uint64_t digits = 0;
+  std::size_t at = 0;
+  const auto take_digits = [&] {
+    const std::size_t begin = at;
+    for (; at < text.size() && IsDigit(text[at]); ++at) {
+      digits = digits * 10 + static_cast<std::uint64_t>(text[at] - '0');
+    }
+    return at - begin;
+  };
+  const std::size_t whole = take_digits();
+  const bool has_point = at < text.size() && text[at] == '.';
+  at += has_point ? 1 : 0;
+  const std::size_t places = has_point ? take_digits() : 0;
+  const bool has_exponent = at < text.size() && (text[at] == 'e' || text[at] == 'E');
+  if (has_exponent || whole + places == 0 || whole + places > kMostDigits) return std::nullopt;
+  return static_cast<double>(digits) / kPowers[places];
+}
+
 }  // namespace
 
 double LeadingNumber(std::string_view text) {
@@ -93,7 +119,7 @@ double LeadingNumber(std::string_view text) {
 }
 
 std::optional<double> FindLeadingNumber(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+  while (!text.empty() && (text[0] == ' ' || text[0] == '\t')) text.remove_prefix(1);
   if (text.size() >= 2 && text[0] == '&' && (text[1] == 'H' || text[1] == 'h')) {
     return ReadHexadecimal(text.substr(2));
   }
@@ -101,6 +127,7 @@ std::optional<double> FindLeadingNumber(std::string_view text) {
   if (negative || (!text.empty() && text[0] == '+')) text.remove_prefix(1);
   // The library also reads "inf" and "nan", which are no numbers here.
   if (text.empty() || !(IsDigit(text[0]) || text[0] == '.')) return std::nullopt;
+  if (const auto plain = ReadPlainDecimal(text)) return negative ? -*plain : *plain;
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error == std::errc::invalid_argument) return std::nullopt;

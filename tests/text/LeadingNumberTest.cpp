@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
+#include <random>
 #include <string>
 
 #include "base/RunTimeError.h"
@@ -136,6 +138,26 @@ TEST(LeadingInt16, RaisesOverflowOutsideSixteenBits) {
     } catch (const RunTimeError& error) {
       EXPECT_EQ(error.Number(), ErrorNumber::kOverflow) << text;
     }
+  }
+}
+
+// Numbers of few digits are reckoned in another way than those of many; both are the nearest
+// double.
+TEST(LeadingNumber, DecimalsAreTheNearestDoublesWhateverTheirLength) {
+  std::mt19937_64 random(7);
+  for (int round = 0; round < 20000; ++round) {
+    std::string text;
+    const auto digits = [&](std::size_t most) {
+      for (std::size_t i = random() % (most + 1); i > 0; --i) {
+        text += static_cast<char>('0' + random() % 10);
+      }
+    };
+    digits(17);
+    if (random() % 3 > 0) text += '.';
+    digits(17);
+    if (text.empty() || text == ".") continue;
+    EXPECT_EQ(LeadingNumber(text), std::strtod(text.c_str(), nullptr)) << text;
+    EXPECT_EQ(LeadingNumber("-" + text + " x"), -std::strtod(text.c_str(), nullptr)) << text;
   }
 }
 
