@@ -4,8 +4,8 @@
 # The rooms, lowest first: a room includes, and links, only those before it (.ci/check reads this
 # list and fails otherwise). CONTRIBUTING.md tells what lives in each.
 set(LOGBOOK_ROOMS
-  base
   resources
+  base
   text
   catalogue
   snapshot

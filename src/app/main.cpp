@@ -7,6 +7,8 @@
 #include <QDBusConnection>
 #include <QFileInfo>
 #include <QIcon>
+#include <QLibraryInfo>
+#include <QTranslator>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -24,14 +26,19 @@
 #include "qt/QtPrintService.h"
 #include "qt/QtSaveDialog.h"
 #include "qt/QtWindowSystem.h"
+#include "qt/Widgets.h"
 #include "qt/frmMain.h"
+#include "resources/Resources.h"
 #include "shell/StartUp.h"
+#include "state/LanguageChoice.h"
 #include "upload/ContentServerClient.h"
 
 namespace {
 
 // Name of the desktop entry and of the icon.
 constexpr char kDesktopName[] = "com.norvane.Quorex.Logbook";
+
+constexpr int kApplicationName = 112;  // in the string table
 
 constexpr char kHelp[] =
     "Usage: logbook HOST [CE] [AutoRec]\n"
@@ -55,9 +62,20 @@ std::string JoinedByBlanks(const std::vector<std::string>& words) {
   return line;
 }
 
-// Index of the manual that lies beside the program.
+// Index of the manual that lies beside the program; the English one where the language has none.
 QString ManualOfTheProgram() {
-  return QApplication::applicationDirPath() + QStringLiteral("/manual/logbook.hhbook");
+  const QString folder = QApplication::applicationDirPath() + QStringLiteral("/manual/");
+  const QString index = QStringLiteral("/logbook.hhbook");
+  const QString translated = folder + logbook::ToQt(logbook::CurrentLanguage().manual) + index;
+  return QFileInfo::exists(translated) ? translated : folder + QStringLiteral("logbook.hhbook");
+}
+
+// The words of the toolkit's own dialogs; they stay English where its catalogue is missing.
+void TakeToolkitWords(QTranslator& words) {
+  const QString catalogue = logbook::ToQt(logbook::CurrentLanguage().toolkit);
+  if (catalogue.isEmpty()) return;
+  if (words.load(catalogue, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    QApplication::installTranslator(&words);
 }
 
 // Runs the program until it ends itself; returns only if the toolkit's loop is made to.
@@ -67,6 +85,10 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
   AppState state(machine);
   state.AppPath = DrivePathText(machine, QCoreApplication::applicationDirPath().toStdString());
   state.AppName = QFileInfo(QApplication::applicationFilePath()).completeBaseName().toStdString();
+  TakeLanguage(machine, state.AppPath, LOGBOOK_LANGUAGE);
+  QTranslator toolkit_words;
+  TakeToolkitWords(toolkit_words);
+  QApplication::setApplicationName(ToQt(LoadResString(kApplicationName)));
   const QDBusConnection bus = QDBusConnection::sessionBus();
   DBusHostLink host(bus);
   DBusProcess process(bus);
@@ -116,7 +138,6 @@ int main(int argc, char** argv) {
   // The arguments are the program's own: the toolkit sees none of them.
   int toolkit_argc = argc > 0 ? 1 : 0;
   QApplication application(toolkit_argc, argv);
-  QApplication::setApplicationName(QStringLiteral("Maintenance LogBook"));
   QApplication::setApplicationVersion(QStringLiteral(LOGBOOK_VERSION));
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopName));
   QApplication::setWindowIcon(QIcon::fromTheme(QString::fromLatin1(kDesktopName)));

@@ -28,6 +28,7 @@ constexpr int kMessageTitle = 1295;
 constexpr int kNotSelected = 1395;
 constexpr int kPleaseSelect = 1396;
 constexpr int kFailed = 1397;
+constexpr int kErrorCode = 1462;
 
 std::string SettingsFile(const AppState& state) {
   return state.ExePath + "qrxgen.ist";
@@ -37,9 +38,9 @@ std::string SettingsFile(const AppState& state) {
 std::string ArchiveFolder(const AppState& state) {
   const std::string bytes = GetPrivateProfileString(state.machine, kSection, kKey, "",
                                                     kFolderBuffer, SettingsFile(state));
-  const std::string folder = state.machine.code_page->ToUtf8(bytes.substr(0, bytes.find('\0')));
+  std::string folder = state.machine.code_page->ToUtf8(bytes.substr(0, bytes.find('\0')));
   if (!folder.empty()) return folder;
-  const std::string first_folder = FirstCharacters(state.ExePath, 3) + "ZALM_ARC\\";
+  std::string first_folder = FirstCharacters(state.ExePath, 3) + "ZALM_ARC\\";
   WritePrivateProfileString(state.machine, kSection, kKey, first_folder, SettingsFile(state));
   return first_folder;
 }
@@ -109,9 +110,10 @@ void ArchiveLogs(AppState& state, Services& services) {
   DeleteFileIgnoringErrors(state.machine, *zip_file);
   const std::int16_t code = ZipSelectedLogs(state, services.events, *zip_file);
   if (code != 0) {
-    services.messages.Show({.Text = ResourceText(kFailed) + "\rError Code:" + std::to_string(code),
-                            .Icon = MessageIcon::kCritical,
-                            .Title = ResourceText(kMessageTitle)});
+    services.messages.Show(
+        {.Text = ResourceText(kFailed) + "\r" + ResourceText(kErrorCode) + std::to_string(code),
+         .Icon = MessageIcon::kCritical,
+         .Title = ResourceText(kMessageTitle)});
     return;
   }
   WritePrivateProfileString(state.machine, kSection, kKey, FolderOf(*zip_file),

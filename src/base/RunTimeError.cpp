@@ -3,44 +3,26 @@
 
 #include "base/RunTimeError.h"
 
+#include <string_view>
+
+#include "resources/Resources.h"
+
 namespace logbook {
 
+namespace {
+
+// In the string table: the description of no error in particular; those of the errors stand at
+// this and their number, before the numbers of other things begin.
+constexpr int kDescriptions = 1500;
+constexpr int kMostErrors = 500;
+
+}  // namespace
+
 std::string DescriptionOf(ErrorNumber number) {
-  switch (number) {
-    case ErrorNumber::kInvalidProcedureCall:
-      return "Invalid procedure call or argument";
-    case ErrorNumber::kOverflow:
-      return "Overflow";
-    case ErrorNumber::kOutOfMemory:
-      return "Out of memory";
-    case ErrorNumber::kSubscriptOutOfRange:
-      return "Subscript out of range";
-    case ErrorNumber::kTypeMismatch:
-      return "Type mismatch";
-    case ErrorNumber::kInternalError:
-      return "Internal error";
-    case ErrorNumber::kFileNotFound:
-      return "File not found";
-    case ErrorNumber::kDeviceInputOutput:
-      return "Device I/O error";
-    case ErrorNumber::kFileAlreadyExists:
-      return "File already exists";
-    case ErrorNumber::kDiskFull:
-      return "Disk full";
-    case ErrorNumber::kInputPastEndOfFile:
-      return "Input past end of file";
-    case ErrorNumber::kPermissionDenied:
-      return "Permission denied";
-    case ErrorNumber::kPathFileAccess:
-      return "Path/File access error";
-    case ErrorNumber::kPathNotFound:
-      return "Path not found";
-    case ErrorNumber::kObjectUnloaded:
-      return "Object was unloaded";
-    case ErrorNumber::kPrinterError:
-      return "Printer error";
-  }
-  return "Application-defined or object-defined error";
+  const int error = static_cast<int>(number);
+  std::string_view text;
+  if (error > 0 && error < kMostErrors) text = LoadResString(kDescriptions + error);
+  return std::string(text.empty() ? LoadResString(kDescriptions) : text);
 }
 
 RunTimeError::RunTimeError(ErrorNumber number) : RunTimeError(number, DescriptionOf(number)) {}

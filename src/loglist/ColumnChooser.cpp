@@ -4,11 +4,14 @@
 #include "loglist/ColumnChooser.h"
 
 #include <array>
+#include <iterator>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "base/Profile.h"
 #include "loglist/LogList.h"
+#include "placement/Arrangement.h"
 #include "resources/ResourceText.h"
 #include "resources/Resources.h"
 #include "state/Fonts.h"
@@ -88,15 +91,14 @@ void SetChooserCaptions(ColumnChooser& chooser) {
 }  // namespace
 
 ColumnChooser::ColumnChooser() {
-  Window = {.Name = "frmChangeItem", .Place = {0, 0, 5190, 5130}};
-  Frame1 = {.Name = "Frame1", .Place = {120, 120, 4935, 1575}};
-  Option1 = {.Name = "Option1", .Place = {240, 360, 3855, 375}};
-  Option2 = {.Name = "Option2", .Place = {240, 720, 3855, 375}};
-  Option3 = {.Name = "Option3", .Place = {240, 1080, 3975, 375}, .Visible = false};
-  List1 = {.Name = "List1", .Place = {120, 1920, 4935, 2400}};
-  cmdOK = {.Name = "cmdOK", .Place = {480, 4560, 975, 375}};
-  cmdCancel = {.Name = "cmdCancel", .Place = {2160, 4560, 975, 375}};
-  cmdHelp = {.Name = "cmdHelp", .Place = {3720, 4560, 975, 375}};
+  const std::pair<Control*, const char*> controls[] = {
+      {&Window, "frmChangeItem"}, {&Frame1, "Frame1"},       {&Option1, "Option1"},
+      {&Option2, "Option2"},      {&Option3, "Option3"},     {&List1, "List1"},
+      {&cmdOK, "cmdOK"},          {&cmdCancel, "cmdCancel"}, {&cmdHelp, "cmdHelp"}};
+  const std::vector<Rect> places = LoadPlaces("IDRES_CHOOSER_ARRANGE", std::size(controls));
+  auto place = places.begin();
+  for (const auto& [control, name] : controls) *control = {.Name = name, .Place = *place++};
+  Option3.Visible = false;
 }
 
 void LoadColumnChooser(const AppState& state, ColumnChooser& chooser) {

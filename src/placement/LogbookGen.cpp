@@ -4,14 +4,9 @@
 #include "placement/LogbookGen.h"
 
 #include <array>
-#include <charconv>
-#include <cmath>
-#include <cstdint>
-#include <limits>
 #include <string_view>
-#include <system_error>
 
-#include "base/RunTimeError.h"
+#include "placement/Arrangement.h"
 #include "text/CSVMan.h"
 
 namespace logbook {
@@ -22,22 +17,6 @@ constexpr int kMargin = 120;
 constexpr int kGap = 120;
 constexpr int kWideGap = 360;  // parts cmdHelp and cmdExit from the working commands
 constexpr std::size_t kLines = 9;
-
-// A whole number between blanks.
-int WholeNumber(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) throw RunTimeError(ErrorNumber::kTypeMismatch);
-  text = text.substr(first, text.find_last_not_of(' ') - first + 1);
-  if (text.starts_with('+')) text.remove_prefix(1);
-  double value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size())
-    throw RunTimeError(ErrorNumber::kTypeMismatch);
-  value = std::nearbyint(value);
-  if (!(std::fabs(value) <= std::numeric_limits<std::int32_t>::max()))
-    throw RunTimeError(ErrorNumber::kOverflow);
-  return static_cast<int>(value);
-}
 
 // Third and fourth number of a list: width and height.
 Size SizeInLine(const std::string& line) {

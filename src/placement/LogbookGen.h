@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // The main window's arrangement, from the text resource "IDRES_LOGBOOK_ARRANGE" of type
-// "LOGBOOK_RES" (src/resources/arrange.txt).
+// "LOGBOOK_RES" (src/resources/*/arrange.txt).
 #pragma once
 
 #include <string>

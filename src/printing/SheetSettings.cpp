@@ -10,6 +10,7 @@ namespace logbook {
 
 namespace {
 
+constexpr int kPageOfPages = 1460;  // in the string table
 constexpr int kWholeSheet = -1;
 
 void SelectWholeSheet(F1Book& sheet) {
@@ -30,7 +31,7 @@ void FinishSheet(F1Book& sheet, bool landscape) {
   sheet.SetFont({.Name = font.Name, .Size = font.Size});
   sheet.SetDefaultFont(font.Name, font.Size);
   sheet.SetPageHeader(FontCode() + "&A");
-  sheet.SetPageFooter("&R" + FontCode() + "&D &T&C" + FontCode() + "Page &P/&N");
+  sheet.SetPageFooter("&R" + FontCode() + "&D &T&C" + FontCode() + ResourceText(kPageOfPages));
   SelectWholeSheet(sheet);
   sheet.FitColumnWidths(F1Book::Fit::kSetDefaultToo);
   sheet.SetLandscape(landscape);

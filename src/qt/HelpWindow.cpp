@@ -18,6 +18,7 @@
 #include <QVBoxLayout>
 
 #include "qt/Widgets.h"
+#include "resources/Resources.h"
 
 namespace logbook {
 
@@ -46,7 +47,7 @@ HelpWindow::HelpWindow(HelpBook book, const QString& folder, const QString& noti
   resize(kWidth, kHeight);
 
   text_->setObjectName(QStringLiteral("HelpText"));
-  text_->setAccessibleName(tr("Page"));
+  text_->setAccessibleName(ToQt(LoadResString(1413)));
   text_->setOpenExternalLinks(true);
   text_->document()->setDocumentMargin(kPageMargin);
   text_->document()->setDefaultStyleSheet(QString::fromLatin1(kPageStyle));
@@ -75,7 +76,7 @@ HelpWindow::HelpWindow(HelpBook book, const QString& folder, const QString& noti
 
 void HelpWindow::MakeContents() {
   contents_->setObjectName(QStringLiteral("HelpContents"));
-  contents_->setAccessibleName(tr("Contents"));
+  contents_->setAccessibleName(ToQt(LoadResString(1414)));
   contents_->setColumnCount(1);
   contents_->header()->hide();
   std::vector<QTreeWidgetItem*> above;  // the last entry of each level
@@ -104,9 +105,9 @@ QWidget* HelpWindow::MakeTools() {
     row->addWidget(button);
     return button;
   };
-  QPushButton* back = add("HelpBack", tr("&Back"));
-  QPushButton* forward = add("HelpForward", tr("&Forward"));
-  QPushButton* first = add("HelpFirst", tr("&Contents"));
+  QPushButton* back = add("HelpBack", ToQt(LoadResString(1420)));
+  QPushButton* forward = add("HelpForward", ToQt(LoadResString(1421)));
+  QPushButton* first = add("HelpFirst", ToQt(LoadResString(1422)));
   back->setEnabled(false);
   forward->setEnabled(false);
   connect(back, &QPushButton::clicked, text_, &QTextBrowser::backward);
@@ -116,7 +117,7 @@ QWidget* HelpWindow::MakeTools() {
   connect(text_, &QTextBrowser::forwardAvailable, forward, &QWidget::setEnabled);
 
   row->addStretch(1);
-  auto* label = new QLabel(tr("F&ind on this page:"));
+  auto* label = new QLabel(ToQt(LoadResString(1423)));
   label->setBuddy(find_);
   find_->setObjectName(QStringLiteral("HelpFind"));
   row->addWidget(label);

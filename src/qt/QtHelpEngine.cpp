@@ -15,10 +15,14 @@
 #include "base/Files.h"
 #include "qt/HelpWindow.h"
 #include "qt/Widgets.h"
+#include "resources/ResourceText.h"
 
 namespace logbook {
 
 namespace {
+
+// In the string table.
+constexpr int kHelp = 119, kCannotShow = 1424, kNotThere = 1425, kOwnManual = 1426;
 
 constexpr std::uint32_t kHtmlContext = 15, kHtmlCloseAll = 18, kHtmlInitialize = 28,
                         kHtmlUninitialize = 29;
@@ -91,12 +95,8 @@ void QtHelpEngine::Show(const std::string& file, std::optional<std::uint32_t> to
     viewer_topic_ = topic;
     if (path == viewer_file_ || StartViewer(path)) return;
   }
-  const QString reason = QFileInfo(path).isFile()
-                             ? HelpWindow::tr("This machine has nothing to show %1 with.")
-                             : HelpWindow::tr("The help file %1 is not there.");
-  ShowBook(manual_, topic,
-           reason.arg(ToQt(file)) + QLatin1Char(' ') +
-               HelpWindow::tr("This is the logbook's own manual."));
+  const int reason = QFileInfo(path).isFile() ? kCannotShow : kNotThere;
+  ShowBook(manual_, topic, ToQt(ResourceText(reason, {file}) + " " + ResourceText(kOwnManual)));
 }
 
 void QtHelpEngine::ShowBook(const QString& index, std::optional<std::uint32_t> topic,
@@ -107,7 +107,7 @@ void QtHelpEngine::ShowBook(const QString& index, std::optional<std::uint32_t> t
     const bool is_there = QFileInfo(index).isFile() && file.open(QIODevice::ReadOnly);
     HelpBook book;
     if (is_there) book = ReadHelpBook(file.readAll().toStdString());
-    if (book.Title.empty()) book.Title = HelpWindow::tr("Help").toStdString();
+    if (book.Title.empty()) book.Title = ResourceText(kHelp);
     window_ = new HelpWindow(std::move(book), QFileInfo(index).path(), notice);
     book_ = index;
   }

@@ -17,7 +17,9 @@
 namespace logbook {
 namespace {
 
-constexpr int kDefaultTitle = 112;  // in the string table
+// In the string table.
+constexpr int kDefaultTitle = 112, kOk = 120, kYes = 1440, kNo = 1441;
+
 constexpr int kTitleButtons = 100;  // pixels that a title bar keeps for icon and buttons
 constexpr int kWidestWord = 480;    // pixels
 
@@ -83,10 +85,12 @@ class UsualPointer {
   const bool work_goes_on_;
 };
 
-void AddButton(QMessageBox& box, QMessageBox::StandardButton which, const QString& name) {
+// `caption` is its number in the string table.
+void AddButton(QMessageBox& box, QMessageBox::StandardButton which, const char* name, int caption) {
   QPushButton* button = box.addButton(which);
-  button->setObjectName(name);
-  button->setAccessibleName(name);
+  button->setObjectName(QLatin1String(name));
+  button->setText(ToQt(LoadResString(caption)));
+  button->setAccessibleName(SpokenCaption(std::string(LoadResString(caption))));
   button->setIcon(QIcon());
 }
 
@@ -107,12 +111,12 @@ MessageAnswer QtMessageBoxes::Show(const Message& message) {
   GiveRoomForTitle(box);
   BreakLongWords(box);
   if (message.Buttons == MessageButtons::kOk) {
-    AddButton(box, QMessageBox::Ok, QStringLiteral("OK"));
+    AddButton(box, QMessageBox::Ok, "OK", kOk);
     box.exec();
     return MessageAnswer::kOk;
   }
-  AddButton(box, QMessageBox::Yes, QStringLiteral("Yes"));
-  AddButton(box, QMessageBox::No, QStringLiteral("No"));
+  AddButton(box, QMessageBox::Yes, "Yes", kYes);
+  AddButton(box, QMessageBox::No, "No", kNo);
   box.setDefaultButton(QMessageBox::Yes);
   box.setEscapeButton(QMessageBox::No);
   return box.exec() == QMessageBox::Yes ? MessageAnswer::kYes : MessageAnswer::kNo;

@@ -16,6 +16,7 @@
 #include "printing/PrintQueue.h"
 #include "qt/SheetPrinting.h"
 #include "qt/Widgets.h"
+#include "resources/ResourceText.h"
 #include "state/F1Report.h"
 
 namespace logbook {
@@ -28,16 +29,17 @@ constexpr std::size_t kLongestPath = 259;
 
 struct CodeText {
   std::int32_t code;
-  const char* text;
+  int text;  // in the string table
 };
+constexpr int kAnyError = 1456;
 // clang-format off
 constexpr auto kMessages = std::to_array<CodeText>({
-    { QtPrintService::kNoError,          "The operation completed successfully." },
-    { QtPrintService::kNoDefaultPrinter, "There is no default printer." },
-    { QtPrintService::kNoFolder,         "The folder for the print image cannot be found or made." },
-    { QtPrintService::kInvalidParameter, "The parameter is incorrect." },
-    { QtPrintService::kNameTooLong,      "The name of the print image file is too long." },
-    { QtPrintService::kUnknownPrinter,   "The default printer named in the settings is not installed." },
+    { QtPrintService::kNoError,          1450 },
+    { QtPrintService::kNoDefaultPrinter, 1451 },
+    { QtPrintService::kNoFolder,         1452 },
+    { QtPrintService::kInvalidParameter, 1453 },
+    { QtPrintService::kNameTooLong,      1454 },
+    { QtPrintService::kUnknownPrinter,   1455 },
 });
 // clang-format on
 
@@ -131,8 +133,8 @@ void QtPrintService::exptGetMessageFromErrorCode(std::int32_t error_code, std::i
                                                  std::span<char> message) {
   const auto* found = std::find_if(kMessages.begin(), kMessages.end(),
                                    [&](const CodeText& entry) { return entry.code == error_code; });
-  Fill(message, found == kMessages.end() ? "Print service error " + std::to_string(error_code) + "."
-                                         : std::string(found->text));
+  Fill(message, found == kMessages.end() ? ResourceText(kAnyError, {std::to_string(error_code)})
+                                         : ResourceText(found->text));
 }
 
 void QtPrintService::PrintSheet(const F1Book& sheet) {
@@ -173,7 +175,7 @@ std::string QtPrintService::UnannouncedFile(const F1Book& sheet) const {
   const std::string name = FileNameFor(sheet.Title() + " - " + sheet.SheetName());
   for (int number = 1;; ++number) {
     const std::string suffix = number == 1 ? "" : " (" + std::to_string(number) + ")";
-    const std::string path = folder + "\\" + name + suffix + ".pdf";
+    std::string path = folder + "\\" + name + suffix + ".pdf";
     if (!Exists(machine_, path)) return path;
   }
 }

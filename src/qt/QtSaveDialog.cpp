@@ -7,12 +7,18 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <initializer_list>
 
 #include "base/Files.h"
 #include "qt/Widgets.h"
+#include "resources/ResourceText.h"
 
 namespace logbook {
 namespace {
+
+// In the string table.
+constexpr int kNoPath = 1442, kReadOnly = 1443, kAnotherName = 1444, kCannotSave = 1445,
+              kAnotherFolder = 1446;
 
 // "Archive file(*.zip)|*.zip" as the toolkit has it: one text for each pair, the pattern between
 // parentheses at its end.
@@ -37,16 +43,16 @@ QString InitialFolder(const Machine& machine, const std::string& folder) {
 std::string ReasonToRefuse(const Machine& machine, const SaveRequest& request,
                            const QFileInfo& file) {
   const QFileInfo folder(file.absolutePath());
-  const auto text = [&](const QFileInfo& place, const char* reason) {
-    return DrivePathText(machine, place.absoluteFilePath().toStdString()) + "\r" + reason;
+  const auto text = [&](const QFileInfo& place, std::initializer_list<int> reasons) {
+    std::string lines = DrivePathText(machine, place.absoluteFilePath().toStdString());
+    for (const int reason : reasons) lines += "\r" + ResourceText(reason);
+    return lines;
   };
-  if (request.PathMustExist && !folder.isDir()) return text(folder, "Path does not exist.");
+  if (request.PathMustExist && !folder.isDir()) return text(folder, {kNoPath});
   if (!request.NoReadOnlyReturn) return {};
   const bool is_open = file.isWritable() && file.permission(QFileDevice::WriteOwner);
-  if (file.exists() && !is_open)
-    return text(file, "This file is read-only.\rPlease choose another file name.");
-  if (folder.isDir() && !folder.isWritable())
-    return text(folder, "Files cannot be saved in this folder.\rPlease choose another folder.");
+  if (file.exists() && !is_open) return text(file, {kReadOnly, kAnotherName});
+  if (folder.isDir() && !folder.isWritable()) return text(folder, {kCannotSave, kAnotherFolder});
   return {};
 }
 

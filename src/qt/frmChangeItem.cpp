@@ -15,6 +15,7 @@
 #include "qt/ReportList.h"
 #include "qt/Twips.h"
 #include "qt/Widgets.h"
+#include "resources/Resources.h"
 #include "shell/StartUp.h"
 
 namespace logbook {
@@ -96,7 +97,7 @@ void frmChangeItem::Update() {
     Options_[i]->setChecked(chooser_.OptionSet == static_cast<int>(i) + 1);
   }
   ApplyControl(List1_, chooser_.List1);
-  List1_->setAccessibleName(QStringLiteral("Items"));
+  List1_->setAccessibleName(ToQt(LoadResString(1411)));
   ApplyControl(cmdOK_, chooser_.cmdOK);
   ApplyControl(cmdCancel_, chooser_.cmdCancel);
   ApplyControl(cmdHelp_, chooser_.cmdHelp);

@@ -17,6 +17,7 @@
 #include "qt/Twips.h"
 #include "qt/Widgets.h"
 #include "qt/WindowManager.h"
+#include "resources/Resources.h"
 #include "shell/StartUp.h"
 
 namespace logbook {
@@ -84,7 +85,7 @@ void frmLogEditor::Update() {
   }
   ApplyControl(Label1_, editor_.Label1);
   ApplyControl(txtComment_, editor_.txtComment);
-  txtComment_->setAccessibleName(QStringLiteral("Comment"));
+  txtComment_->setAccessibleName(ToQt(LoadResString(123)));
   ApplyControl(cmdOK_, editor_.cmdOK);
   ApplyControl(cmdCancel_, editor_.cmdCancel);
   ApplyControl(cmdHelp_, editor_.cmdHelp);

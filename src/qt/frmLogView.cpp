@@ -21,6 +21,7 @@
 #include "qt/FrameOnTop.h"
 #include "qt/Twips.h"
 #include "qt/Widgets.h"
+#include "resources/Resources.h"
 #include "shell/StartUp.h"
 #include "viewer/ReportPrinting.h"
 
@@ -128,8 +129,8 @@ void frmLogView::Update() {
   ApplyControl(this, view_.Window);
   UpdatePane(txtReport_, view_.txtReport);
   UpdatePane(txtComment_, view_.txtComment);
-  txtReport_.box->setAccessibleName(QStringLiteral("Report"));
-  txtComment_.box->setAccessibleName(QStringLiteral("Comment"));
+  txtReport_.box->setAccessibleName(ToQt(LoadResString(1412)));
+  txtComment_.box->setAccessibleName(ToQt(LoadResString(123)));
   ApplyControl(cmdPrint_, view_.cmdPrint);
   ApplyControl(cmdExit_, view_.cmdExit);
   ApplyControl(cmdHelp_, view_.cmdHelp);

@@ -21,6 +21,7 @@
 #include "qt/Widgets.h"
 #include "records/LogCommands.h"
 #include "records/Recording.h"
+#include "resources/Resources.h"
 #include "shell/StartUp.h"
 
 namespace logbook {
@@ -104,7 +105,7 @@ void frmMain::Update() {
   QWidget* had_focus = focusWidget();
   ApplyControl(this, window.Window);
   ApplyControl(ListView1_, window.ListView1);
-  ListView1_->setAccessibleName(QStringLiteral("Maintenance logs"));
+  ListView1_->setAccessibleName(ToQt(LoadResString(1410)));
   ApplyControl(cmdRecord_, window.cmdRecord);
   ApplyControl(cmdBrowse_, window.cmdBrowse);
   ApplyControl(cmdDelete_, window.cmdDelete);

@@ -3,12 +3,14 @@
 
 #include "records/LogEditor.h"
 
+#include <iterator>
 #include <utility>
 #include <vector>
 
 #include "base/Files.h"
 #include "base/Profile.h"
 #include "base/RunTimeError.h"
+#include "placement/Arrangement.h"
 #include "resources/ResourceText.h"
 #include "resources/Resources.h"
 #include "state/Fonts.h"
@@ -23,14 +25,6 @@ constexpr int kAutomaticComment = 131;
 constexpr int kEditorCaption = 176;
 constexpr int kFirstCheckCaption = 179;
 constexpr int kCannotDelete = 222;  // and what follows the folder: the next number
-
-constexpr int kCheckRows = 6;
-constexpr int kCheckHeight = 375;
-struct CheckColumn {
-  int left, width;
-};
-constexpr CheckColumn kCheckColumns[] = {{240, 3135}, {3480, 2895}, {6480, 3015}};
-constexpr int kCheckTops[kCheckRows] = {240, 600, 960, 1320, 1680, 2040};
 
 std::string ItemKey(std::size_t index) {
   return "Item" + std::to_string(index);
@@ -66,18 +60,16 @@ void SaveComment(const AppState& state, const WrappedTextBox& comment) {
 }  // namespace
 
 LogEditor::LogEditor() {
-  Window = {.Name = "frmLogEditor", .Place = {0, 0, 10080, 5790}};
-  Frame1 = {.Name = "Frame1", .Place = {240, 120, 9615, 2535}};
-  Label1 = {.Name = "Label1", .Place = {360, 2760, 2175, 255}};
-  txtComment = {.Name = "txtComment", .Place = {240, 3000, 9615, 1800}};
-  cmdOK = {.Name = "cmdOK", .Place = {2280, 5280, 975, 375}};
-  cmdCancel = {.Name = "cmdCancel", .Place = {4320, 5280, 975, 375}};
-  cmdHelp = {.Name = "cmdHelp", .Place = {6360, 5280, 975, 375}};
-  for (std::size_t i = 0; i < kChecks; ++i) {
-    const CheckColumn& column = kCheckColumns[i / kCheckRows];
-    Check1[i] = {.Name = "Check1(" + std::to_string(i) + ")",
-                 .Place = {column.left, kCheckTops[i % kCheckRows], column.width, kCheckHeight}};
-  }
+  const std::pair<Control*, const char*> controls[] = {
+      {&Window, "frmLogEditor"},   {&Frame1, "Frame1"}, {&Label1, "Label1"},
+      {&txtComment, "txtComment"}, {&cmdOK, "cmdOK"},   {&cmdCancel, "cmdCancel"},
+      {&cmdHelp, "cmdHelp"}};
+  const std::vector<Rect> places =
+      LoadPlaces("IDRES_EDITOR_ARRANGE", std::size(controls) + kChecks);
+  auto place = places.begin();
+  for (const auto& [control, name] : controls) *control = {.Name = name, .Place = *place++};
+  for (std::size_t i = 0; i < kChecks; ++i)
+    Check1[i] = {.Name = "Check1(" + std::to_string(i) + ")", .Place = *place++};
 }
 
 void LoadLogEditor(AppState& state, LogEditor& editor, WrappedTextBox& comment) {

@@ -11,7 +11,19 @@
 
 namespace logbook {
 
-std::span<const StringResource> StringData();
-std::string_view ArrangementData();
+// A custom resource of type "LOGBOOK_RES".
+struct DataResource {
+  std::string_view id;
+  std::string_view bytes;
+};
+
+struct LanguageData {
+  Language facts;
+  std::span<const StringResource> strings;
+  std::span<const DataResource> data;
+};
+
+// English first, and never empty.
+std::span<const LanguageData> LanguageTables();
 
 }  // namespace logbook

@@ -4,7 +4,9 @@
 // A string of the resources as a text of its own, to be put together with others.
 #pragma once
 
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "resources/Resources.h"
 
@@ -14,5 +16,9 @@ namespace logbook {
 inline std::string ResourceText(int number) {
   return std::string(LoadResString(number));
 }
+
+// The same with "%1" to "%9" replaced by the texts, in this order. What stands in their place is
+// not looked at again; a place without a text stays.
+std::string ResourceText(int number, std::initializer_list<std::string_view> texts);
 
 }  // namespace logbook

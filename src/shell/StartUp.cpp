@@ -15,12 +15,14 @@
 #include "placement/AsDialog.h"
 #include "placement/LogbookGen.h"
 #include "records/Recording.h"
+#include "resources/ResourceText.h"
 #include "state/HandshakeCell.h"
 
 namespace logbook {
 
 namespace {
 
+constexpr int kRunTimeError = 1461;
 constexpr int kEndingPolls = 200000;
 constexpr const char* kHostTopic = "CPWAIT";
 
@@ -115,10 +117,10 @@ void RunHandler(Services& services, const std::function<void()>& handler) {
     handler();
   } catch (const std::exception& raised) {
     const RunTimeError error = AsRunTimeError(raised);
-    services.messages.Show({.Text = "Run-time error '" +
-                                    std::to_string(static_cast<int>(error.Number())) +
-                                    "':\r\n\r\n" + error.Description(),
-                            .Icon = MessageIcon::kCritical});
+    const std::string number = std::to_string(static_cast<int>(error.Number()));
+    services.messages.Show(
+        {.Text = ResourceText(kRunTimeError, {number}) + "\r\n\r\n" + error.Description(),
+         .Icon = MessageIcon::kCritical});
     services.process.End(1);
   }
 }

@@ -9,6 +9,7 @@
 #include "base/Files.h"
 #include "base/NativeProgram.h"
 #include "base/RunTimeError.h"
+#include "resources/ResourceText.h"
 #include "upload/ECMSub.h"
 #include "upload/Outbox.h"
 #include "upload/ServerSettings.h"
@@ -18,28 +19,35 @@ namespace logbook {
 
 namespace {
 
-constexpr const char* kNoServer = "This workstation is not connected to a content server.";
+// In the string table.
+constexpr int kNoServer = 1470;
+constexpr int kNoStagingFolder = 1471;
+constexpr int kDescriptorIsEmpty = 1472;
+constexpr int kNoFileIsStaged = 1473;
+constexpr int kFileIsMissing = 1474;
+constexpr int kFileIsNotNamed = 1475;
+constexpr int kCannotTakeOver = 1476;
+constexpr int kAgentIsMissing = 1477;
 
 // What is wrong with a staged folder, or nothing.
 std::string FaultOf(const Machine& machine, const std::string& area, const std::string& name) {
   if (name.empty() || name.find_first_of("/\\") != std::string::npos ||
       !FolderExists(machine, area + name))
-    return "There is no staging folder " + name + ".";
+    return ResourceText(kNoStagingFolder, {name});
   std::set<std::string> described;
   for (const UploadFile& file : ReadUploadDescriptor(machine, area + name + ".xml"))
     described.insert(file.Name);
-  if (described.empty()) return "The descriptor of " + name + " names no file.";
+  if (described.empty()) return ResourceText(kDescriptorIsEmpty, {name});
   std::set<std::string> staged;
   for (const FolderEntry& entry : ScanFolder(machine, area + name)) {
-    if (entry.kind != FolderEntry::Kind::kFile)
-      return "The staging folder holds " + entry.name + ", which is no file.";
+    if (entry.kind != FolderEntry::Kind::kFile) return ResourceText(kNoFileIsStaged, {entry.name});
     staged.insert(entry.name);
   }
   for (const std::string& file : described) {
-    if (!staged.contains(file)) return "The file " + file + " is missing in the staging folder.";
+    if (!staged.contains(file)) return ResourceText(kFileIsMissing, {file});
   }
   for (const std::string& file : staged) {
-    if (!described.contains(file)) return "The descriptor does not name the file " + file + ".";
+    if (!described.contains(file)) return ResourceText(kFileIsNotNamed, {file});
   }
   return {};
 }
@@ -75,7 +83,7 @@ void ContentServerClient::Resume() {
 
 bool ContentServerClient::EcmEnabled(std::string& message) {
   if (ReadServerSettings(state_.machine, SettingsFile()).Enabled()) return true;
-  message = kNoServer;
+  message = ResourceText(kNoServer);
   return false;
 }
 
@@ -87,13 +95,12 @@ bool ContentServerClient::EcmSubmit(const std::string& staging_folder, std::stri
     if (!message.empty()) return false;
     Outbox(NativePath(state_.machine, area)).TakeOver(staging_folder);
   } catch (const RunTimeError& error) {
-    message = "The staged files cannot be taken over: " + error.Description() + ".";
+    message = ResourceText(kCannotTakeOver, {error.Description()});
     return false;
   }
   if (StartAgent() || has_told_of_missing_agent_) return true;
   has_told_of_missing_agent_ = true;
-  message = "The files wait in the outbox, but the program that sends them cannot be started: " +
-            AgentProgram() + ".";
+  message = ResourceText(kAgentIsMissing, {AgentProgram()});
   return false;
 }
 

@@ -14,10 +14,14 @@
 #include "base/RunTimeError.h"
 #include "base/UpperCase.h"
 #include "base/Utf8.h"
+#include "resources/ResourceText.h"
 
 namespace logbook {
 
 namespace {
+
+// In the string table.
+constexpr int kOneElement = 1478, kNoElement = 1479;
 
 bool IsXmlCharacter(char32_t character) {
   if (character < 0x20) return character == '\t' || character == '\n' || character == '\r';
@@ -74,7 +78,7 @@ void AddToUploadDescriptor(const Machine& machine, std::string_view descriptor,
   pugi::xml_node upload = document.child("Upload");
   if (!upload) {
     if (document.document_element())
-      throw RunTimeError(ErrorNumber::kInternalError, "Only one top level element is allowed.");
+      throw RunTimeError(ErrorNumber::kInternalError, ResourceText(kOneElement));
     upload = document.append_child("Upload");
   }
   const std::vector<pugi::xml_node> files = FilesOf(upload);
@@ -96,7 +100,7 @@ std::vector<UploadFile> ReadUploadDescriptor(const Machine& machine, std::string
   const std::string native = NativePath(machine, descriptor);
   const pugi::xml_document document = Parse(ReadNativeFile(native));
   const pugi::xml_node upload = document.child("Upload");
-  if (!upload) throw RunTimeError(ErrorNumber::kInternalError, "There is no element Upload.");
+  if (!upload) throw RunTimeError(ErrorNumber::kInternalError, ResourceText(kNoElement));
   std::vector<UploadFile> files;
   for (const pugi::xml_node entry : FilesOf(upload)) {
     files.push_back({.Name = entry.attribute("name").value(),

@@ -4,9 +4,12 @@
 #include "viewer/LogView.h"
 
 #include <cstddef>
+#include <iterator>
 #include <utility>
+#include <vector>
 
 #include "base/Files.h"
+#include "placement/Arrangement.h"
 #include "resources/Resources.h"
 #include "state/Fonts.h"
 #include "viewer/TextLogs.h"
@@ -14,13 +17,14 @@
 namespace logbook {
 
 LogView::LogView() {
-  Window = {.Name = "frmLogView", .Place = {0, 0, 11460, 7110}};
-  txtReport = {.Name = "txtReport", .Place = {120, 120, 11175, 4215}};
-  txtComment = {.Name = "txtComment", .Place = {120, 4560, 11175, 1815}};
-  cmdPrint = {.Name = "cmdPrint", .Place = {2520, 6600, 1095, 375}};
-  cmdExit = {.Name = "cmdExit", .Place = {5040, 6600, 1095, 375}};
-  cmdHelp = {.Name = "cmdHelp", .Place = {7440, 6600, 975, 375}};
-  F1Report = {.Name = "F1Report", .Place = {3240, 4320, 465, 285}, .Visible = false};
+  const std::pair<Control*, const char*> controls[] = {
+      {&Window, "frmLogView"}, {&txtReport, "txtReport"}, {&txtComment, "txtComment"},
+      {&cmdPrint, "cmdPrint"}, {&cmdExit, "cmdExit"},     {&cmdHelp, "cmdHelp"},
+      {&F1Report, "F1Report"}};
+  const std::vector<Rect> places = LoadPlaces("IDRES_VIEWER_ARRANGE", std::size(controls));
+  auto place = places.begin();
+  for (const auto& [control, name] : controls) *control = {.Name = name, .Place = *place++};
+  F1Report.Visible = false;
 }
 
 void LoadLogView(AppState& state, LogView& view) {

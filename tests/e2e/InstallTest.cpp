@@ -37,6 +37,7 @@ TEST_F(InstallTest, EveryFileIsAtItsPlaceAndEveryLinkLeadsToOne) {
   for (const char* name :
        {"bin/logbook", "bin/logbookctl", "bin/quorex-host", "bin/ecm-agent",
         "etc/quorex-logbook/arecm.cfg", "lib/quorex-logbook/arecm.cfg",
+        "etc/quorex-logbook/language.cfg", "lib/quorex-logbook/language.cfg",
         "lib/quorex-logbook/manual/logbook.hhbook", "share/quorex-logbook/manual/logbook.hhbook",
         "share/applications/com.norvane.Quorex.Demonstration.desktop",
         "share/applications/com.norvane.Quorex.Logbook.desktop",

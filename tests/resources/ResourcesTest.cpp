@@ -69,7 +69,7 @@ struct Blocks {
 };
 
 Blocks BlocksOf(const std::string& file) {
-  std::ifstream in(std::string(RESOURCE_DIR) + "/" + file, std::ios::binary);
+  std::ifstream in(std::string(RESOURCE_DIR) + "/en/" + file, std::ios::binary);
   const std::regex list("#   +([0-9]+)-([0-9]+) +(.*)"), text("([0-9]+)\t.*"), comment("# (.*)");
   Blocks blocks;
   std::string line, heading;
@@ -98,15 +98,38 @@ TEST(Resources, EachStringsFileListsItsBlocksOnTop) {
   }
 }
 
-// The status of the resource maker for this strings file.
-int MakeWith(const std::string& strings) {
-  test::TestMachine disk;
-  disk.Put("C:\\strings.txt", strings);
-  disk.Put("C:\\arrange.txt", "0,0,1,1\n");
+// Makes a language with these strings.
+void PutLanguage(const test::TestMachine& disk, const std::string& id, const std::string& strings,
+                 const std::string& facts = "name\tOne\npages\tall\ntoolkit\tnone\nmanual\t.\n") {
+  const std::string folder = "C:\\" + id + "\\";
+  disk.Put(folder + "strings.txt", strings);
+  disk.Put(folder + "catalogue_strings.txt", "2000\tMass\n");
+  disk.Put(folder + "language.txt", facts);
+  for (const char* name :
+       {"arrange.txt", "arrange_editor.txt", "arrange_viewer.txt", "arrange_chooser.txt"})
+    disk.Put(folder + name, "0,0,1,1\n");
+}
+
+// The status of the resource maker for these languages.
+int Make(const test::TestMachine& disk, const std::vector<std::string>& languages) {
   const std::string folder = disk.Native("C:\\");
-  return std::system((std::string(MAKE_RESOURCES) + " " + folder + "out.h " + folder + "out.cpp " +
-                      folder + "arrange.txt " + folder + "strings.txt 2>/dev/null")
-                         .c_str());
+  std::string command = std::string(MAKE_RESOURCES) + " " + folder + "out.h " + folder + "out.cpp";
+  for (const std::string& language : languages) command += " " + folder + language;
+  return std::system((command + " 2>/dev/null").c_str());
+}
+
+int MakeWith(const std::string& strings) {
+  const test::TestMachine disk;
+  PutLanguage(disk, "one", strings);
+  return Make(disk, {"one"});
+}
+
+// With these strings in a second language.
+int MakeWithTwo(const std::string& first, const std::string& second) {
+  const test::TestMachine disk;
+  PutLanguage(disk, "one", first);
+  PutLanguage(disk, "two", second);
+  return Make(disk, {"one", "two"});
 }
 
 TEST(ResourceMaker, TakesNumbersTextsCommentsAndEmptyLines) {
@@ -116,6 +139,32 @@ TEST(ResourceMaker, TakesNumbersTextsCommentsAndEmptyLines) {
 TEST(ResourceMaker, RefusesADoubleNumberAMissingTextAndAnyOtherLine) {
   for (const char* bad : {"1\tone\n1\tagain\n", "1\t\n", "1 one\n", "one\ttext\n", "-1\ttext\n"})
     EXPECT_NE(MakeWith(bad), 0) << bad;
+}
+
+TEST(ResourceMaker, RefusesALanguageThatLacksANumberOrHasOneOfItsOwn) {
+  EXPECT_EQ(MakeWithTwo("1\tone\n2\ttwo\n", "1\teins\n2\tzwei\n"), 0);
+  EXPECT_NE(MakeWithTwo("1\tone\n2\ttwo\n", "1\teins\n"), 0);
+  EXPECT_NE(MakeWithTwo("1\tone\n", "1\teins\n2\tzwei\n"), 0);
+}
+
+TEST(ResourceMaker, RefusesALanguageWhoseTextHasOtherPlaces) {
+  EXPECT_EQ(MakeWithTwo("1\t%1 of %2\n", "1\tvon %2: %1\n"), 0);
+  EXPECT_EQ(MakeWithTwo("1\tPage &P/&N\n", "1\tSeite &P/&N\n"), 0);
+  EXPECT_EQ(MakeWithTwo("1\tZip(*.zip)|*.zip\n", "1\tArchiv(*.zip)|*.zip\n"), 0);
+  EXPECT_NE(MakeWithTwo("1\t%1 of %2\n", "1\t%1 von\n"), 0);
+  EXPECT_NE(MakeWithTwo("1\t%1 of %2\n", "1\t%1 von %3\n"), 0);
+  EXPECT_NE(MakeWithTwo("1\tPage &P/&N\n", "1\tSeite &P\n"), 0);
+  EXPECT_NE(MakeWithTwo("1\tZip(*.zip)|*.zip\n", "1\tArchiv(*.zip)\n"), 0);
+}
+
+TEST(ResourceMaker, RefusesALanguageWithoutOneOfItsFactsOrItsArrangements) {
+  const test::TestMachine disk;
+  PutLanguage(disk, "one", "1\tone\n", "name\tOne\npages\tall\ntoolkit\tnone\n");
+  EXPECT_NE(Make(disk, {"one"}), 0);
+  PutLanguage(disk, "two", "1\tone\n");
+  EXPECT_EQ(Make(disk, {"two"}), 0);
+  disk.Put("C:\\two\\arrange_editor.txt", "");
+  EXPECT_NE(Make(disk, {"two"}), 0);
 }
 
 }  // namespace
