@@ -48,7 +48,7 @@ bool TakeUpTo(const CodePage& page, std::string_view text, std::size_t& position
 }  // namespace
 
 std::string GetWrappedText(const Machine& machine, const WrappedTextBox& box) {
-  const std::string text = box.Text();
+  std::string text = box.Text();
   const int lines = box.LineCount();
   std::string result;
   try {

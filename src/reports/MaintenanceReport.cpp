@@ -29,6 +29,7 @@ std::string BytesOf(const Machine& machine, const std::string& profile) {
 // The ticks of all items, by item.
 std::vector<std::string> TicksIn(const Machine& machine, const std::string& profile) {
   std::vector<std::string> names;
+  names.reserve(kItemHeaderCount);
   for (int item = 0; item < kItemHeaderCount; ++item)
     names.push_back("Item" + std::to_string(item));
   const std::vector<std::string_view> keys(names.begin(), names.end());

@@ -100,11 +100,10 @@ class Cells {
   std::string Of(int row, const TuneItemRecord& item, const MacroLines& lines) {
     const MacroFlags flags = {col_opgs_.Of(lines.ColOpgs), clmd_.Of(lines.Clmd)};
     if (lines.Value.empty()) return {};
-    const std::string not_applicable = "N/A";
-    if (IsDisabledTuneRow(row, item.Group, options_, flags)) return not_applicable;
+    if (IsDisabledTuneRow(row, item.Group, options_, flags)) return "N/A";
     if (item.Format.empty()) return MacroText(lines.Value);
     const double number = MacroNumber(lines.Value);
-    if (number < 0 && NegativeMeansUnused(item.Group)) return not_applicable;
+    if (number < 0 && NegativeMeansUnused(item.Group)) return "N/A";
     return FormatNumber(number, item.Format);
   }
 

@@ -56,7 +56,7 @@ std::string SequentialReader::ReadNumberField() {
   if (std::optional<std::string> field = TakeNumberAtHand()) return *std::move(field);
   if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
   SkipBlanks();
-  const std::string field =
+  std::string field =
       TakeUpTo([](int byte) { return EndsField(byte) || IsBlank(byte); }, Keep::kBeginning);
   TakeRestOfNumber();
   return field;

@@ -83,6 +83,8 @@ void FailToTransfer(const DavRequest& request, int curl_code, const std::string&
   if (connected && curl_code == CURLE_OPERATION_TIMEDOUT)
     throw DeliveryError(Reach::kThisSubmission, "The content server does not come to an end of " +
                                                     TextOf(request) + ": " + detail);
+  // The library's word for a line of a head that is longer than it takes.
+  if (connected && curl_code == CURLE_OUT_OF_MEMORY) FailWithoutEnd(request);
   if (connected && IsCut(curl_code))
     throw DeliveryError(Reach::kThisSubmission, "The content server broke off its answer to " +
                                                     TextOf(request) + ": " + detail);

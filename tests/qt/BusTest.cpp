@@ -6,12 +6,14 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractEventDispatcher>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QTest>
 #include <QThread>
+#include <QTimer>
 #include <chrono>
 #include <functional>
 #include <string>
@@ -358,6 +360,32 @@ TEST_F(Cell, APeersChangeEndsTheSleepOfAWait) {
   EXPECT_GE(sleeps, 1);
 }
 
+TEST_F(Cell, AFloodOfWritesStarvesNobodyAndEndsWithItsLastText) {
+  const QDBusConnection peer = bus.Connect();
+  const auto set = [&](const QVariant& value) {
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        connection.baseService(), QStringLiteral("/DDELabel"),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Set"));
+    call << QStringLiteral("com.norvane.Quorex.Cell") << QStringLiteral("Text")
+         << QVariant::fromValue(QDBusVariant(value));
+    call.setDelayedReply(true);
+    peer.send(call);
+  };
+  int turns = 0;
+  QTimer others;
+  QObject::connect(&others, &QTimer::timeout, &others, [&] { ++turns; });
+  others.start(0);
+  constexpr int kWrites = 5000;
+  for (int i = 0; i < kWrites; ++i) {
+    set(QStringLiteral("%1").arg(i));
+    set(i);
+  }
+  set(QStringLiteral("last"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return cell.Text() == "last"; }, 60000)) << cell.Text();
+  EXPECT_GT(turns, 0) << "nothing else was done meanwhile";
+  EXPECT_EQ(Get(), "(<'last'>,)\n");
+}
+
 TEST(CellWithoutABus, StillHoldsItsTextOutOfReach) {
   const QDBusConnection none(QStringLiteral("never connected"));
   DBusProcess process(none);
@@ -376,6 +404,26 @@ TEST_F(ProcessOnTheBus, TheFirstOneIsTheRunningLogbookAndTheSecondIsNot) {
   EXPECT_FALSE(first.OtherInstanceRuns());
   EXPECT_TRUE(second.OtherInstanceRuns());
   EXPECT_FALSE(first.OtherInstanceRuns());
+}
+
+TEST_F(ProcessOnTheBus, AHeldNameCannotBeTakenByAPeerThatWantsToReplaceItsOwner) {
+  DBusProcess first(bus.Connect());
+  EXPECT_FALSE(first.OtherInstanceRuns());
+  QDBusConnection peer = bus.Connect();
+  const auto reply = peer.interface()->registerService(
+      QString::fromUtf8(kLogbookBusName.data(), kLogbookBusName.size()),
+      QDBusConnectionInterface::ReplaceExistingService, QDBusConnectionInterface::AllowReplacement);
+  EXPECT_EQ(reply.value(), QDBusConnectionInterface::ServiceNotRegistered);
+  EXPECT_TRUE(first.IsRunningLogbook());
+}
+
+TEST_F(ProcessOnTheBus, AStrangerWhoTookTheNameFirstIsTheOtherInstance) {
+  QDBusConnection stranger = bus.Connect();
+  ASSERT_TRUE(
+      stranger.registerService(QString::fromUtf8(kLogbookBusName.data(), kLogbookBusName.size())));
+  DBusProcess process(bus.Connect());
+  EXPECT_TRUE(process.OtherInstanceRuns());
+  EXPECT_FALSE(process.IsRunningLogbook());
 }
 
 TEST_F(ProcessOnTheBus, TheNameIsFreeAgainWhenItsOwnerHasGone) {

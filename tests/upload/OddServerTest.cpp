@@ -7,7 +7,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
+#include <string>
+#include <vector>
 
 #include "UploadStation.h"
 #include "support/OddServer.h"
@@ -166,6 +169,92 @@ TEST_F(OddServerTest, EachRefusalSaysWhatToDo) {
 TEST_F(OddServerTest, WhatIsNoWebServerSaysSo) {
   EXPECT_THAT(ReasonOf("MKCOL", "SSH-2.0-odd\r\n"),
               HasSubstr("What answers at the address in Url is no web server: "));
+}
+
+struct Misbehaviour {
+  const char* name;
+  const char* method;
+  std::string answer;
+  const char* words;
+};
+
+std::string Answer(const std::string& head, const std::string& body = {}) {
+  return "HTTP/1.1 " + head + "\r\n\r\n" + body;
+}
+
+const char* const kEntities =
+    "<!DOCTYPE a [<!ENTITY b \"xxxxxxxxxx\"><!ENTITY c \"&b;&b;&b;&b;&b;&b;&b;&b;&b;\">"
+    "<!ENTITY d \"&c;&c;&c;&c;&c;&c;&c;&c;&c;\">]><multistatus xmlns=\"DAV:\">&d;</multistatus>";
+
+std::vector<Misbehaviour> Misbehaviours() {
+  return {
+      {"HTTP/0.9", "MKCOL", "<html>It works!</html>", "is no web server"},
+      {"status that is no number", "MKCOL", "HTTP/1.1 abc Odd\r\n\r\n", "is no web server"},
+      {"status beyond all known", "PUT", OddServer::Status(999), "999"},
+      {"success of another kind", "MKCOL", OddServer::Status(200), "200"},
+      {"entities that grow", "MKCOL", Answer("207 Multi", kEntities), "207"},
+      {"entities in place of the file", "GET", Answer("207 Multi", kEntities), "207"},
+      {"other protocol", "MKCOL", Answer("101 Switching\r\nUpgrade: odd"),
+       "broke off its answer to MKCOL"},
+      {"length below zero", "GET", Answer("200 OK\r\nContent-Length: -1", "bytes"),
+       "Invalid Content-Length"},
+      {"two lengths", "GET", Answer("200 OK\r\nContent-Length: 5\r\nContent-Length: 6", "bytes"),
+       "broke off its answer to GET"},
+      {"length that is not kept", "GET", Answer("200 OK\r\nContent-Length: 999999999999", "bytes"),
+       "broke off its answer to GET"},
+      {"broken chunk", "GET", Answer("200 OK\r\nTransfer-Encoding: chunked", "zz\r\nbytes"),
+       "broke off its answer to GET"},
+      {"chunk of all memory", "GET",
+       Answer("200 OK\r\nTransfer-Encoding: chunked", "ffffffffffffffff\r\nbytes"),
+       "broke off its answer to GET"},
+      {"compressed unasked", "GET",
+       Answer("200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 5", "\x1f\x8b\x08\x01\x01"),
+       "holds another file of the name"},
+      {"other bytes of the same size", "GET", Answer("200 OK\r\nContent-Length: 5", "BYTES"),
+       "holds another file of the name"},
+      {"fewer bytes", "GET", Answer("200 OK\r\nContent-Length: 4", "byte"),
+       "holds another file of the name"},
+      {"part of the file", "GET", Answer("206 Partial\r\nContent-Length: 2", "by"), "206"},
+      {"no content", "GET", Answer("204 No Content"), "204"},
+      {"stored without storing", "PUT", OddServer::Status(201), "as it was sent"},
+      {"moved to itself", "MKCOL", OddServer::Status(301, "Location: /\r\n"), "(301)"},
+      {"upload sent elsewhere", "PUT", OddServer::Status(307, "Location: http://elsewhere/\r\n"),
+       "http://elsewhere/"},
+      {"password asked for ever", "MKCOL",
+       OddServer::Status(401, "WWW-Authenticate: Basic realm=\"odd\"\r\n"),
+       "does not accept user name and password"},
+      {"head line of a megabyte", "MKCOL",
+       Answer("201 Created\r\nX-Odd: " + std::string(1 << 20, 'x')),
+       "The answer of the content server to MKCOL "},
+      {"NUL in the head", "MKCOL", Answer(std::string("201 Cre\0ated\r\nX: \0", 20)),
+       "is no web server"},
+      {"cookies", "PUT",
+       [] {
+         std::string lines;
+         for (int i = 0; i < 20000; ++i) lines += "Set-Cookie: c" + std::to_string(i) + "=x\r\n";
+         return OddServer::Status(500, lines);
+       }(),
+       "The answer of the content server to PUT "},
+      {"signs for the terminal", "MKCOL",
+       OddServer::Status(302, "Location: http://elsewhere/\x1B[2J\x1B]0;odd\x07\r\n"), "(302)"},
+      {"nothing at all", "MOVE", "", "broke off its answer to MOVE"},
+  };
+}
+
+TEST_F(OddServerTest, NoMisbehaviourLosesAnythingOrReachesTheTerminal) {
+  for (const Misbehaviour& odd : Misbehaviours()) {
+    SCOPED_TRACE(odd.name);
+    const std::string reason = ReasonOf(odd.method, odd.answer);
+    EXPECT_THAT(reason, HasSubstr(odd.words));
+    const auto is_control = [](char c) { return static_cast<unsigned char>(c) < ' ' && c != '\n'; };
+    EXPECT_TRUE(std::ranges::none_of(reason, is_control)) << reason;
+    const std::vector<std::string> waiting = station.TheOutbox().Waiting();
+    ASSERT_EQ(waiting.size(), 1u);
+    EXPECT_EQ(station.TheOutbox().NoteOf(waiting[0]).reason.empty(), false);
+  }
+  const OddServer server([](int, const Request&) { return false; });
+  Connect(server);
+  EXPECT_EQ(station.RunAgent("--once").status, 0) << station.Status();
 }
 
 TEST_F(OddServerTest, AFailureAtTheConfiguredFolderIsNotTriedForEachSubmission) {

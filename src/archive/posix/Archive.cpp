@@ -160,7 +160,7 @@ void ZipWriter::State::Add(const std::string& source, bool recurse) {
   ZipAddition(machine, archive.get(), *store, old_file).AddFolder(source, name, recurse);
   TellOfProgress(archive.get());
   if (zip_close(archive.get()) != 0) FailWithLibrary(zip_get_error(archive.get()));
-  archive.release();  // closed, and gone with it
+  static_cast<void>(archive.release());  // closed, and gone with it
   if (in_parts && !store->EndPart()) FailWithSystem(ZipResult::kCannotWrite, target, errno);
   has_content = true;
 }

@@ -85,7 +85,7 @@ zip_source_t* MakeFileSource(zip_t* archive, std::shared_ptr<const SourceTree> t
   source->child = file;
   zip_error_init(&source->error);
   zip_source_t* made = zip_source_function(archive, &Command, source.get());
-  if (made != nullptr) source.release();  // the library frees it
+  if (made != nullptr) static_cast<void>(source.release());  // the library frees it
   return made;
 }
 
