@@ -8,13 +8,14 @@
 
 #include <map>
 
+#include "insight/PageSums.h"
 #include "insight/WordTokens.h"
 
 namespace logbook::insight {
 namespace {
 
 // Raised with every change of the tables or of what lies in them.
-constexpr int kVersion = 1;
+constexpr int kVersion = 2;
 constexpr int kPatience = 60'000;  // milliseconds to wait for another writer
 constexpr std::int64_t kColumns = 1024;
 
@@ -90,7 +91,11 @@ std::string PhraseText(const std::vector<std::string>& phrase, bool last_begins)
 struct IndexStore::State {
   explicit State(const std::string& path)
       : database(path.empty() ? ":memory:" : path,
-                 SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLITE_OPEN_NOMUTEX, kPatience) {}
+                 SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLITE_OPEN_NOMUTEX, kPatience,
+                 RegisterPageSums()) {
+    int free_bytes = kPageSumBytes;
+    sqlite3_file_control(database.getHandle(), "main", SQLITE_FCNTL_RESERVE_BYTES, &free_bytes);
+  }
 
   // Prepared once and kept.
   SQLite::Statement& Prepared(const char* text) {

@@ -53,10 +53,10 @@ constexpr std::string_view kSigns = "/:.,-";
 // For ASCII: the letter in upper case, the digit; 0 for what parts words.
 constexpr auto kAscii = [] {
   std::array<char, 256> table{};
-  for (char c = '0'; c <= '9'; ++c) table[static_cast<std::size_t>(c)] = c;
+  for (char c = '0'; c <= '9'; ++c) table[static_cast<unsigned char>(c)] = c;
   for (char c = 'A'; c <= 'Z'; ++c) {
-    table[static_cast<std::size_t>(c)] = c;
-    table[static_cast<std::size_t>(c) + 32] = c;
+    table[static_cast<unsigned char>(c)] = c;
+    table[static_cast<unsigned char>(c) + 32] = c;
   }
   return table;
 }();

@@ -154,6 +154,21 @@ void UnpackNumbers(Source& source, std::size_t count, std::vector<double>& numbe
   }
 }
 
+// Up to eight bytes as a number, the least first.
+std::uint64_t WordOf(std::string_view bytes) {
+  std::uint64_t word = 0;
+  if constexpr (std::endian::native == std::endian::little) {
+    if (bytes.size() == sizeof word) {
+      std::memcpy(&word, bytes.data(), sizeof word);
+      return word;
+    }
+  }
+  for (std::size_t i = bytes.size(); i > 0; --i) {
+    word = word << 8 | static_cast<unsigned char>(bytes[i - 1]);
+  }
+  return word;
+}
+
 }  // namespace
 
 std::string PackColumn(const ValueColumn& column) {
@@ -195,15 +210,14 @@ std::optional<ValueColumn> UnpackColumn(std::string_view bytes) {
 
 std::uint32_t ChecksumOf(std::string_view bytes) {
   std::uint64_t state = 0x9E3779B97F4A7C15ULL ^ bytes.size();
-  while (!bytes.empty()) {
-    std::uint64_t word = 0;
-    const std::size_t length = std::min<std::size_t>(bytes.size(), 8);
-    for (std::size_t i = length; i > 0; --i) {
-      word = word << 8 | static_cast<unsigned char>(bytes[i - 1]);
-    }
+  const auto add = [&state](std::uint64_t word) {
     state = std::rotl(state ^ word, 23) * 0xBF58476D1CE4E5B9ULL;
-    bytes.remove_prefix(length);
+  };
+  while (bytes.size() >= 8) {
+    add(WordOf(bytes.substr(0, 8)));
+    bytes.remove_prefix(8);
   }
+  if (!bytes.empty()) add(WordOf(bytes));
   return static_cast<std::uint32_t>(state >> 32 ^ state);
 }
 

@@ -36,6 +36,11 @@ std::vector<SearchedLog> ReadAll(const RandomLogs& logs) {
   return all;
 }
 
+std::string BytesOf(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
 // An index of its own cache, removed with the object.
 class Cache {
  public:
@@ -343,6 +348,35 @@ TEST(Index, EachDamagedPageIsNoticedOrWithoutEffect) {
     }
     ExpectRight(cache, logs, 25, page + 1);
   }
+}
+
+// A byte that is flipped, wherever it lies: the answers are those of the logs, also of words.
+TEST(Index, EachFlippedByteIsNoticedOrWithoutEffect) {
+  RandomLogs logs(35);
+  logs.Add(10);
+  Cache cache;
+  cache.Settle(logs);
+  const fs::path sound = cache.Files().front();
+  const std::string good = BytesOf(sound);
+  const std::vector<SearchedLog> all = ReadAll(logs);
+  std::mt19937_64 random(8);
+  test::RandomQueries queries(9, all);
+  std::size_t noticed = 0;
+  for (int round = 0; round < 100; ++round) {
+    std::string bad = good;
+    const auto at = static_cast<std::size_t>(random() % bad.size());
+    bad[at] = static_cast<char>(bad[at] ^ (1 << random() % 8));
+    fs::remove_all(cache.Folder());
+    fs::create_directory(cache.Folder());
+    std::ofstream(sound, std::ios::binary) << bad;
+    for (const std::string& query :
+         {queries.Words(), queries.Words(), queries.Next(), std::string()}) {
+      ASSERT_EQ(cache.Find(logs, query), Matching(all, query)) << at << " " << query;
+    }
+    noticed += fs::exists(sound) ? 0 : 1;
+  }
+  EXPECT_GT(noticed, 10U) << "bytes that matter";
+  EXPECT_TRUE(cache.Warnings().empty()) << cache.Warnings().front();
 }
 
 TEST(Index, CacheThatCannotBeWrittenIsToldAndAnIndexInMemoryUsed) {

@@ -19,6 +19,8 @@ class RandomQueries {
 
   // The text of a query.
   std::string Next() { return Combination(3); }
+  // A word, a phrase or a beginning from the logs, or one that no log has.
+  std::string Words();
 
  private:
   int Pick(int most) { return std::uniform_int_distribution<int>(0, most)(random_); }
@@ -28,7 +30,6 @@ class RandomQueries {
 
   std::string Combination(int depth);
   std::string Condition();
-  std::string Words();
   std::string Date();
   std::string Row();
   std::string Comparison();
