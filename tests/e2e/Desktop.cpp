@@ -283,14 +283,16 @@ void Desktop::ClickAt(std::vector<std::string> arguments, const std::string& key
   if (!key.empty()) arguments.insert(arguments.end(), {"keyup", key});
   XdoTool(arguments);
 }
+
+// Without a pause between the clicks: a busy machine would make two single clicks of it.
 void Desktop::DoubleClick(WindowId window, Point point) {
   XdoTool({"mousemove", "--window", std::to_string(window), std::to_string(point.x),
-           std::to_string(point.y), "click", "--repeat", "2", "--delay", "50", "1"});
+           std::to_string(point.y), "click", "--repeat", "2", "--delay", "0", "1"});
 }
 
 void Desktop::DoubleClickScreen(Point point) {
   XdoTool({"mousemove", std::to_string(point.x), std::to_string(point.y), "click", "--repeat", "2",
-           "--delay", "50", "1"});
+           "--delay", "0", "1"});
 }
 
 void Desktop::Key(const std::string& key) {
