@@ -197,7 +197,7 @@ def start_memory(place):
     return start_ratio(place, 255, "rss")
 
 
-@figure("start.empty", "start with 0 logs / empty window", "x", 1.25)
+@figure("start.empty", "start with 0 logs / window with an empty list", "x", 1.25)
 def start_empty(place):
     return start_ratio(place, 0, "cpu")
 

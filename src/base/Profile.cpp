@@ -12,6 +12,7 @@
 #include "base/PlainText.h"
 #include "base/ProfileText.h"
 #include "base/RunTimeError.h"
+#include "base/Utf8.h"
 
 namespace logbook {
 
@@ -40,13 +41,22 @@ std::string WithoutTrailingBlanks(std::string_view text) {
   return std::string(text.substr(0, text.find_last_not_of(' ') + 1));
 }
 
+// Characters as bytes of the code page. ASCII is the same in every page.
+std::string InPage(const CodePage& page, std::string_view text) {
+  return IsAscii(text) ? std::string(text) : page.FromUtf8(text);
+}
+
+// A value is read as characters and written as bytes again, as text of any other source is.
+std::string ReadAndWritten(const CodePage& page, std::string_view bytes) {
+  return IsAscii(bytes) ? std::string(bytes) : page.FromUtf8(page.ToUtf8(bytes));
+}
+
 // What a caller with a buffer of this size receives.
 std::string Cut(const Machine& machine, const std::optional<std::string_view>& found,
                 std::string_view default_value, std::size_t size) {
   const CodePage& page = *machine.code_page;
-  // A value is read as characters and written as bytes again, as text of any other source is.
-  std::string value = found ? page.FromUtf8(page.ToUtf8(UpToNul(*found)))
-                            : page.FromUtf8(WithoutTrailingBlanks(UpToNul(default_value)));
+  std::string value = found ? ReadAndWritten(page, UpToNul(*found))
+                            : InPage(page, WithoutTrailingBlanks(UpToNul(default_value)));
   value.resize(std::min(value.size(), size > 0 ? size - 1 : 0));
   return value;
 }
@@ -87,9 +97,11 @@ std::vector<std::string> GetProfileStrings(const Machine& machine, std::string_v
                                            std::string_view profile_bytes) {
   const CodePage& page = *machine.code_page;
   std::vector<std::string> key_bytes;
-  for (const std::string_view key : keys) key_bytes.push_back(page.FromUtf8(UpToNul(key)));
+  key_bytes.reserve(keys.size());
+  for (const std::string_view key : keys) key_bytes.push_back(InPage(page, UpToNul(key)));
   const std::vector<std::string_view> key_views(key_bytes.begin(), key_bytes.end());
   std::vector<std::string> values;
+  values.reserve(keys.size());
   for (const auto& found :
        FindProfileValues(page, profile_bytes, page.FromUtf8(UpToNul(section)), key_views)) {
     values.push_back(Cut(machine, found, default_value, size));

@@ -7,6 +7,7 @@
 #include "base/NativeDisk.h"
 #include "base/PrivateFile.h"
 #include "base/Profile.h"
+#include "base/RunTimeError.h"
 #include "upload/ContentStore.h"
 #include "upload/ServerAddress.h"
 
@@ -18,12 +19,22 @@ constexpr const char* kSection = "Content Server";
 constexpr std::size_t kLongestValue = 2048;
 constexpr std::size_t kLongestPassword = 4096;
 
+// The bytes of the settings; none if they cannot be read.
+std::string ReadSettings(const Machine& machine, const std::string& file) {
+  try {
+    return ReadFile(machine, file, kLargestProfile);
+  } catch (const RunTimeError&) {
+    return {};
+  }
+}
+
 }  // namespace
 
 ServerSettings ReadServerSettings(const Machine& machine, const std::string& file) {
+  const std::string bytes = ReadSettings(machine, file);
   const auto text = [&](const char* key) {
     return machine.code_page->ToUtf8(
-        GetPrivateProfileString(machine, kSection, key, "", kLongestValue, file));
+        GetProfileString(machine, kSection, key, "", kLongestValue, bytes));
   };
   ServerSettings settings;
   settings.url = text("Url");
@@ -33,7 +44,7 @@ ServerSettings ReadServerSettings(const Machine& machine, const std::string& fil
   settings.folder = text("Folder");
   const auto time = [&](const char* key, std::chrono::milliseconds preset) {
     const int milliseconds =
-        GetPrivateProfileInt(machine, kSection, key, static_cast<int>(preset.count()), file);
+        GetProfileInt(machine, kSection, key, static_cast<int>(preset.count()), bytes);
     return milliseconds > 0 ? std::chrono::milliseconds(milliseconds) : preset;
   };
   settings.retry_pause = time("RetryPause", settings.retry_pause);
