@@ -162,6 +162,14 @@ TEST(SplitPath, TakesPathsApart) {
       {"\tC:\\a\\b", "", "\\a", "b", ""},
       {"C:\\a\\b\t", "C:", "\\a", "b\t", ""},
       {"\ta.txt\t", "", "", "\ta", "txt\t"},
+      {"A:\\b", "A:", "", "b", ""},
+      {"a:\\b", "a:", "", "b", ""},
+      {"Z:\\b", "Z:", "", "b", ""},
+      {"z:b", "z:", "", "b", ""},
+      {"@:\\b", "", "", "b", ""},
+      {"[:\\b", "", "", "b", ""},
+      {"`:\\b", "", "", "b", ""},
+      {"{:\\b", "", "", "b", ""},
   };
   for (const PathCase& each : cases) {
     std::string drive = "old";
@@ -211,6 +219,7 @@ TEST(TextOfResource, CutsTwoOrMoreClosingNulsToOneAndLeavesNulsAloneAsTheyAre) {
     EXPECT_EQ(TextOfResource(disk, "a" + nuls(count)), "a" + nuls(std::min<std::size_t>(count, 1)));
     EXPECT_EQ(TextOfResource(disk, nuls(count)), nuls(count)) << count;
   }
+  EXPECT_EQ(TextOfResource(disk, "abc"), "abc");
   EXPECT_EQ(TextOfResource(disk, "a" + nuls(2) + "b" + nuls(2)), "a" + nuls(2) + "b" + nuls(1));
 }
 

@@ -48,6 +48,11 @@ TEST(LeadingNumber, TakesTheNumberThatTheTextBeginsWith) {
       {" &H10", 16},
       {"&HFFFF", 65535},
       {"&H12G4", 0x12},
+      {"&H9", 9},
+      {"&HA", 10},
+      {"&Ha", 10},
+      {"&HF", 15},
+      {"1H5", 1},
       {"65536", 65536},
       {"1e308", 1e308},
       {"123456789012345678", 123456789012345678.0},
@@ -81,7 +86,8 @@ TEST(LeadingNumber, BlanksInsideEndTheNumber) {
 TEST(LeadingNumber, RaisesOverflowForANumberTooLargeForADouble) {
   for (const std::string& text :
        {std::string("1e309"), std::string("-1e309"), std::string("1e999999999999999999999"),
-        std::string("12e9223372036854775807"), std::string(400, '9'), "0.001e" + std::string("400"),
+        std::string("12e9223372036854775807"), std::string(400, '9'), std::string("0.001e400"),
+        std::string("0.001e+400"), std::string("0.001E400"), std::string(400, '9') + "x-999",
         "&H" + std::string(300, 'F')}) {
     try {
       LeadingNumber(text);
@@ -95,7 +101,9 @@ TEST(LeadingNumber, RaisesOverflowForANumberTooLargeForADouble) {
 TEST(LeadingNumber, ReadsANumberTooSmallForADoubleAsZero) {
   EXPECT_EQ(LeadingNumber("1e-400"), 0);
   EXPECT_EQ(LeadingNumber("1e-999999999999999999999"), 0);
+  EXPECT_EQ(LeadingNumber("1E-400"), 0);
   EXPECT_EQ(LeadingNumber("0." + std::string(400, '0') + "1"), 0);
+  EXPECT_EQ(LeadingNumber(std::string(500, '0') + "1e-400"), 0);
   EXPECT_EQ(LeadingNumber("0e999999999999999999999"), 0);
 }
 
