@@ -18,8 +18,8 @@ target_compile_definitions(logbook_options INTERFACE
   QT_NO_CONTEXTLESS_CONNECT QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER)
 if(LOGBOOK_SANITIZE)
   target_compile_options(logbook_options INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
-  target_link_options(logbook_options INTERFACE -fsanitize=address,undefined)
+    -fsanitize=${LOGBOOK_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(logbook_options INTERFACE -fsanitize=${LOGBOOK_SANITIZERS})
 endif()
 if(LOGBOOK_FUZZ)
   target_compile_options(logbook_options INTERFACE
