@@ -24,15 +24,6 @@ constexpr const char* kOlderProfile =
     "LastFile=C:\\QUOREX\\inst1\\maintain\\26111402\\\r\n"
     "[Maintenance]\r\nItem0=0\r\nItem3=1\r\n[Header3]\r\nCat=Meter\r\nItem=1\r\n";
 
-void PutLogs(Station& station) {
-  station.PutSample("26111400", "plain", "The first one");
-  station.PutSample("26111401", "lumarin", "The second one");
-  station.PutSample("26111402", "trz-ce", "The third one");
-  station.disk.Put(station.state.IniFile, kOlderProfile);
-  station.disk.Put(TestWorkstation::InLog("26111400", "analog.rpt"), "an older report\r\n");
-  station.disk.Put(std::string(TestWorkstation::kLogRoot) + "listlog.csv", "an older list\r\n");
-}
-
 bool IsListFile(const std::string& path) {
   return path == std::string(kRoot) + "listlog.csv";
 }
@@ -78,10 +69,46 @@ std::string JudgeTicks(const Aftermath& after) {
 
 }  // namespace
 
+void PutLogs(Station& station) {
+  station.PutSample("26111400", "plain", "The first one");
+  station.PutSample("26111401", "lumarin", "The second one");
+  station.PutSample("26111402", "trz-ce", "The third one");
+  station.disk.Put(station.state.IniFile, kOlderProfile);
+  station.disk.Put(TestWorkstation::InLog("26111400", "analog.rpt"), "an older report\r\n");
+  station.disk.Put(std::string(TestWorkstation::kLogRoot) + "listlog.csv", "an older list\r\n");
+}
+
+void ConfirmEditor(Station& station) {
+  UseEditor(station, Ending::kOK);
+}
+
+std::vector<std::string> NamesInZip(const std::string& bytes) {
+  zip_error_t error;
+  zip_error_init(&error);
+  zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error);
+  zip_t* zip = zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &error);
+  zip_error_fini(&error);
+  std::vector<std::string> names;
+  if (zip == nullptr) return names;
+  const zip_int64_t entries = zip_get_num_entries(zip, 0);
+  for (zip_int64_t i = 0; i < entries; ++i) {
+    zip_file_t* file = zip_fopen_index(zip, static_cast<zip_uint64_t>(i), 0);
+    char buffer[65536];
+    zip_int64_t count = -1;
+    while (file != nullptr && (count = zip_fread(file, buffer, sizeof buffer)) > 0) {
+    }
+    if (count == 0) names.emplace_back(zip_get_name(zip, static_cast<zip_uint64_t>(i), 0));
+    if (file != nullptr) zip_fclose(file);
+  }
+  zip_discard(zip);
+  if (names.size() != static_cast<std::size_t>(entries)) names.clear();
+  return names;
+}
+
 Command RecordOK() {
   return {.name = "record, OK",
           .prepare = PutLogs,
-          .script = [](Station& station) { UseEditor(station, Ending::kOK); },
+          .script = ConfirmEditor,
           .run = Record,
           .is_made = IsListFile,
           .is_silent = IsTicksOrList,
@@ -196,32 +223,6 @@ Command ViewAllReports() {
           .is_silent = is_report};
 }
 
-namespace {
-
-// True if the archive can be read to its end and each of its files has the sum that it should have.
-bool IsWholeZip(const std::string& bytes) {
-  zip_error_t error;
-  zip_error_init(&error);
-  zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error);
-  zip_t* zip = zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &error);
-  zip_error_fini(&error);
-  if (zip == nullptr) return false;
-  bool is_whole = zip_get_num_entries(zip, 0) > 0;
-  for (zip_int64_t i = 0; i < zip_get_num_entries(zip, 0); ++i) {
-    zip_file_t* file = zip_fopen_index(zip, static_cast<zip_uint64_t>(i), 0);
-    char buffer[65536];
-    zip_int64_t count = -1;
-    while (file != nullptr && (count = zip_fread(file, buffer, sizeof buffer)) > 0) {
-    }
-    is_whole &= count == 0;
-    if (file != nullptr) zip_fclose(file);
-  }
-  zip_discard(zip);
-  return is_whole;
-}
-
-}  // namespace
-
 Command Archive() {
   const auto select = [](Station& station) {
     Init_FileList(station.state, station.services);
@@ -230,7 +231,7 @@ Command Archive() {
   };
   const auto is_zip = [](const std::string& path) { return path.ends_with("/logs.zip"); };
   const auto is_whole = [is_zip](const std::string& path, const std::string& bytes) {
-    return is_zip(path) && IsWholeZip(bytes);
+    return is_zip(path) && !NamesInZip(bytes).empty();
   };
   return {.name = "archive",
           .prepare =

@@ -352,6 +352,7 @@ class Matrix {
     keep(done_, done);
     for (const auto& [key, bytes] : done) {
       if (!now.contains(key)) return "nobody is told that " + key + " was not made";
+      if (command_.is_whole && command_.is_whole(key, now[key])) continue;
       if (now[key] != bytes) return "nobody is told that " + key + " is not new, " + Cut(now[key]);
     }
     for (const auto& [key, bytes] : now) {
@@ -370,6 +371,7 @@ class Matrix {
       station_.clock.now.Minute += 1;
       command_.script(station_);
       command_.run(station_);
+      if (command_.afterwards) command_.afterwards(station_);
       const std::string told = station_.Told();
       DeleteNewLogs();
       return told;

@@ -53,6 +53,8 @@ struct Command {
   // run.
   std::function<std::string(const Aftermath&)> judge = {};
   std::function<std::string(const Disk& rest)> judge_rest = {};
+  // What the next run does behind the command, such as the agent's work.
+  std::function<void(Station&)> afterwards = {};
   // Brings what lies outside of the workstation back to the beginning.
   std::function<void()> reset = {};
 };

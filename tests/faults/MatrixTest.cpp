@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "Commands.h"
+#include "support/DavServer.h"
 
 namespace logbook::test {
 namespace {
@@ -19,15 +20,21 @@ struct Case {
 class CrashMatrix : public ::testing::TestWithParam<Case> {};
 
 #ifdef EVERY_POINT
-TEST_P(CrashMatrix, EveryFaultLeavesWholeFilesAndIsTold) {
-  RunMatrix(GetParam().make());
-}
+constexpr int kMostPoints = 0;
 #else
-TEST_P(CrashMatrix, SomeFaultsLeaveWholeFilesAndAreTold) {
-  constexpr int kSome = 16;
-  RunMatrix(GetParam().make(), kSome);
-}
+constexpr int kMostPoints = 16;
 #endif
+
+TEST_P(CrashMatrix, EveryFaultLeavesWholeFilesAndIsTold) {
+  RunMatrix(GetParam().make(), kMostPoints);
+}
+
+TEST(CrashMatrix, EveryFaultOfTheAgentLeavesEachUploadOnceAndWhole) {
+  if (!HasDavServer()) GTEST_SKIP() << "apache2 with mod_dav_fs is not installed";
+  DavServer server;
+  server.Start();
+  RunMatrix(DeliverToServer(server.Url(), server.Root()), kMostPoints);
+}
 
 const Case kCases[] = {
     {"RecordOK", RecordOK},
@@ -38,6 +45,10 @@ const Case kCases[] = {
     {"RebuildList", RebuildList},
     {"ViewAllReports", ViewAllReports},
     {"Archive", Archive},
+    {"RecordAndUpload", RecordAndUpload},
+    {"DeleteAndUpload", DeleteAndUpload},
+    {"PrintListToPdf", PrintListToPdf},
+    {"DeliverToFolder", DeliverToFolder},
 };
 
 std::string NameOf(const ::testing::TestParamInfo<Case>& info) {

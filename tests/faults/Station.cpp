@@ -11,6 +11,7 @@
 #include "Faults.h"
 #include "base/Profile.h"
 #include "catalogue/ItemRecord.h"
+#include "support/DavServer.h"
 
 namespace fs = std::filesystem;
 
@@ -58,8 +59,12 @@ void Station::PutSample(const std::string& log, const std::string& instrument,
 }
 
 void Station::TieTo(const std::string& url) {
+  const std::string password = "C:\\QUOREX\\password";
+  disk.Put(password, std::string(DavServer::kPassword) + "\n");
+  fs::permissions(disk.Native(password), fs::perms::owner_read | fs::perms::owner_write);
   disk.Put("C:\\QUOREX\\qrxexe\\arecm.cfg",
-           "[Content Server]\r\nRetryPause=1\r\nLongestPause=1\r\nFolder=station\r\nUrl=" + url +
+           "[Content Server]\r\nRetryPause=1\r\nLongestPause=1\r\nFolder=station\r\nUser=" +
+               std::string(DavServer::kUser) + "\r\nPasswordFile=" + password + "\r\nUrl=" + url +
                "\r\n");
 }
 

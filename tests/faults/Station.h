@@ -25,7 +25,8 @@ class Station : public TestWorkstation {
 
   // Puts a log with the host's files of one of the sample instruments.
   void PutSample(const std::string& log, const std::string& instrument, const std::string& comment);
-  // Ties the workstation to a content server at this address; nobody starts an agent.
+  // Ties the workstation to a content server at this address, with name and password of the test
+  // server for one that asks; nobody starts an agent.
   void TieTo(const std::string& url);
 
   // Runs a piece of the program as its frame does; an error is told and ends the process. True if
