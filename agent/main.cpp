@@ -5,6 +5,7 @@
 // The logbook starts it; it ends when the outbox is empty. It may be killed at any moment.
 
 #include <CLI/CLI.hpp>
+#include <exception>
 #include <iostream>
 #include <string>
 
@@ -74,6 +75,9 @@ int main(int argc, char** argv) {
                   : Work(machine, area, settings_file, once ? Rounds::kOne : Rounds::kUntilEmpty);
   } catch (const logbook::RunTimeError& error) {
     std::cerr << "ecm-agent: the outbox in " << area << ": " << error.Description() << "\n";
-    return kSomethingWaits;
+  } catch (const std::exception& error) {
+    // What was in the outbox is in it still.
+    std::cerr << "ecm-agent: " << error.what() << "\n";
   }
+  return kSomethingWaits;
 }

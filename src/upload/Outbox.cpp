@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cstdio>
 #include <fstream>
+#include <new>
 #include <random>
 #include <set>
 
@@ -261,8 +262,12 @@ void Outbox::MarkDelivered(const std::string& submission) {
 // at all.
 void Outbox::ClearDelivered() {
   if (marked_.empty() || native::Sync(folder_)) return;
-  for (const std::string& delivered : marked_) native::RemoveTree(delivered);
-  marked_.clear();
+  try {
+    for (const std::string& delivered : marked_) native::RemoveTree(delivered);
+    marked_.clear();
+  } catch (const std::bad_alloc&) {
+    // The rest is left to the next time.
+  }
 }
 
 DeliveryNote Outbox::NoteOf(const std::string& submission) const {

@@ -174,7 +174,7 @@ Report* MapReport(const std::string& file) {
 
 }  // namespace
 
-std::string PlanText(const Plan& plan) {
+std::string PlanAsText(const Plan& plan) {
   std::ostringstream text;
   text << "\ntree=" << plan.tree << "\nact=" << static_cast<int>(plan.act)
        << "\ncalls=" << static_cast<int>(plan.calls) << "\nat=" << plan.at

@@ -157,7 +157,7 @@ auto Looked(const char* name, int folder, const char* path, Call call) -> declty
 }
 
 template <typename Call>
-ssize_t Readed(const char* name, int descriptor, Call call) {
+ssize_t WhenRead(const char* name, int descriptor, Call call) {
   return MeetDescriptor(Sort::kRead, name, descriptor) == Answer::kFail ? -1 : call();
 }
 
@@ -224,14 +224,14 @@ FILE* fopen64(const char* path, const char* mode) {
 
 ssize_t read(int descriptor, void* buffer, std::size_t size) {
   static auto* const next = Next<ssize_t(int, void*, std::size_t)>("read");
-  return Readed("read", descriptor, [&] { return next(descriptor, buffer, size); });
+  return WhenRead("read", descriptor, [&] { return next(descriptor, buffer, size); });
 }
 ssize_t __read_chk(int descriptor, void* buffer, std::size_t size, std::size_t) {
   return read(descriptor, buffer, size);
 }
 ssize_t pread64(int descriptor, void* buffer, std::size_t size, off64_t offset) {
   static auto* const next = Next<ssize_t(int, void*, std::size_t, off64_t)>("pread64");
-  return Readed("pread", descriptor, [&] { return next(descriptor, buffer, size, offset); });
+  return WhenRead("pread", descriptor, [&] { return next(descriptor, buffer, size, offset); });
 }
 ssize_t pread(int descriptor, void* buffer, std::size_t size, off_t offset) {
   return pread64(descriptor, buffer, size, offset);
@@ -241,7 +241,7 @@ ssize_t __pread64_chk(int descriptor, void* buffer, std::size_t size, off64_t of
 }
 ssize_t readv(int descriptor, const iovec* parts, int count) {
   static auto* const next = Next<ssize_t(int, const iovec*, int)>("readv");
-  return Readed("readv", descriptor, [&] { return next(descriptor, parts, count); });
+  return WhenRead("readv", descriptor, [&] { return next(descriptor, parts, count); });
 }
 ssize_t write(int descriptor, const void* buffer, std::size_t size) {
   static auto* const next = Next<ssize_t(int, const void*, std::size_t)>("write");

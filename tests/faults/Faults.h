@@ -6,8 +6,8 @@
 // or reads what lies below one folder, the tree. It counts the calls and, at the one that a plan
 // names, kills the process, tears a write, takes the power away or answers with an error.
 //
-// A preloaded program takes its plan from the variable LOGBOOK_FAULTS, as PlanText writes it; what
-// it starts in its turn runs on an honest disk.
+// A preloaded program takes its plan from the variable LOGBOOK_FAULTS, as PlanAsText writes it;
+// what it starts in its turn runs on an honest disk.
 #pragma once
 
 #include <atomic>
@@ -59,7 +59,7 @@ struct Plan {
 };
 
 // The value of LOGBOOK_FAULTS that makes a preloaded program follow the plan.
-std::string PlanText(const Plan& plan);
+std::string PlanAsText(const Plan& plan);
 
 // From now on the calls of this process follow the plan; the library's counts begin anew.
 void Arm(const Plan& plan);

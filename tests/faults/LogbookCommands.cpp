@@ -75,7 +75,8 @@ void PutLogs(Station& station) {
   station.PutSample("26111402", "trz-ce", "The third one");
   station.disk.Put(station.state.IniFile, kOlderProfile);
   station.disk.Put(TestWorkstation::InLog("26111400", "analog.rpt"), "an older report\r\n");
-  station.disk.Put(std::string(TestWorkstation::kLogRoot) + "listlog.csv", "an older list\r\n");
+  station.disk.Put(std::string(TestWorkstation::kLogRoot) + "listlog.csv",
+                   "Date Logged,of an older list\r\n");
 }
 
 void ConfirmEditor(Station& station) {
@@ -206,11 +207,12 @@ Command ViewAllReports() {
     station.state.FileList[1].Name = "26111400";
   };
   const auto view_all = [](Station& station) {
-    LogView view;
-    if (!station.Handle([&] { LoadLogView(station.state, view); })) return;
-    for (const ViewCommand& command : kViewCommands) {
-      if (!station.Handle([&] { command.Run(station.state, station.real, view); })) return;
-    }
+    station.Handle([&] {
+      LogView view;
+      LoadLogView(station.state, view);
+      for (const ViewCommand& command : kViewCommands)
+        command.Run(station.state, station.real, view);
+    });
   };
   return {.name = "all reports",
           .prepare = PutLogs,

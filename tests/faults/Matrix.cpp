@@ -18,6 +18,7 @@
 #include <fstream>
 #include <regex>
 
+#include "ShortMemory.h"
 #include "loglist/LogList.h"
 #include "records/LogCommands.h"
 
@@ -34,6 +35,7 @@ using faults::Times;
 using std::chrono::steady_clock;
 
 constexpr std::chrono::seconds kLongest(5);
+constexpr int kErrorGotOut = 2;  // of a command, through the frame around it
 
 // Thousands of points wait thousands of times for a disk; one in memory does the same faster.
 const bool has_disk_in_memory = [] {
@@ -81,7 +83,12 @@ Outcome RunInChild(const std::function<std::string()>& work) {
   if (pipe(ends) != 0) throw std::runtime_error("no pipe");
   const pid_t child = fork();
   if (child == 0) {
-    const std::string text = work();
+    std::string text;
+    try {
+      text = work();
+    } catch (...) {
+      _exit(kErrorGotOut);
+    }
     const ssize_t written = write(ends[1], text.data(), text.size());
     _exit(written == static_cast<ssize_t>(text.size()) ? 0 : 1);
   }
@@ -97,6 +104,7 @@ Outcome RunInChild(const std::function<std::string()>& work) {
   return outcome;
 }
 
+// Point numbers of a run that is short of memory count allocations.
 struct Point {
   Act act;
   Calls calls;
@@ -204,6 +212,34 @@ class Matrix {
   Matrix(const Matrix&) = delete;
   Matrix& operator=(const Matrix&) = delete;
 
+  Figures RunShortOfMemory(int most_points) {
+    Figures figures;
+    Reset();
+    long count = 0;
+    const Outcome honest = RunInChild([&] {
+      command_.script(station_);
+      const ShortMemory memory(0);
+      command_.run(station_);
+      return std::to_string(ShortMemory::Allocations());
+    });
+    EXPECT_TRUE(honest.finished) << command_.name;
+    count = std::atol(honest.told.c_str());
+    EXPECT_GT(count, 0);
+    figures.changing = count;
+    const long step = most_points > 0 ? std::max(1L, count / most_points) : 1;
+    for (long at = 1; at <= count; at += step) {
+      ++figures.points;
+      const std::string fault = TryWithout(at);
+      if (fault.empty()) {
+        ++figures.survived;
+      } else if (figures.points - figures.survived <= kMostFailures) {
+        ADD_FAILURE() << command_.name << ", without allocation " << at << ": " << fault;
+      }
+    }
+    EXPECT_EQ(figures.survived, figures.points) << command_.name;
+    return figures;
+  }
+
   Figures Run(int most_points) {
     Figures figures;
     Count();
@@ -267,6 +303,27 @@ class Matrix {
     Reset();
     const Outcome outcome = RunWith({.tree = station_.disk.home(), .report = report_});
     EXPECT_TRUE(outcome.finished) << command_.name;
+  }
+
+  // One allocation fails; what follows finds memory again.
+  std::string TryWithout(long allocation) {
+    Reset();
+    const Outcome outcome = RunInChild([&] {
+      command_.script(station_);
+      {
+        const ShortMemory memory(allocation);
+        command_.run(station_);
+      }
+      return station_.Told();
+    });
+    if (outcome.hung) return "did not come to an end";
+    if (!outcome.finished) return "ended by signal " + std::to_string(outcome.signal);
+    const Disk now = ReadDisk(station_.disk.home());
+    const Aftermath after{before_, done_, milestones_, now, true, outcome.told};
+    std::string fault = JudgeFiles(after, {.act = Act::kAnswer, .calls = Calls::kReading, .at = 0});
+    if (fault.empty()) fault = JudgeTold(after);
+    if (fault.empty() && command_.judge) fault = command_.judge(after);
+    return fault;
   }
 
   std::string Try(const Point& point) {
@@ -416,6 +473,13 @@ class Matrix {
 };
 
 }  // namespace
+
+Figures RunShortOfMemory(const Command& command, int most_points) {
+  const Figures figures = Matrix(command).RunShortOfMemory(most_points);
+  std::printf("| %s | %ld | %d | %d |\n", command.name.c_str(), figures.changing, figures.points,
+              figures.survived);
+  return figures;
+}
 
 Figures RunMatrix(const Command& command, int most_points) {
   const Figures figures = Matrix(command).Run(most_points);

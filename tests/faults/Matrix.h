@@ -64,6 +64,11 @@ struct Figures {
   int points = 0, survived = 0;
 };
 
+// What becomes of the command when one allocation after the other fails, each in a run of its own:
+// run-time error 7, another word to the user, or nothing at all, and never the end of the process.
+// Counts the allocations as changing calls.
+Figures RunShortOfMemory(const Command& command, int most_points = 0);
+
 // Runs the command at all points, or at so many of them, evenly spread. Each failure fails the
 // test. The figures are printed as a line of the table in docs/reliability.md.
 Figures RunMatrix(const Command& command, int most_points = 0);

@@ -29,6 +29,10 @@ TEST_P(CrashMatrix, EveryFaultLeavesWholeFilesAndIsTold) {
   RunMatrix(GetParam().make(), kMostPoints);
 }
 
+TEST_P(CrashMatrix, EveryAllocationThatFailsIsErrorSevenOrNothing) {
+  RunShortOfMemory(GetParam().make(), kMostPoints);
+}
+
 TEST(CrashMatrix, EveryFaultOfTheAgentLeavesEachUploadOnceAndWhole) {
   if (!HasDavServer()) GTEST_SKIP() << "apache2 with mod_dav_fs is not installed";
   DavServer server;

@@ -3,6 +3,7 @@
 
 #include "base/NativeDisk.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,6 +12,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
+#include <string_view>
+#include <utility>
 
 #include "base/posix/Descriptor.h"
 #include "base/posix/SystemError.h"
@@ -38,20 +42,45 @@ Kind KindOf(mode_t mode) {
   return S_ISLNK(mode) ? Kind::kLink : Kind::kOther;
 }
 
-Kind KindOf(fs::file_type type) {
-  switch (type) {
-    case fs::file_type::regular:
-      return Kind::kFile;
-    case fs::file_type::directory:
-      return Kind::kFolder;
-    case fs::file_type::symlink:
-      return Kind::kLink;
-    case fs::file_type::none:
-    case fs::file_type::not_found:
-      return Kind::kNothing;
-    default:
-      return Kind::kOther;
+using OpenFolder = std::unique_ptr<DIR, int (*)(DIR*)>;
+
+constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+OpenFolder OpenInside(int folder, const char* name) {
+  const int opened = openat(folder, name, kOpenFolder | O_NOFOLLOW);
+  DIR* const stream = opened < 0 ? nullptr : fdopendir(opened);
+  if (stream == nullptr && opened >= 0) {
+    const int error = errno;
+    close(opened);
+    errno = error;
   }
+  return {stream, closedir};
+}
+
+// The names in an opened folder. The library's own iterators end the process where there is no
+// memory for a name.
+std::error_code ReadNames(const OpenFolder& folder, std::vector<std::string>& names) {
+  if (folder == nullptr) return ErrorOf(errno);
+  while (true) {
+    errno = 0;
+    const dirent* entry = readdir(folder.get());
+    if (entry == nullptr) return errno == 0 ? std::error_code() : ErrorOf(errno);
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") names.emplace_back(name);
+  }
+}
+
+// Removes what bears the name, links as themselves, from an opened folder.
+std::error_code RemoveIn(int folder, const char* name) {
+  if (unlinkat(folder, name, 0) == 0 || errno == ENOENT) return {};
+  if (errno != EISDIR && errno != EPERM) return ErrorOf(errno);
+  const OpenFolder inner = OpenInside(folder, name);
+  std::vector<std::string> names;
+  std::error_code error = ReadNames(inner, names);
+  for (const std::string& each : names) {
+    if (const auto refused = RemoveIn(dirfd(inner.get()), each.c_str()); !error) error = refused;
+  }
+  return error ? error : ResultOf(unlinkat(folder, name, AT_REMOVEDIR));
 }
 
 }  // namespace
@@ -83,9 +112,7 @@ std::error_code RemoveFolder(const std::string& path) {
 }
 
 std::error_code RemoveTree(const std::string& path) {
-  std::error_code error;
-  fs::remove_all(path, error);
-  return error;
+  return RemoveIn(AT_FDCWD, path.c_str());
 }
 
 std::error_code Rename(const std::string& from, const std::string& to) {
@@ -107,17 +134,17 @@ std::error_code NamesIn(const std::string& folder, std::vector<std::string>& nam
 
 std::error_code EntriesIn(const std::string& folder, std::vector<Entry>& entries) {
   entries.clear();
-  std::error_code error;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error)) {
-    std::error_code gone;
-    entries.push_back(
-        {entry->path().filename().string(), KindOf(entry->symlink_status(gone).type())});
+  const OpenFolder opened(opendir(folder.c_str()), closedir);
+  std::vector<std::string> names;
+  if (const auto error = ReadNames(opened, names)) return error;
+  std::sort(names.begin(), names.end());
+  for (std::string& name : names) {
+    struct stat status = {};
+    const bool is_seen =
+        fstatat(dirfd(opened.get()), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+    entries.push_back({std::move(name), is_seen ? KindOf(status.st_mode) : Kind::kNothing});
   }
-  if (error) entries.clear();
-  std::sort(entries.begin(), entries.end(),
-            [](const Entry& one, const Entry& other) { return one.name < other.name; });
-  return error;
+  return {};
 }
 
 struct Reader::State {

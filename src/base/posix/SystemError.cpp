@@ -28,6 +28,8 @@ ErrorNumber CommonNumber(int error) {
     case EDQUOT:
     case EFBIG:
       return ErrorNumber::kDiskFull;
+    case ENOMEM:
+      return ErrorNumber::kOutOfMemory;
     default:
       return ErrorNumber::kDeviceInputOutput;
   }
