@@ -78,6 +78,14 @@ void TakeToolkitWords(QTranslator& words) {
     QApplication::installTranslator(&words);
 }
 
+QIcon ProgramIcon() {
+  QIcon icon;
+  for (const int size : {16, 24, 32, 48, 64}) {
+    icon.addFile(QStringLiteral(":/icons/%1.png").arg(size), QSize(size, size));
+  }
+  return icon;
+}
+
 // Runs the program until it ends itself; returns only if the toolkit's loop is made to.
 int RunLogbook(QApplication& application, const std::string& command_line) {
   using namespace logbook;
@@ -140,7 +148,7 @@ int main(int argc, char** argv) {
   QApplication application(toolkit_argc, argv);
   QApplication::setApplicationVersion(QStringLiteral(LOGBOOK_VERSION));
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopName));
-  QApplication::setWindowIcon(QIcon::fromTheme(QString::fromLatin1(kDesktopName)));
+  QApplication::setWindowIcon(ProgramIcon());
   QApplication::setQuitOnLastWindowClosed(false);  // the run ends in GlobalEnd alone
   return RunLogbook(application, command_line);
 }

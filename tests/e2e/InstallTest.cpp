@@ -43,6 +43,7 @@ TEST_F(InstallTest, EveryFileIsAtItsPlaceAndEveryLinkLeadsToOne) {
         "share/applications/com.norvane.Quorex.Logbook.desktop",
         "share/metainfo/com.norvane.Quorex.Logbook.metainfo.xml",
         "share/icons/hicolor/scalable/apps/com.norvane.Quorex.Logbook.svg",
+        "share/icons/hicolor/48x48/apps/com.norvane.Quorex.Logbook.png",
         "share/man/man1/logbook.1.gz", "share/man/man1/logbookctl.1.gz",
         "share/man/man1/quorex-host.1.gz", "share/man/man1/ecm-agent.1.gz",
         "share/doc/maintenance-logbook/content-server.md"}) {

@@ -21,7 +21,7 @@ Answer<Reply> Owned(Reply* reply) {
   return {reply, std::free};
 }
 
-constexpr std::uint32_t kMostNumbers = 1024;
+constexpr std::uint32_t kMostNumbers = 16384;
 
 xcb_window_t Id(WindowId window) {
   return static_cast<xcb_window_t>(window);
@@ -88,6 +88,16 @@ std::uint32_t WindowServer::Atom(const std::string& name) const {
 bool WindowServer::HasState(WindowId window, const std::string& state) const {
   const std::vector<std::uint32_t> states = Numbers(window, "_NET_WM_STATE");
   return std::find(states.begin(), states.end(), Atom(state)) != states.end();
+}
+
+// Each icon is its width, its height, and that many points.
+std::vector<int> WindowServer::IconWidths(WindowId window) const {
+  const std::vector<std::uint32_t> numbers = Numbers(window, "_NET_WM_ICON");
+  std::vector<int> widths;
+  for (std::size_t at = 0; at + 1 < numbers.size(); at += 2 + numbers[at] * numbers[at + 1]) {
+    widths.push_back(static_cast<int>(numbers[at]));
+  }
+  return widths;
 }
 
 std::vector<WindowId> WindowServer::Managed() const {

@@ -29,6 +29,8 @@ class WindowServer {
   Place Inner(WindowId window) const;
   // True if the window manager keeps this state of the window, "_NET_WM_STATE_SKIP_TASKBAR" say.
   bool HasState(WindowId window, const std::string& state) const;
+  // The widths in which the window offers its icon, in the order that it gives them.
+  std::vector<int> IconWidths(WindowId window) const;
   // The windows that the window manager looks after.
   std::vector<WindowId> Managed() const;
   // The window that has the keyboard, 0 for none.

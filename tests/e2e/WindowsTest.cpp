@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <set>
 
 #include "Pages.h"
 #include "WindowServer.h"
@@ -90,6 +91,13 @@ TEST_F(WindowsTest, EditorHasNoEntryInTheTaskBarAndTheMainWindowHasOne) {
   const std::string name = PressRecord(work(), main);
   const EditorPage editor(desktop(), kLogRoot + name + "\\");
   EXPECT_TRUE(server().HasState(editor.window(), "_NET_WM_STATE_SKIP_TASKBAR"));
+}
+
+TEST_F(WindowsTest, MainWindowBringsItsIconWithoutAThemeInEverySize) {
+  work().StartHostWithLogbook();
+  const MainPage main(desktop());
+  const std::vector<int> widths = server().IconWidths(main.window());
+  EXPECT_EQ(std::set<int>(widths.begin(), widths.end()), (std::set<int>{16, 24, 32, 48, 64}));
 }
 
 TEST_F(WindowsTest, MainAndHelpWindowAreReadAsFramesWithTheirTitles) {
