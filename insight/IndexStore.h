@@ -7,7 +7,8 @@
 //
 // A log has a number, given once and never again: block * kBlockLogs + place in the block. Values
 // lie in columns over the logs of a block, words in a full-text table by the numbers of the logs.
-// Every page bears a checksum (PageSums.h), and so does what is kept outside of the full-text table.
+// Every page bears a checksum (PageSums.h), and so does what is kept outside of the full-text
+// table.
 #pragma once
 
 #include <cstdint>

@@ -34,19 +34,26 @@ class InstallTest : public ReadableProgram {
 };
 
 TEST_F(InstallTest, EveryFileIsAtItsPlaceAndEveryLinkLeadsToOne) {
-  for (const char* name :
-       {"bin/logbook", "bin/logbookctl", "bin/quorex-host", "bin/ecm-agent",
-        "etc/quorex-logbook/arecm.cfg", "lib/quorex-logbook/arecm.cfg",
-        "etc/quorex-logbook/language.cfg", "lib/quorex-logbook/language.cfg",
-        "lib/quorex-logbook/manual/logbook.hhbook", "share/quorex-logbook/manual/logbook.hhbook",
-        "share/applications/com.norvane.Quorex.Demonstration.desktop",
-        "share/applications/com.norvane.Quorex.Logbook.desktop",
-        "share/metainfo/com.norvane.Quorex.Logbook.metainfo.xml",
-        "share/icons/hicolor/scalable/apps/com.norvane.Quorex.Logbook.svg",
-        "share/icons/hicolor/48x48/apps/com.norvane.Quorex.Logbook.png",
-        "share/man/man1/logbook.1.gz", "share/man/man1/logbookctl.1.gz",
-        "share/man/man1/quorex-host.1.gz", "share/man/man1/ecm-agent.1.gz",
-        "share/doc/maintenance-logbook/content-server.md"}) {
+  for (const char* name : {"bin/logbook",
+                           "bin/logbookctl",
+                           "bin/quorex-host",
+                           "bin/ecm-agent",
+                           "etc/quorex-logbook/arecm.cfg",
+                           "lib/quorex-logbook/arecm.cfg",
+                           "etc/quorex-logbook/language.cfg",
+                           "lib/quorex-logbook/language.cfg",
+                           "lib/quorex-logbook/manual/logbook.hhbook",
+                           "share/quorex-logbook/manual/logbook.hhbook",
+                           "share/applications/com.norvane.Quorex.Demonstration.desktop",
+                           "share/applications/com.norvane.Quorex.Logbook.desktop",
+                           "share/metainfo/com.norvane.Quorex.Logbook.metainfo.xml",
+                           "share/icons/hicolor/scalable/apps/com.norvane.Quorex.Logbook.svg",
+                           "share/icons/hicolor/48x48/apps/com.norvane.Quorex.Logbook.png",
+                           "share/man/man1/logbook.1.gz",
+                           "share/man/man1/logbookctl.1.gz",
+                           "share/man/man1/quorex-host.1.gz",
+                           "share/man/man1/ecm-agent.1.gz",
+                           "share/doc/maintenance-logbook/content-server.md"}) {
     EXPECT_TRUE(fs::is_regular_file(Top() + "/" + name)) << name;
   }
   for (const auto& entry : fs::recursive_directory_iterator(Top())) {
