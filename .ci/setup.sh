@@ -51,6 +51,7 @@ is_there() {
     command:*) command -v "$what" >/dev/null ;;
     header:*) [ -e "/usr/include/$what" ] || [ -e "/usr/local/include/$what" ] ;;
     python:*) python3 -c "import $what" 2>/dev/null ;;
+    catalogue:*) find /usr/share/qt6/translations /usr/local/share -name "$what" 2>/dev/null | grep -q . ;;
     font:*) find /usr/share/fonts /usr/local/share/fonts -name "$what" 2>/dev/null | grep -q . ;;
   esac
 }

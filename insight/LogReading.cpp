@@ -57,6 +57,14 @@ void ReadDescriptor(const Machine& machine, std::string_view profile, LogReading
   }
 }
 
+// The logbook that made the record may have spoken any of the languages.
+bool IsAutomaticComment(std::string_view comment) {
+  for (std::size_t language = 0; language < LanguageCount(); ++language) {
+    if (comment == LoadResString(kAutomaticComment, language)) return true;
+  }
+  return false;
+}
+
 void ReadComment(const CodePage& code_page, const LogFiles& files, LogReading& reading) {
   const LogFile* file = files.Find("comment.txt");
   reading.HasComment = file != nullptr && file->What == LogFile::Kind::kFile;
@@ -68,7 +76,7 @@ void ReadComment(const CodePage& code_page, const LogFiles& files, LogReading& r
     reading.Comment += code_page.ToUtf8(lines.ReadLine());
     first = false;
   }
-  reading.Automatic = reading.Comment == LoadResString(kAutomaticComment);
+  reading.Automatic = IsAutomaticComment(reading.Comment);
 }
 
 // Two or four decimal digits at a place of the text; -1 if others stand there.

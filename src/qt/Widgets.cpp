@@ -32,6 +32,10 @@ bool IsFontName(const QString& name, QLatin1String prefix) {
 }
 
 QStringList SansSerifFamilies(const QString& name) {
+  if (IsFontName(name, QLatin1String("MS "))) {  // its letters are narrow, unlike those behind it
+    return {name, QStringLiteral("Liberation Sans"), QStringLiteral("IPAPGothic"),
+            QStringLiteral("Noto Sans CJK JP"), QStringLiteral("TakaoPGothic")};
+  }
   return {name, QStringLiteral("Liberation Sans"), QStringLiteral("Arimo"),
           QStringLiteral("Nimbus Sans"), QStringLiteral("Helvetica")};
 }

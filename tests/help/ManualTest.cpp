@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// The manual as it is shipped: whole, and about this program.
+// The manual as it is shipped, in each language: whole, and about this program.
 
 #include <gtest/gtest.h>
 
@@ -26,13 +26,21 @@ std::string Read(const fs::path& path) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-const fs::path kManual = MANUAL_DIR;
+class Manual : public testing::TestWithParam<std::size_t> {
+ protected:
+  Manual() { ChooseLanguage(LanguageAt(GetParam()).id); }
+  ~Manual() override { ChooseLanguage("en"); }
 
-HelpBook Book() {
-  return ReadHelpBook(Read(kManual / "logbook.hhbook"));
-}
+  static HelpBook BookIn(const fs::path& folder) {
+    return ReadHelpBook(Read(folder / "logbook.hhbook"));
+  }
+  HelpBook Book() const { return BookIn(folder_); }
 
-TEST(Manual, EveryHelpTopicHasAPageOfItsOwn) {
+  const fs::path folder_ =
+      (fs::path(MANUAL_DIR) / LanguageAt(GetParam()).manual).lexically_normal();
+};
+
+TEST_P(Manual, EveryHelpTopicHasAPageOfItsOwn) {
   const HelpBook book = Book();
   std::set<std::string> files;
   for (const HelpTopic topic :
@@ -45,39 +53,39 @@ TEST(Manual, EveryHelpTopicHasAPageOfItsOwn) {
   }
 }
 
-TEST(Manual, EveryPageOfTheContentsIsThereAndNoOther) {
+TEST_P(Manual, EveryPageOfTheContentsIsThereAndNoOther) {
   std::set<std::string> named = {"logbook.hhbook"};
   for (const HelpPage& page : Book().Pages) {
-    EXPECT_TRUE(fs::exists(kManual / page.File)) << page.File;
+    EXPECT_TRUE(fs::exists(folder_ / page.File)) << page.File;
     named.insert(page.File);
   }
-  for (const auto& entry : fs::directory_iterator(kManual)) {
-    if (entry.path().extension() == ".png") continue;
+  for (const auto& entry : fs::directory_iterator(folder_)) {
+    if (entry.path().extension() == ".png" || entry.is_directory()) continue;
     EXPECT_TRUE(named.count(entry.path().filename().string())) << entry.path();
   }
 }
 
-TEST(Manual, EveryLinkAndEveryPictureLeadsSomewhere) {
+TEST_P(Manual, EveryLinkAndEveryPictureLeadsSomewhere) {
   std::set<std::string> pictures;
   const std::regex target("(?:href|src)=\"([^\"]*)\"");
   for (const HelpPage& page : Book().Pages) {
-    const std::string text = Read(kManual / page.File);
+    const std::string text = Read(folder_ / page.File);
     for (std::sregex_iterator it(text.begin(), text.end(), target), end; it != end; ++it) {
-      EXPECT_TRUE(fs::exists(kManual / (*it)[1].str())) << page.File << ": " << (*it)[1];
+      EXPECT_TRUE(fs::exists(folder_ / (*it)[1].str())) << page.File << ": " << (*it)[1];
       pictures.insert((*it)[1]);
     }
   }
-  for (const auto& entry : fs::directory_iterator(kManual)) {
+  for (const auto& entry : fs::directory_iterator(folder_)) {
     if (entry.path().extension() != ".png") continue;
     EXPECT_TRUE(pictures.count(entry.path().filename().string())) << "unused " << entry.path();
   }
 }
 
-TEST(Manual, EveryPictureHasAnAlternativeTextOfItsOwn) {
+TEST_P(Manual, EveryPictureHasAnAlternativeTextOfItsOwn) {
   std::set<std::string> texts;
   const std::regex picture("<img([^>]*)>"), alternative(" alt=\"([^\"]+)\"");
   for (const HelpPage& page : Book().Pages) {
-    const std::string text = Read(kManual / page.File);
+    const std::string text = Read(folder_ / page.File);
     for (std::sregex_iterator it(text.begin(), text.end(), picture), end; it != end; ++it) {
       const std::string attributes = (*it)[1];
       std::smatch found;
@@ -88,8 +96,8 @@ TEST(Manual, EveryPictureHasAnAlternativeTextOfItsOwn) {
   EXPECT_FALSE(texts.empty());
 }
 
-TEST(Manual, EveryMessageOfTheProgramIsExplained) {
-  const std::string text = Read(kManual / "messages.html");
+TEST_P(Manual, EveryMessageOfTheProgramIsExplained) {
+  const std::string text = Read(folder_ / "messages.html");
   for (const int number :
        {124, 220, 221, 222, 224, 225, 1395, 1396, 1397, 1399, 1400, 1401, 1402, 1403}) {
     const std::string message(LoadResString(number));
@@ -97,13 +105,27 @@ TEST(Manual, EveryMessageOfTheProgramIsExplained) {
   }
 }
 
-TEST(Manual, EveryButtonOfTheMainWindowIsDescribed) {
-  const std::string text = Read(kManual / "main.html");
+TEST_P(Manual, EveryButtonOfTheMainWindowIsDescribed) {
+  const std::string text = Read(folder_ / "main.html");
   for (const int number : {113, 114, 115, 117, 118, 119, 132}) {
     const std::string caption(LoadResString(number));
     EXPECT_NE(text.find("<td>" + caption + "</td>"), std::string::npos) << caption;
   }
 }
+
+TEST_P(Manual, ItHasThePagesAndTopicsOfTheEnglishOneInTheSameOrder) {
+  const HelpBook english = BookIn(MANUAL_DIR), book = Book();
+  ASSERT_EQ(book.Pages.size(), english.Pages.size());
+  for (std::size_t i = 0; i < book.Pages.size(); ++i) {
+    EXPECT_EQ(book.Pages[i].Topic, english.Pages[i].Topic) << book.Pages[i].File;
+    EXPECT_EQ(book.Pages[i].File, english.Pages[i].File);
+    EXPECT_EQ(book.Pages[i].Level, english.Pages[i].Level) << book.Pages[i].File;
+    EXPECT_EQ(book.Pages[i].Title == english.Pages[i].Title, GetParam() == 0);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Manual, testing::Range(std::size_t{0}, LanguageCount()),
+                         [](const auto& test) { return std::string(LanguageAt(test.param).id); });
 
 }  // namespace
 }  // namespace logbook

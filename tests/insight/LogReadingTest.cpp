@@ -373,6 +373,13 @@ TEST(LogReading, CommentIsTheWholeTextAndItsFirstLineThatOfTheList) {
   EXPECT_EQ(OneLog().With("comment.txt", "\x83\x5C\r\n").Read(932).Comment, "\xE3\x82\xBD");
 }
 
+TEST(LogReading, AutomaticRecordsAreKnownInEveryLanguage) {
+  const CodePage& page = *CodePage::Find(1252);
+  const std::string german = page.FromUtf8(LoadResString(131, 1));
+  EXPECT_TRUE(OneLog().With("comment.txt", german + "\r\n").Read().Automatic);
+  EXPECT_FALSE(OneLog().With("comment.txt", german + " \r\n").Read().Automatic);
+}
+
 TEST(LogReading, AutomaticRecordsAreKnownByTheirComment) {
   const std::string text(LoadResString(131));
   EXPECT_TRUE(OneLog().With("comment.txt", text + "\r\n").Read().Automatic);
