@@ -13,7 +13,9 @@
 //                                     (size.index)
 //   bench_index FOLDER find ROUNDS    samples of find.NAME over FOLDER/many: a query and its first
 //                                     page, from opening the index on
-//   bench_index FOLDER cold           the index made once: for counting instructions from outside
+//   bench_index FOLDER links LOGS     makes FOLDER/links-LOGS, links to the logs of root
+//   bench_index FOLDER cold LOGS      the index of FOLDER/links-LOGS made once: for counting
+//                                     instructions from outside; of root without LOGS
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -54,6 +56,7 @@ class Roots {
 
   std::string Root() const { return folder_ + "/root"; }
   std::string Many() const { return folder_ + "/many"; }
+  std::string Links(int logs) const { return folder_ + "/links-" + std::to_string(logs); }
   std::string Cache() const { return folder_ + "/cache"; }
   std::string Home() const { return folder_ + "/home"; }
 
@@ -74,12 +77,12 @@ void Make(const Roots& roots, int logs) {
   }
 }
 
-void MakeMany(const Roots& roots, int logs) {
+void MakeLinks(const Roots& roots, const std::string& target, int logs) {
   std::vector<fs::path> folders;
   for (const auto& entry : fs::directory_iterator(roots.Root())) folders.push_back(entry.path());
-  fs::create_directory(roots.Many());
+  fs::create_directory(target);
   for (int log = 0; log < logs; ++log) {
-    const fs::path name = roots.Many() + "/" + std::to_string(10000000 + log);
+    const fs::path name = target + "/" + std::to_string(10000000 + log);
     fs::create_directory_symlink(folders[static_cast<std::size_t>(log) % folders.size()], name);
   }
 }
@@ -171,11 +174,15 @@ void Size(const Roots& roots) {
 
 int Run(const Roots& roots, const std::string& what, int number) {
   if (what == "make") Make(roots, number);
-  if (what == "many") MakeMany(roots, number);
+  if (what == "many") MakeLinks(roots, roots.Many(), number);
+  if (what == "links") MakeLinks(roots, roots.Links(number), number);
   if (what == "rounds") Rounds(roots, number);
   if (what == "find") Find(roots, number);
   if (what == "size") Size(roots);
-  if (what == "cold") Ask(roots.Root(), roots.Cache(), FirstPage("nothing"));
+  if (what == "cold") {
+    const std::string root = number > 0 ? roots.Links(number) : roots.Root();
+    Ask(root, roots.Cache() + "-cold-" + std::to_string(number), FirstPage("nothing"));
+  }
   return 0;
 }
 
@@ -183,7 +190,7 @@ int Run(const Roots& roots, const std::string& what, int number) {
 
 int main(int argc, char** argv) {
   if (argc < 3) {
-    std::cerr << "bench_index FOLDER make|many|rounds|find|size|cold [NUMBER]\n";
+    std::cerr << "bench_index FOLDER make|many|links|rounds|find|size|cold [NUMBER]\n";
     return 2;
   }
   return Run(Roots(argv[1]), argv[2], argc > 3 ? std::atoi(argv[3]) : 0);

@@ -120,17 +120,18 @@ def folders_growth(place):
 
 
 def index_folder(place):
+    """A folder with a root of 1,000 logs, in a full run of 10,000; made once."""
     def make():
         folder = place.path("index")
         os.mkdir(folder)
-        place.run(place.program("bench_index"), folder, "make", 1000)
+        place.run(place.program("bench_index"), folder, "make", 10000 if place.full else 1000)
         return folder
     return place.once("index-folder", make)
 
 
 def index_samples(place):
     return place.once("index", lambda: place.collect("bench_index", index_folder(place),
-                                                     "rounds", 7))
+                                                     "rounds", 5 if place.full else 7))
 
 
 @figure("index.cold", "index of a log root made / its files read once", "x", 4)
@@ -149,6 +150,18 @@ def index_again(place):
 def index_size(place):
     samples = place.collect("bench_index", index_folder(place), "size")
     return ratio(samples["size.index"], samples["size.base"])
+
+
+@figure("index.growth", "index: instructions a further log, 128 to 1,024 logs, growth", "%", 15)
+def index_growth(place):
+    program = place.program("bench_index")
+    counts = {}
+    for logs in (128, 512, 1024):
+        place.run(program, index_folder(place), "links", logs)
+        counts[logs] = place.instructions(program, index_folder(place), "cold", logs)
+    low = (counts[512] - counts[128]) / 384.0
+    high = (counts[1024] - counts[512]) / 512.0
+    return Measured(max(0, 100 * (high / low - 1)), instructions=counts)
 
 
 def found_samples(place):

@@ -27,8 +27,9 @@ FONTS = """<?xml version="1.0"?>
 class Workplace:
     """A temporary folder with everything that figures need; gone when the `with` block ends."""
 
-    def __init__(self, programs):
+    def __init__(self, programs, full=False):
         self.programs = programs  # folder of the built programs
+        self.full = full          # the largest data that a figure is meant for, whatever it takes
         self.folder = None
         self.samples = {}
         self.closing = contextlib.ExitStack()
@@ -70,7 +71,7 @@ class Workplace:
         result = subprocess.run([str(part) for part in command], check=False, text=True,
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                 env={**self.variables, **variables}, cwd=self.folder,
-                                timeout=LONGEST_RUN)
+                                timeout=LONGEST_RUN * (10 if self.full else 1))
         if result.returncode != 0:
             raise RuntimeError("%s: status %d: %s" % (os.path.basename(str(command[0])),
                                                       result.returncode, result.stderr[-300:]))
