@@ -129,7 +129,9 @@ void AddFind(Frame& frame) {
       ->type_name("COLUMN,...");
   verb.add_option("--sort", options->sort, "date, log or a ROW, with :asc or :desc behind it")
       ->type_name("KEY");
-  verb.add_option("--limit", options->limit, "Show so many logs at most")->type_name("NUMBER");
+  verb.add_option("--limit", options->limit, "Show so many logs at most")
+      ->type_name("NUMBER")
+      ->check(CLI::PositiveNumber);
   CLI::Option* json = verb.add_flag("--json", options->json, "Print one JSON document");
   verb.add_flag("--csv", options->csv, "Print comma-separated values")->excludes(json);
 }

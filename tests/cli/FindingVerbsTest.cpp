@@ -60,6 +60,14 @@ TEST_F(FindingVerbs, LimitSaysHowManyThereAre) {
   EXPECT_EQ(outcome.err, "logbookctl: find: 2 of 5 logs shown\n");
 }
 
+TEST_F(FindingVerbs, LimitIsAtLeastOne) {
+  for (const char* wrong : {"-1", "0", "many"}) {
+    const Outcome outcome = Find(std::string("--limit ") + wrong);
+    EXPECT_EQ(outcome.status, 2) << wrong;
+    EXPECT_EQ(outcome.out, "") << wrong;
+  }
+}
+
 TEST_F(FindingVerbs, CsvHoldsNoFormulas) {
   const Outcome outcome = Find("sum --csv --columns log,comment");
   EXPECT_EQ(outcome.out, "Log,Comment\r\n" + folders_[1] + ",'=SUM of cones\r\n");
