@@ -4,6 +4,12 @@
 # One interface target carries the language level, the warnings and the strictness towards the
 # toolkit; every target of the project links it.
 
+# The folders that know the system: every room has the same contracts in both.
+set(LOGBOOK_SYSTEM posix)
+if(WIN32)
+  set(LOGBOOK_SYSTEM win32)
+endif()
+
 add_library(logbook_options INTERFACE)
 target_compile_features(logbook_options INTERFACE cxx_std_20)
 target_compile_options(logbook_options INTERFACE
@@ -28,6 +34,13 @@ if(LOGBOOK_FUZZ)
   target_link_options(logbook_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# Programs for Windows stand alone: no library of the compiler or of ours lies beside them.
+# Windows 7 is the oldest system that their headers are asked for; the toolkit asks by itself.
+if(WIN32)
+  target_link_options(logbook_options INTERFACE -static)
+  add_compile_definitions(_WIN32_WINNT=0x0601)
+endif()
+
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -49,14 +62,26 @@ function(library_name variable file)
   set(${variable} ${CMAKE_MATCH_1} PARENT_SCOPE)
 endfunction()
 
-# logbook_test(<room> SOURCES <files> [LINKS <targets>] [PROGRAM <name>] [LABELS <label>]): a test
-# program for a room, "tests_<room>" unless named otherwise, each case a test of its own named
-# "<room>.<suite>.<case>". Cases with the label "long" are left out of an ordinary ./test.
+# logbook_test(<room> SOURCES <files> [POSIX <files>] [WIN32 <files>] [LINKS <targets>]
+# [PROGRAM <name>] [LABELS <label>]): a test program for a room, "tests_<room>" unless named
+# otherwise, each case a test of its own named "<room>.<suite>.<case>". Cases with the label "long"
+# are left out of an ordinary ./test. The POSIX files need that kind of system to test on; what a
+# build for Windows leaves out for that is listed in skipped-tests.txt.
 function(logbook_test room)
-  cmake_parse_arguments(ARG "" "PROGRAM;LABELS" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "PROGRAM;LABELS" "SOURCES;POSIX;WIN32;LINKS" ${ARGN})
   set(target tests_${room})
   if(ARG_PROGRAM)
     set(target ${ARG_PROGRAM})
+  endif()
+  if(WIN32)
+    list(APPEND ARG_SOURCES ${ARG_WIN32})
+    list(FILTER ARG_POSIX EXCLUDE REGEX support/)
+    foreach(file IN LISTS ARG_POSIX)
+      file(APPEND ${PROJECT_BINARY_DIR}/skipped-tests.txt
+        "${room}: ${file}: needs calls, rights or programs of POSIX systems\n")
+    endforeach()
+  else()
+    list(APPEND ARG_SOURCES ${ARG_POSIX})
   endif()
   add_executable(${target} ${ARG_SOURCES})
   target_link_libraries(${target} PRIVATE logbook_options logbook_test_support ${ARG_LINKS}
@@ -64,4 +89,24 @@ function(logbook_test room)
   target_compile_definitions(${target} PRIVATE TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data")
   gtest_discover_tests(${target} TEST_PREFIX "${room}." DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT 300 LABELS "${ARG_LABELS}")
+endfunction()
+
+# build_tool(<name> <source>...): a program that the build itself runs. Where it builds for another
+# system, the machine's own compiler makes it, already while configuring.
+function(build_tool name)
+  if(NOT CMAKE_CROSSCOMPILING)
+    add_executable(${name} ${ARGN})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(${name} PRIVATE logbook_options)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
+    return()
+  endif()
+  find_program(LOGBOOK_HOST_COMPILER c++ REQUIRED)
+  list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ OUTPUT_VARIABLE sources)
+  set(program ${CMAKE_CURRENT_BINARY_DIR}/${name})
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources})
+  execute_process(COMMAND ${LOGBOOK_HOST_COMPILER} -std=c++20 -O1 -I${PROJECT_SOURCE_DIR}/src
+    ${sources} -o ${program} COMMAND_ERROR_IS_FATAL ANY)
+  add_executable(${name} IMPORTED GLOBAL)
+  set_target_properties(${name} PROPERTIES IMPORTED_LOCATION ${program})
 endfunction()

@@ -16,7 +16,7 @@
 #include "Fuzzing.h"
 #include "ZipInput.h"
 #include "archive/Archive.h"
-#include "archive/posix/ZipAddition.h"
+#include "archive/ZipAddition.h"
 
 namespace fs = std::filesystem;
 

@@ -5,7 +5,7 @@
 // nothing.
 
 #include "Fuzzing.h"
-#include "archive/posix/ZipDirectory.h"
+#include "archive/ZipDirectory.h"
 
 namespace logbook::fuzz {
 namespace {

@@ -1,16 +1,12 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// The logbook's handshake cell as the host sees it: a text property on the bus that comes and goes
-// with the logbook. docs/host-link.md describes the values.
+// The logbook's handshake cell as the host sees it: a text that comes and goes with the logbook.
+// docs/host-link.md describes the values.
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
-#include <QStringList>
-#include <QVariantMap>
 
 namespace logbook::host {
 
@@ -18,17 +14,15 @@ class Cell : public QObject {
   Q_OBJECT
 
  public:
-  explicit Cell(const QDBusConnection& bus);
-
   // Looks for a logbook that is there already: Appeared follows if there is one.
-  void Watch();
+  virtual void Watch() = 0;
 
   // Asks for the text; TextSeen follows, unless the logbook has none or has gone.
-  void Read();
+  virtual void Read() = 0;
 
   // Sets the text; Written follows when the logbook has it, Refused if it did not take it. Nothing
   // follows if the logbook has gone.
-  void Write(const QString& text);
+  virtual void Write(const QString& text) = 0;
 
  Q_SIGNALS:
   void Appeared();
@@ -36,17 +30,6 @@ class Cell : public QObject {
   void TextSeen(const QString& text);
   void Written(const QString& text);
   void Refused();
-
- private Q_SLOTS:
-  void OnPropertiesChanged(const QString& interface, const QVariantMap& changed,
-                           const QStringList& invalidated);
-
- private:
-  QDBusConnection bus_;
-  QDBusServiceWatcher watcher_;
-  // Counts owners of the logbook's name, so that a reply of an earlier one is told from a new
-  // one's.
-  int owner_ = 0;
 };
 
 }  // namespace logbook::host

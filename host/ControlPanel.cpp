@@ -7,7 +7,6 @@
 #include <exception>
 #include <utility>
 
-#include "base/HostLinkNames.h"
 #include "host/Jobs.h"
 
 namespace logbook::host {
@@ -30,29 +29,11 @@ bool IsJob(double number) {
   return number == kCellCapture || number == kCellPrint || number == kCellEnding;
 }
 
-QString Text(const std::string& text) {
-  return QString::fromStdString(text);
-}
-
 }  // namespace
 
-QString RequestObject::Request(const QString& item) {
-  if (options_.attention == Attention::kDeaf) {
-    setDelayedReply(true);
-    return {};
-  }
-  const auto text = ItemText(options_.workstation, item.toStdString());
-  if (!text) {
-    sendErrorReply(QStringLiteral("com.norvane.Quorex.Host.Error.UnknownItem"),
-                   QStringLiteral("There is no item \"%1\".").arg(item));
-    return {};
-  }
-  return Text(*text);
-}
-
-ControlPanel::ControlPanel(const QDBusConnection& bus, const HostOptions& options,
+ControlPanel::ControlPanel(Seat& seat, const HostOptions& options,
                            std::function<void(const std::string&)> tell)
-    : bus_(bus), options_(options), tell_(std::move(tell)), requests_(options), cell_(bus) {
+    : seat_(seat), options_(options), tell_(std::move(tell)), cell_(seat.LogbookCell()) {
   connect(&cell_, &Cell::Appeared, this, &ControlPanel::OnAppeared);
   connect(&cell_, &Cell::TextSeen, this, &ControlPanel::OnTextSeen);
   connect(&cell_, &Cell::Written, this, &ControlPanel::OnWritten);
@@ -66,10 +47,8 @@ ControlPanel::ControlPanel(const QDBusConnection& bus, const HostOptions& option
   });
 }
 
-bool ControlPanel::Start() {
-  bus_.registerObject(Text(std::string(kHostObjectPath)), &requests_,
-                      QDBusConnection::ExportScriptableSlots);
-  if (!bus_.registerService(Text(HostBusName(options_.id)))) return false;
+bool ControlPanel::Start(std::string& reason) {
+  if (!seat_.Take(reason)) return false;
   cell_.Watch();
   return true;
 }

@@ -1,49 +1,30 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// The host's side of the conversation: answers requests for items and does the jobs that the
-// handshake cell calls for, with the faults that it was told to show.
+// The host's side of the conversation about the handshake cell: does the jobs that the cell calls
+// for, with the faults that it was told to show.
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusContext>
 #include <QObject>
 #include <QString>
 #include <functional>
 #include <string>
 
-#include "host/Cell.h"
 #include "host/HostOptions.h"
+#include "host/Seat.h"
 
 namespace logbook::host {
-
-// The object /CPWAIT. Replies with an error to an item that there is not, and never replies if the
-// host is deaf.
-class RequestObject : public QObject, protected QDBusContext {
-  Q_OBJECT
-  Q_CLASSINFO("D-Bus Interface", "com.norvane.Quorex.Host")
-
- public:
-  explicit RequestObject(const HostOptions& options) : options_(options) {}
-
- public Q_SLOTS:
-  Q_SCRIPTABLE QString Request(const QString& item);
-
- private:
-  const HostOptions& options_;
-};
 
 class ControlPanel : public QObject {
   Q_OBJECT
 
  public:
-  // The options must outlive the object. Lines for the operator go to "tell".
-  ControlPanel(const QDBusConnection& bus, const HostOptions& options,
+  // Seat and options must outlive the object. Lines for the operator go to "tell".
+  ControlPanel(Seat& seat, const HostOptions& options,
                std::function<void(const std::string&)> tell);
 
-  // Takes the host's name on the bus and begins to watch the cell. False if the name is taken or
-  // is none that the bus allows.
-  bool Start();
+  // Takes the host's name and begins to watch the cell. False with a reason if it cannot be had.
+  bool Start(std::string& reason);
 
  Q_SIGNALS:
   void LogbookGone();
@@ -59,11 +40,10 @@ class ControlPanel : public QObject {
   // Clears the cell, after holding it for a while if the host is to be busy.
   void Release();
 
-  QDBusConnection bus_;
+  Seat& seat_;
   const HostOptions& options_;
   std::function<void(const std::string&)> tell_;
-  RequestObject requests_;
-  Cell cell_;
+  Cell& cell_;
   // The host is at work or about to clear the cell, and what the cell reads is of no concern.
   bool holds_cell_ = false;
   // The host pretends to be busy since the logbook appeared. A logbook that has not noticed it yet

@@ -4,17 +4,15 @@
 #include "host/HostRun.h"
 
 #include <QCoreApplication>
-#include <QDBusConnection>
 #include <QDir>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QSocketNotifier>
 #include <QString>
 #include <QStringList>
 #include <cstdio>
 
-#include "base/HostLinkNames.h"
 #include "host/ControlPanel.h"
+#include "host/Seat.h"
 
 namespace logbook::host {
 namespace {
@@ -33,24 +31,6 @@ void Complain(const std::string& line) {
   std::fprintf(stderr, "quorex-host: %s\n", line.c_str());
 }
 
-// Ends the event loop when the bus has gone.
-class BusGuard : public QObject {
-  Q_OBJECT
-
- public:
-  explicit BusGuard(QDBusConnection bus) {
-    bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
-                QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-                SLOT(OnDisconnected()));
-  }
-
- private Q_SLOTS:
-  void OnDisconnected() {
-    Complain("the session bus has gone");
-    QCoreApplication::exit(kFailure);
-  }
-};
-
 QStringList LogbookArguments(const HostOptions& options) {
   QStringList arguments = {QString::fromStdString(options.id)};
   if (options.ce) arguments << QStringLiteral("CE");
@@ -66,7 +46,7 @@ void StartLogbook(QProcess& logbook, const HostOptions& options) {
   logbook.setProcessEnvironment(environment);
   logbook.setProcessChannelMode(QProcess::ForwardedChannels);
   logbook.setInputChannelMode(QProcess::ForwardedInputChannel);
-  logbook.setChildProcessModifier([] { EndSignal::Release(); });
+  LetWishesThrough(logbook);
   QObject::connect(&logbook, &QProcess::finished, QCoreApplication::instance(),
                    [](int status, QProcess::ExitStatus how) {
                      const bool crashed = how == QProcess::CrashExit;
@@ -95,22 +75,19 @@ void EndLogbook(QProcess& logbook) {
 }  // namespace
 
 int RunHost(const HostOptions& options, const EndSignal& end_signal) {
-  const QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) {
-    Complain("there is no session bus");
+  const std::unique_ptr<Seat> seat = MakeSeat(options, [](const std::string& reason) {
+    Complain(reason);
+    QCoreApplication::exit(kFailure);
+  });
+  ControlPanel panel(*seat, options, Tell);
+  std::string reason;
+  if (!panel.Start(reason)) {
+    Complain(reason);
     return kFailure;
   }
-  const BusGuard guard(bus);
-  ControlPanel panel(bus, options, Tell);
-  if (!panel.Start()) {
-    Complain("the name " + HostBusName(options.id) + " cannot be had on the session bus");
-    return kFailure;
-  }
-  Tell("waiting as " + HostBusName(options.id));
+  Tell("waiting as " + seat->Name());
 
-  QSocketNotifier notifier(end_signal.Descriptor(), QSocketNotifier::Read);
-  QObject::connect(&notifier, &QSocketNotifier::activated, QCoreApplication::instance(),
-                   [] { QCoreApplication::exit(0); });
+  const std::unique_ptr<QObject> wish = NotifyOfEnd(end_signal, [] { QCoreApplication::exit(0); });
   QProcess logbook;
   if (!options.start_logbook.empty()) {
     // Started by the event loop: an end that comes at once must find the loop running.
@@ -126,5 +103,3 @@ int RunHost(const HostOptions& options, const EndSignal& end_signal) {
 }
 
 }  // namespace logbook::host
-
-#include "HostRun.moc"

@@ -4,28 +4,25 @@
 // The program "logbook".
 
 #include <QApplication>
-#include <QDBusConnection>
 #include <QFileInfo>
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QTranslator>
 #include <iostream>
+#include <memory>
 #include <string>
-#include <vector>
 
+#include "base/CommandLine.h"
 #include "base/Files.h"
-#include "qt/DBusCell.h"
-#include "qt/DBusHostLink.h"
-#include "qt/DBusProcess.h"
 #include "qt/Display.h"
+#include "qt/HostConnection.h"
 #include "qt/QtClock.h"
 #include "qt/QtEventDelivery.h"
 #include "qt/QtForms.h"
-#include "qt/QtHelpEngine.h"
 #include "qt/QtMessageBoxes.h"
 #include "qt/QtPrintService.h"
 #include "qt/QtSaveDialog.h"
-#include "qt/QtWindowSystem.h"
+#include "qt/SystemServices.h"
 #include "qt/Widgets.h"
 #include "qt/frmMain.h"
 #include "resources/Resources.h"
@@ -52,15 +49,6 @@ constexpr char kHelp[] =
     "\n"
     "Without arguments, without an answering host, or beside a running logbook it ends\n"
     "silently.\n";
-
-std::string JoinedByBlanks(const std::vector<std::string>& words) {
-  std::string line;
-  for (const std::string& word : words) {
-    if (&word != &words.front()) line += ' ';
-    line += word;
-  }
-  return line;
-}
 
 // Index of the manual that lies beside the program; the English one where the language has none.
 QString ManualOfTheProgram() {
@@ -97,22 +85,19 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
   QTranslator toolkit_words;
   TakeToolkitWords(toolkit_words);
   QApplication::setApplicationName(ToQt(LoadResString(kApplicationName)));
-  const QDBusConnection bus = QDBusConnection::sessionBus();
-  DBusHostLink host(bus);
-  DBusProcess process(bus);
-  DBusCell cell(bus, process);
+  const std::unique_ptr<HostConnection> host = ConnectToHost(*machine.code_page);
   QtEventDelivery events;
   QtMessageBoxes messages;
   QtClock clock;
   ContentServerClient ecm(state);
   ecm.Resume();
   QtForms forms(state);
-  QtWindowSystem windows;
+  const std::unique_ptr<WindowSystem> windows = MakeWindowSystem();
   QtPrintService print(machine, clock, [&events] { events.Paint(); });
-  QtHelpEngine help(machine, ManualOfTheProgram());
+  const std::unique_ptr<HelpEngine> help = MakeHelpEngine(machine, ManualOfTheProgram());
   QtSaveDialog save(machine, messages);
-  Services services{host, cell,  events,  messages, clock, process,
-                    ecm,  forms, windows, print,    help,  save};
+  Services services{host->Link(), host->Cell(), events,   messages, clock, host->Itself(),
+                    ecm,          forms,        *windows, print,    *help, save};
   frmMain window(state, services);
   forms.Attach(window, services);
 
@@ -127,8 +112,7 @@ int RunLogbook(QApplication& application, const std::string& command_line) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
-  const std::string command_line = JoinedByBlanks(arguments);
+  const std::string command_line = logbook::CommandLineOf(argc, argv);
   // Such a start shows, says and asks nothing, so that it needs neither display nor bus.
   if (command_line.empty()) return 0;
   if (command_line == "--help") {

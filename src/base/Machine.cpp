@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "base/Registry.h"
+#include "base/SystemRegistry.h"
 
 namespace logbook {
 
@@ -14,7 +15,7 @@ namespace {
 
 std::string WholePath(const std::string& folder) {
   std::error_code ignored;
-  std::string path = std::filesystem::absolute(folder, ignored).lexically_normal().string();
+  std::string path = std::filesystem::absolute(folder, ignored).lexically_normal().generic_string();
   if (ignored) path = folder;
   while (path.size() > 1 && path.back() == '/') path.pop_back();
   return path;
@@ -24,6 +25,10 @@ std::string WholePath(const std::string& folder) {
 
 Machine OpenMachine(const std::string& home) {
   Machine machine;
+  if (const auto number = home.empty() ? SystemCodePage() : std::nullopt) {
+    if (const CodePage* page = CodePage::Find(*number)) machine.code_page = page;
+    return machine;
+  }
   machine.home = WholePath(home);
   const auto text =
       ReadMachineRegistry(machine.home, R"(SYSTEM\CurrentControlSet\Control\Nls\CodePage)", "ACP");

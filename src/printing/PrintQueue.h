@@ -17,9 +17,10 @@ enum class PrintSystem { kNone, kStopped, kRunning };
 // Asks the scheduler whether it answers, for two seconds at most. Raises nothing.
 PrintSystem FindPrintSystem();
 
-// Gives a PDF document to a queue as one job with this title, with the options that the user has
-// set for the queue. When it returns, the queue has the whole document. Raises kPrinterError with
-// the print system's own words if the queue does not exist or does not take the job.
+// For systems whose queues take documents: gives a PDF document to a queue as one job with this
+// title, with the options that the user has set for the queue. When it returns, the queue has the
+// whole document. Raises kPrinterError with the print system's own words if the queue does not
+// exist or does not take the job.
 void SubmitPrintJob(const std::string& queue, const std::string& title, std::string_view pdf);
 
 }  // namespace logbook

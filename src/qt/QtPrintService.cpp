@@ -15,6 +15,7 @@
 #include "printing/PrintBridge.h"
 #include "printing/PrintQueue.h"
 #include "qt/SheetPrinting.h"
+#include "qt/SystemServices.h"
 #include "qt/Widgets.h"
 #include "resources/ResourceText.h"
 #include "state/F1Report.h"
@@ -150,7 +151,7 @@ void QtPrintService::PrintSheet(const F1Book& sheet) {
   if (device->is_pdf) {
     PrintToFile(sheet, UnannouncedFile(sheet));
   } else {
-    PrintToQueue(sheet, device->name);
+    PrintOnQueue(device->name, sheet, clock_.Now(), *machine_.code_page, between_pages_);
   }
 }
 
@@ -158,14 +159,6 @@ void QtPrintService::PrintToFile(const F1Book& sheet, const std::string& path) {
   const QByteArray bytes =
       SheetAsPdf(sheet, clock_.Now(), PaperOfTheLocale(), *machine_.code_page, between_pages_);
   WriteFile(machine_, path, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
-}
-
-void QtPrintService::PrintToQueue(const F1Book& sheet, const std::string& queue) {
-  const QPageSize paper = QPrinterInfo::printerInfo(ToQt(queue)).defaultPageSize();
-  const QByteArray bytes =
-      SheetAsPdf(sheet, clock_.Now(), paper.isValid() ? paper : PaperOfTheLocale(),
-                 *machine_.code_page, between_pages_);
-  SubmitPrintJob(queue, sheet.Title(), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 std::string QtPrintService::UnannouncedFile(const F1Book& sheet) const {

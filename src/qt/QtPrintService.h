@@ -56,7 +56,6 @@ class QtPrintService : public PrintService {
   // The default printer, or nothing and an error code.
   std::optional<Device> DefaultDevice(std::int32_t& error_code) const;
   void PrintToFile(const F1Book& sheet, const std::string& path);
-  void PrintToQueue(const F1Book& sheet, const std::string& queue);
   // A new file in the user's documents folder, which is made if it is missing.
   std::string UnannouncedFile(const F1Book& sheet) const;
 

@@ -77,6 +77,7 @@ bool SomethingWaits(const std::string& area) {
 }
 
 bool HomeExists(const Machine& machine) {
+  if (machine.home.empty()) return true;  // the system's own drives
   auto kind = native::Kind::kNothing;
   native::LookAt(machine.home, native::Links::kFollowed, kind);
   return kind == native::Kind::kFolder;

@@ -68,7 +68,10 @@ std::string ContentServerClient::AgentProgram() const {
 
 bool ContentServerClient::StartAgent() const {
   const std::string folder = NativePath(state_.machine, state_.AppPath);
-  return StartDetached(AgentProgram(), {"--home", state_.machine.home, "--app", folder});
+  std::vector<std::string> arguments = {"--app", folder};
+  if (!state_.machine.home.empty())
+    arguments.insert(arguments.end(), {"--home", state_.machine.home});
+  return StartDetached(AgentProgram(), arguments);
 }
 
 void ContentServerClient::Resume() {

@@ -19,6 +19,7 @@
 #include "FailingRename.h"
 #include "LargeArchive.h"
 #include "support/Errors.h"
+#include "support/Refusals.h"
 
 namespace fs = std::filesystem;
 

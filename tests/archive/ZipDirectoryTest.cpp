@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-#include "archive/posix/ZipDirectory.h"
+#include "archive/ZipDirectory.h"
 
 #include <gtest/gtest.h>
 

@@ -13,6 +13,7 @@
 #include "base/Profile.h"
 #include "support/DiskCalls.h"
 #include "support/Errors.h"
+#include "support/Refusals.h"
 #include "support/TestMachine.h"
 
 namespace fs = std::filesystem;

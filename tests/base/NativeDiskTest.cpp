@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "support/Errors.h"
+#include "support/Refusals.h"
 #include "support/TestMachine.h"
 
 namespace fs = std::filesystem;

@@ -14,6 +14,7 @@
 #include <fstream>
 
 #include "support/Errors.h"
+#include "support/Refusals.h"
 #include "support/TestMachine.h"
 
 namespace fs = std::filesystem;

@@ -17,6 +17,7 @@
 #include "RootPortrait.h"
 #include "insight/LogIndex.h"
 #include "support/Errors.h"
+#include "support/Refusals.h"
 
 namespace logbook::insight {
 namespace {

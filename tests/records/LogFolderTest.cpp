@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "support/Errors.h"
+#include "support/Refusals.h"
 #include "support/TestServices.h"
 
 namespace logbook {

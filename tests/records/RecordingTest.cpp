@@ -12,6 +12,7 @@
 #include "base/Profile.h"
 #include "shell/StartUp.h"
 #include "support/Errors.h"
+#include "support/Refusals.h"
 #include "support/TestServices.h"
 
 namespace logbook {

@@ -6,21 +6,35 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 
 namespace fs = std::filesystem;
 
 namespace logbook::test {
 
+namespace {
+
+// A new folder, nobody else's to look into.
+std::string MakeTemporaryFolder() {
+  std::random_device random;
+  for (;;) {
+    const fs::path folder =
+        fs::temp_directory_path() / ("logbook-test-" + std::to_string(random()));
+    if (!fs::create_directory(folder)) continue;
+    fs::permissions(folder, fs::perms::owner_all);
+    return folder.generic_string();
+  }
+}
+
+}  // namespace
+
 TestMachine::TestMachine(int code_page) {
-  std::string pattern = (fs::temp_directory_path() / "logbook-test-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  machine_.home = pattern;
+  machine_.home = MakeTemporaryFolder();
   machine_.code_page = CodePage::Find(code_page);
-  fs::create_directories(fs::path(pattern) / "drives" / "c");
+  fs::create_directories(fs::path(machine_.home) / "drives" / "c");
 }
 
 TestMachine::~TestMachine() {

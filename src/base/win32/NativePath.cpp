@@ -1,0 +1,145 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// Path texts are this system's own paths and go through unchanged, but for the separators, which
+// are slashes in native ones. Only a machine with a home of its own, as tests make, has its drives
+// below that. The disk finds names without regard to case by itself, and no two names in a folder
+// differ in case alone, so a name between quotes is found as any other.
+
+#include <algorithm>
+#include <filesystem>
+
+#include "base/Files.h"
+#include "base/UpperCase.h"
+#include "base/win32/Status.h"
+
+namespace logbook {
+
+namespace {
+
+constexpr char kQuote = '"';
+// Before a path that is native already, whatever home the machine has.
+constexpr std::string_view kLiteral = "\\\\?\\";
+
+bool IsSeparator(char byte) {
+  return byte == '\\' || byte == '/';
+}
+
+bool IsLetter(char byte) {
+  return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+}
+
+bool HasDrive(std::string_view path) {
+  return path.size() >= 2 && path[1] == ':' && IsLetter(path[0]);
+}
+
+// A computer's name and one of its folders.
+bool IsShare(std::string_view path) {
+  return path.size() > 2 && IsSeparator(path[0]) && IsSeparator(path[1]) && !IsSeparator(path[2]);
+}
+
+std::string_view WithoutQuotes(std::string_view name) {
+  const bool quoted = name.size() > 2 && name.front() == kQuote && name.back() == kQuote;
+  return quoted ? name.substr(1, name.size() - 2) : name;
+}
+
+// The components with a slash before each.
+std::string WithSlashes(std::string_view path) {
+  std::string slashed;
+  std::size_t start = 0;
+  for (std::size_t i = 0; i <= path.size(); ++i) {
+    if (i < path.size() && !IsSeparator(path[i])) continue;
+    if (i > start) slashed.append("/").append(WithoutQuotes(path.substr(start, i - start)));
+    start = i + 1;
+  }
+  return slashed;
+}
+
+std::string DriveOf(const Machine& machine, std::string_view path) {
+  if (machine.home.empty()) return std::string(path.substr(0, 2));
+  return machine.home + "/drives/" + static_cast<char>(path[0] | 0x20);
+}
+
+std::string WithBackslashes(std::string native_path) {
+  std::replace(native_path.begin(), native_path.end(), '/', '\\');
+  return native_path;
+}
+
+std::string WholePath(const std::string& native_path) {
+  std::error_code ignored;
+  const auto full = std::filesystem::absolute(native_path, ignored);
+  return ignored ? native_path : full.lexically_normal().generic_string();
+}
+
+std::string Below(const std::string& folder, const std::string& native_path) {
+  return native_path.substr(folder.size());
+}
+
+bool LiesIn(const std::string& folder, const std::string& native_path) {
+  if (native_path.size() < folder.size()) return false;
+  return EqualIgnoringCase(native_path.substr(0, folder.size()), folder) &&
+         (native_path.size() == folder.size() || native_path[folder.size()] == '/');
+}
+
+}  // namespace
+
+std::string NativePath(const Machine& machine, std::string_view path) {
+  if (path.empty()) return {};
+  if (path.starts_with(kLiteral)) return NativePath({}, path.substr(kLiteral.size()));
+  if (IsShare(path)) return "/" + WithSlashes(path);
+  if (!HasDrive(path)) return path.find_first_not_of("\\/") == path.npos ? "/" : WithSlashes(path);
+  std::string native_path = DriveOf(machine, path) + WithSlashes(path.substr(2));
+  return native_path.size() == 2 ? native_path + "/" : native_path;
+}
+
+std::string ExactFolder(std::string_view path) {
+  while (!path.empty() && IsSeparator(path.back())) path.remove_suffix(1);
+  const std::size_t above = path.find_last_of("\\/");
+  const std::size_t begin = above != std::string_view::npos ? above + 1 : HasDrive(path) ? 2 : 0;
+  std::string exact(path.substr(0, begin));
+  if (begin < path.size()) exact.append({kQuote}).append(path.substr(begin)).append({kQuote});
+  return exact + '\\';
+}
+
+std::string PathText(const std::string& native_path) {
+  const std::string text = WithBackslashes(WholePath(native_path));
+  return HasDrive(text) ? std::string(kLiteral) + text : text;
+}
+
+std::string DrivePathText(const Machine& machine, const std::string& native_path) {
+  const std::string whole = WholePath(native_path);
+  if (machine.home.empty()) return WithBackslashes(whole);
+  for (char letter = 'A'; letter <= 'Z'; ++letter) {
+    const std::string drive = {letter, ':'};
+    const std::string folder = WholePath(NativePath(machine, drive + "\\"));
+    if (!LiesIn(folder, whole)) continue;
+    const std::string text = drive + WithBackslashes(Below(folder, whole));
+    return text.size() == 2 ? text + "\\" : text;
+  }
+  return PathText(native_path);
+}
+
+std::string TypedPathText(const std::string& path) {
+  return HasDrive(path) || path.find('\\') != std::string::npos ? path : PathText(path);
+}
+
+bool Exists(const Machine& machine, std::string_view path) {
+  win32::Status status;
+  return StatusOf(NativePath(machine, path), win32::Follow::kYes, status);
+}
+
+bool NameIsTaken(const Machine& machine, std::string_view path) {
+  return win32::IsThere(NativePath(machine, path));
+}
+
+bool FolderExists(const Machine& machine, std::string_view path) {
+  return win32::IsFolder(NativePath(machine, path));
+}
+
+FileStamp StampOf(const Machine& machine, std::string_view path) {
+  win32::Status status;
+  if (!StatusOf(NativePath(machine, path), win32::Follow::kYes, status)) return {};
+  return status.stamp;
+}
+
+}  // namespace logbook

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "base/OpenedFile.h"
+
+#include "base/Files.h"
+#include "base/win32/Status.h"
+
+namespace logbook {
+
+struct OpenedFile::State {
+  win32::Handle file;
+};
+
+OpenedFile::OpenedFile() = default;
+
+OpenedFile::OpenedFile(const Machine& machine, std::string_view path)
+    : state_(std::make_unique<State>(State{win32::OpenForReading(NativePath(machine, path))})) {}
+
+OpenedFile::~OpenedFile() = default;
+OpenedFile::OpenedFile(OpenedFile&&) noexcept = default;
+OpenedFile& OpenedFile::operator=(OpenedFile&&) noexcept = default;
+
+std::size_t OpenedFile::Read(char* buffer, std::size_t size) {
+  return state_ == nullptr ? 0 : win32::ReadSome(state_->file, buffer, size);
+}
+
+}  // namespace logbook

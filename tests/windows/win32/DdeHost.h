@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+// A host control panel as any program of this system would be one: DDE by the platform's own calls,
+// 8-bit texts, one thread.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#define NOMINMAX
+#include <windows.h>
+
+#include <ddeml.h>
+
+namespace logbook::windows_test {
+
+class DdeHost {
+ public:
+  // Serves this application's name on the topic CPWAIT with these items. A deaf one takes
+  // conversations and never answers a request.
+  enum class Hearing { kGood, kDeaf };
+  DdeHost(const std::string& application, std::map<std::string, std::string> items,
+          Hearing hearing = Hearing::kGood);
+  ~DdeHost();
+  DdeHost(const DdeHost&) = delete;
+  DdeHost& operator=(const DdeHost&) = delete;
+
+  // The items that were asked for, in their order.
+  const std::vector<std::string>& Requests() const { return requests_; }
+  // All texts of the cell that were heard of, in their order.
+  const std::vector<std::string>& Heard() const { return heard_; }
+
+  // Opens the conversation about the cell and asks to hear of its changes.
+  bool FollowCell();
+  bool HasCell() const { return cell_ != nullptr; }
+  std::string ReadCell();
+  bool WriteCell(const std::string& text);
+
+  // Delivers what arrives until the condition holds; false if it does not within a minute. Calls
+  // `on_text` with each text of the cell that is heard of.
+  bool RunUntil(const std::function<bool()>& condition,
+                const std::function<void(const std::string&)>& on_text = {});
+
+ private:
+  static HDDEDATA CALLBACK Callback(UINT type, UINT format, HCONV conversation, HSZ topic, HSZ item,
+                                    HDDEDATA data, ULONG_PTR, ULONG_PTR);
+  HDDEDATA Answer(UINT type, HCONV conversation, HSZ topic, HSZ item, HDDEDATA data);
+  std::string NameOf(HSZ handle) const;
+
+  const std::string application_;
+  const std::map<std::string, std::string> items_;
+  const Hearing hearing_;
+  DWORD instance_ = 0;
+  HCONV cell_ = nullptr;
+  std::vector<std::string> requests_;
+  std::vector<std::string> heard_;
+  std::size_t delivered_ = 0;
+};
+
+// A program that runs.
+class Program {
+ public:
+  // `arguments` as they stand behind the program's name.
+  Program(const std::string& program, const std::string& arguments);
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  bool Runs() const;
+  DWORD Status() const;
+
+ private:
+  PROCESS_INFORMATION process_ = {};
+};
+
+}  // namespace logbook::windows_test
