@@ -93,6 +93,8 @@ void AddToUploadDescriptor(const Machine& machine, std::string_view descriptor,
 
   std::ostringstream out;
   document.save(out, "", pugi::format_raw, pugi::encoding_utf8);
+  // A stream keeps to itself that it had no memory.
+  if (!out) throw RunTimeError(ErrorNumber::kOutOfMemory);
   ReplacePrivateFile(native, out.str());
 }
 

@@ -39,6 +39,14 @@ ShortMemory::~ShortMemory() {
   counts = false;
 }
 
+ShortMemory::Pause::Pause() : before_(counts) {
+  counts = false;
+}
+
+ShortMemory::Pause::~Pause() {
+  counts = before_;
+}
+
 long ShortMemory::Allocations() {
   return allocations;
 }

@@ -15,6 +15,18 @@ class ShortMemory {
   ShortMemory(const ShortMemory&) = delete;
   ShortMemory& operator=(const ShortMemory&) = delete;
 
+  // From here to the end of the block, allocations are somebody else's.
+  class Pause {
+   public:
+    Pause();
+    ~Pause();
+    Pause(const Pause&) = delete;
+    Pause& operator=(const Pause&) = delete;
+
+   private:
+    const bool before_;
+  };
+
   // So many there were so far.
   static long Allocations();
 };

@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "Faults.h"
+#include "ShortMemory.h"
 #include "base/Profile.h"
 #include "catalogue/ItemRecord.h"
 #include "support/DavServer.h"
@@ -92,6 +93,7 @@ void Station::AnswerJobs() {
   cell.on_written = [this](const std::string& job) {
     if (job != "1") return;
     const faults::Aside by_the_host;
+    const ShortMemory::Pause with_memory_of_its_own;
     Milestone();
     const std::string folder = state.machine.code_page->ToUtf8(
         GetPrivateProfileString(state.machine, "LogBook", "LogFileName", "", 260, state.IniFile));
