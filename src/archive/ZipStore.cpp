@@ -41,27 +41,37 @@ bool ZipStore::BeginPart() {
 }
 
 bool ZipStore::EndPart() {
-  std::uint64_t size = 0;
-  if (!FileSize(size)) return false;
-  std::string end(std::min<std::uint64_t>(size, kZipEndBytes), '\0');
-  errno = EIO;  // unless a call says otherwise
-  if (file_.ReadAt(end.data(), end.size(), base_ + size - end.size()) ==
-      static_cast<std::int64_t>(end.size())) {
-    const auto place = FindZipDirectory(end);
-    std::string directory(place ? place->size : 0, '\0');
-    if (place && file_.ReadAt(directory.data(), directory.size(), base_ + place->offset) ==
-                     static_cast<std::int64_t>(directory.size())) {
-      const auto moved = MoveZipDirectory(directory, base_);
-      if (moved && file_.Resize(base_ + place->offset)) {
-        directory_ += *moved;
-        entries_ += place->count;
-        return true;
-      }
-    }
+  try {
+    if (TakeDirectory()) return true;
+  } catch (...) {
+    file_.Resize(base_);
+    throw;
   }
   const int error = errno;
   if (!file_.Resize(base_)) errno = error;
   return false;
+}
+
+bool ZipStore::TakeDirectory() {
+  std::uint64_t size = 0;
+  if (!FileSize(size)) return false;
+  std::string end(std::min<std::uint64_t>(size, kZipEndBytes), '\0');
+  errno = EIO;  // unless a call says otherwise
+  if (file_.ReadAt(end.data(), end.size(), base_ + size - end.size()) !=
+      static_cast<std::int64_t>(end.size()))
+    return false;
+  const auto place = FindZipDirectory(end);
+  std::string directory(place ? place->size : 0, '\0');
+  if (!place || file_.ReadAt(directory.data(), directory.size(), base_ + place->offset) !=
+                    static_cast<std::int64_t>(directory.size()))
+    return false;
+  const auto moved = MoveZipDirectory(directory, base_);
+  if (!moved) return false;
+  std::string all = directory_ + *moved;
+  if (!file_.Resize(base_ + place->offset)) return false;
+  directory_ = std::move(all);
+  entries_ += place->count;
+  return true;
 }
 
 bool ZipStore::JoinParts() {
@@ -131,8 +141,9 @@ zip_int64_t ZipStore::Fail(int code) {
 }
 
 bool ZipStore::FileSize(std::uint64_t& size) {
-  if (!file_.Size(size)) return false;
-  size -= base_;
+  std::uint64_t whole = 0;
+  if (!file_.Size(whole)) return false;
+  size = whole - base_;  // which may be the base itself
   return true;
 }
 

@@ -59,6 +59,8 @@ class ZipStore {
   zip_int64_t Rollback();
 
   bool Flush();
+  // The directory of the part that ends now goes from the file into memory.
+  bool TakeDirectory();
   bool FileSize(std::uint64_t& size);
   zip_int64_t Fail(int code);
 

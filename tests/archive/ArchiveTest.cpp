@@ -376,6 +376,21 @@ TEST_F(ArchiveTest, TheFileAppearsUnderItsNameOnlyWhenTheRunIsOver) {
   EXPECT_EQ(LeftOvers(), 0);
 }
 
+TEST_F(ArchiveTest, EveryFolderOfARunComesBackWhole) {
+  ZipWriter writer(disk);
+  result.assign(kZipResultBuffer, '\0');
+  for (const std::string name : {"one", "two", "three"}) {
+    disk.Put("C:\\" + name + "\\a.txt", "text of " + name);
+    EXPECT_EQ(writer.arZip(0, "C:\\out.zip", "C:\\" + name, "-a -r", result), 0);
+  }
+  EXPECT_EQ(writer.Finish(result), 0);
+  const std::string zip = Quoted(disk.Native("C:\\out.zip"));
+  for (const std::string name : {"one", "two", "three"}) {
+    EXPECT_EQ(RunProgram("unzip -p " + zip + " " + name + "/a.txt").output, "text of " + name);
+  }
+  EXPECT_EQ(RunProgram("python3 -m zipfile -t " + zip).status, 0);
+}
+
 TEST_F(ArchiveTest, AFolderPutTwiceInOneRunStandsOnceWithItsNewContents) {
   disk.Put("C:\\one\\a.txt", "old");
   disk.Put("C:\\two\\b.txt", "b");
