@@ -106,8 +106,11 @@ void ExportToFile(Call& call, const Job& job, const std::string& native_path) {
 // A file that takes its name only when it is complete, and goes if it never is.
 class Unfinished {
  public:
-  explicit Unfinished(const std::string& target) : target_(target), path_(target + ".part~") {
-    fs::remove(path_);
+  explicit Unfinished(const std::string& target) : target_(target) {
+    int number = 0;
+    do {
+      path_ = target + "." + std::to_string(++number) + ".part~";
+    } while (fs::exists(fs::symlink_status(path_)));
   }
   ~Unfinished() {
     std::error_code error;
@@ -124,6 +127,18 @@ class Unfinished {
   std::string path_;
 };
 
+// The file that is to be replaced: that behind links, and nothing but a file.
+std::string TargetOf(const Call& call, const std::string& typed) {
+  const fs::path path = NativePath(call.machine, TypedPathText(typed));
+  if (!fs::exists(path)) {
+    if (fs::is_symlink(path)) throw UserError("that is a link to nothing");
+    return path.string();
+  }
+  if (fs::is_directory(path)) throw UserError("that is a folder");
+  if (!fs::is_regular_file(path)) throw UserError("that is no file");
+  return fs::canonical(path).string();
+}
+
 int Export(Call& call, const ExportRequest& request) {
   const std::shared_ptr<const Job> job = MakeJob(call, request);
   if (request.file == "-") {
@@ -133,9 +148,7 @@ int Export(Call& call, const ExportRequest& request) {
   }
   RefuseBelowRoots(call, request.file, job->roots);
   call.subject += " " + request.file;
-  const std::string target = NativePath(call.machine, TypedPathText(request.file));
-  if (FolderExists(call.machine, PathText(target))) throw UserError("that is a folder");
-  const Unfinished unfinished(target);
+  const Unfinished unfinished(TargetOf(call, request.file));
   ExportToFile(call, *job, unfinished.Path());
   unfinished.Complete();
   return kSuccess;

@@ -3,6 +3,7 @@
 
 #include "LogRoots.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -59,10 +60,17 @@ std::vector<std::string> FindLogRoots(Call& call, const LogRootOptions& options)
   if (typed.empty() && !Variable("LOGBOOK_ROOT").empty()) typed = {Variable("LOGBOOK_ROOT")};
   std::vector<std::string> roots;
   for (const std::string& each : typed) {
-    roots.push_back(Trimmed(NativeOf(call, each)));
-    if (IsFolder(call, roots.back())) continue;
-    call.subject += " " + each;
-    throw RunTimeError(ErrorNumber::kPathNotFound);
+    const std::string root = Trimmed(NativeOf(call, each));
+    if (!IsFolder(call, root)) {
+      call.subject += " " + each;
+      throw RunTimeError(ErrorNumber::kPathNotFound);
+    }
+    // A root that stands twice counts once, whatever way leads there.
+    const bool is_there = std::ranges::any_of(roots, [&](const std::string& other) {
+      std::error_code error;
+      return std::filesystem::equivalent(other, root, error);
+    });
+    if (!is_there) roots.push_back(root);
   }
   if (!roots.empty()) return roots;
   const std::string demo = Variable("LOGBOOK_DEMO");
@@ -73,8 +81,22 @@ std::vector<std::string> FindLogRoots(Call& call, const LogRootOptions& options)
   throw UserError("no folder of logs: give --log-root DIR or set LOGBOOK_ROOT");
 }
 
-LogPlace FindLog(Call& call, const LogRootOptions& options, const std::string& typed) {
+namespace {
+
+// A folder name as a shell completes it has a slash behind it.
+std::string WithoutSlash(std::string typed) {
+  if (typed.find('/') == typed.size() - 1 && typed.size() > 1) typed.pop_back();
+  return typed;
+}
+
+}  // namespace
+
+LogPlace FindLog(Call& call, const LogRootOptions& options, const std::string& as_typed) {
+  const std::string typed = WithoutSlash(as_typed);
   const bool is_path = typed.find_first_of("/\\") != std::string::npos;
+  if (typed.empty() || typed == "." || typed == "..") {
+    throw UserError("\"" + typed + "\" is no log: give its folder name or a path to it");
+  }
   if (!is_path) {
     for (const std::string& root : FindLogRoots(call, options)) {
       if (IsFolder(call, root + "/" + typed)) return {root, typed};

@@ -16,10 +16,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Where a link to what is not there leads; the path itself for anything else.
+fs::path BehindLinks(fs::path path) {
+  constexpr int kMostLinks = 40;
+  std::error_code error;
+  for (int links = 0; links < kMostLinks; ++links) {
+    const fs::path target = fs::read_symlink(path, error);
+    if (error) return path;
+    path = path.parent_path() / target;
+  }
+  throw UserError("\"" + path.string() + "\" is a link without an end");
+}
+
 // The path without links, as far as it exists.
 fs::path Real(const std::string& native_path) {
   std::error_code error;
-  const fs::path absolute = fs::absolute(native_path, error);
+  const fs::path absolute = BehindLinks(fs::absolute(native_path, error));
   const fs::path real = fs::weakly_canonical(absolute, error);
   return error ? absolute.lexically_normal() : real;
 }

@@ -107,9 +107,11 @@ TEST_F(AnalysingVerbs, NothingBelowTheRootChanges) {
 
 TEST_F(AnalysingVerbs, NoFileIsWrittenAmongTheLogs) {
   fs::create_directory_symlink(root_, File("link"));
+  fs::create_symlink(root_ + "/" + folders_[0] + "/new", File("dangling"));
   const std::string before = Portrait(root_);
-  for (const std::string& place : {root_ + "/x", root_ + "/" + folders_[0] + "/comment.txt",
-                                   File("link") + "/x", root_ + "/../maintain/x"}) {
+  for (const std::string& place :
+       {root_ + "/x", root_ + "/" + folders_[0] + "/comment.txt", File("link") + "/x",
+        root_ + "/../maintain/x", File("dangling")}) {
     for (const Outcome& outcome :
          {OnRoot("trend", "Oxide --svg " + place), OnRoot("trend", "Oxide --html " + place),
           OnRoot("trend", "Oxide --csv " + place), OnRoot("due", "--ics " + place),
@@ -122,6 +124,35 @@ TEST_F(AnalysingVerbs, NoFileIsWrittenAmongTheLogs) {
   EXPECT_NE(OnRoot("export", "--format csv " + root_ + "/x").err.find("lies among the logs"),
             std::string::npos);
   EXPECT_EQ(Portrait(root_), before);
+}
+
+TEST_F(AnalysingVerbs, ExportReplacesFilesAloneAndTheFileBehindALink) {
+  const std::string pipe = File("pipe"), real = File("real.csv"), part = File("real.csv.1.part~");
+  ASSERT_EQ(std::system(("mkfifo " + Quoted(pipe)).c_str()), 0);
+  EXPECT_NE(OnRoot("export", "--format csv " + pipe).status, 0);
+  EXPECT_TRUE(fs::is_fifo(pipe));
+
+  std::ofstream(real) << "old";
+  std::ofstream(part) << "mine";
+  fs::create_symlink("real.csv", File("link.csv"));
+  EXPECT_EQ(OnRoot("export", "--format csv " + File("link.csv")).status, 0);
+  EXPECT_TRUE(fs::is_symlink(File("link.csv")));
+  EXPECT_GT(fs::file_size(real), 1000u);
+  EXPECT_EQ(test::Read(part), "mine");
+}
+
+TEST_F(AnalysingVerbs, NoLogIsNamedByDotsOrNothing) {
+  for (const char* name : {"''", ".", ".."}) {
+    const Outcome outcome = OnRoot("diff", std::string(name) + " " + folders_[0]);
+    EXPECT_EQ(outcome.status, 2) << name;
+    EXPECT_NE(outcome.err.find("is no log"), std::string::npos) << outcome.err;
+  }
+  EXPECT_EQ(OnRoot("diff", folders_[0] + " " + folders_[0] + "/").status, 0);
+}
+
+TEST_F(AnalysingVerbs, ARootThatStandsTwiceCountsOnce) {
+  fs::create_directory_symlink(root_, File("again"));
+  EXPECT_EQ(OnRoot("due", "--json --log-root " + File("again")).out, OnRoot("due", "--json").out);
 }
 
 TEST_F(AnalysingVerbs, TheRootComesFromTheOptionOrTheEnvironmentOrTheWorkstation) {
