@@ -3,6 +3,8 @@
 
 #include <zip.h>
 
+#include <algorithm>
+
 #include "Commands.h"
 #include "archive/ArcHandler.h"
 #include "loglist/ColumnChooser.h"
@@ -235,21 +237,34 @@ Command Archive() {
   const auto is_whole = [is_zip](const std::string& path, const std::string& bytes) {
     return is_zip(path) && !NamesInZip(bytes).empty();
   };
-  return {.name = "archive",
-          .prepare =
-              [](Station& station) {
-                PutLogs(station);
-                station.disk.Put(kZip, "an older archive");
-                station.disk.Put("C:\\QUOREX\\qrxexe\\qrxgen.ist",
-                                 "[PCS,1]\r\nARCHIVE_FOLDER=C:\\ZALM_ARC\\\r\n");
-              },
-          .script = select,
-          .run =
-              [](Station& station) {
-                station.Handle([&] { ArchiveLogs(station.state, station.real); });
-              },
-          .is_whole = is_whole,
-          .may_be_gone = is_zip};
+  return {
+      .name = "archive",
+      .prepare =
+          [](Station& station) {
+            PutLogs(station);
+            station.disk.Put(kZip, "an older archive");
+            station.disk.Put("C:\\QUOREX\\qrxexe\\qrxgen.ist",
+                             "[PCS,1]\r\nARCHIVE_FOLDER=C:\\ZALM_ARC\\\r\n");
+          },
+      .script = select,
+      .run =
+          [](Station& station) {
+            station.Handle([&] { ArchiveLogs(station.state, station.real); });
+          },
+      .is_whole = is_whole,
+      .may_be_gone = is_zip,
+      // All three logs, each to its last byte.
+      .judge_rest = [is_zip](const Disk& rest) -> std::string {
+        for (const auto& [path, bytes] : rest) {
+          if (!is_zip(path)) continue;
+          const std::vector<std::string> names = NamesInZip(bytes);
+          for (const char* log : {"26111400/aall.txt", "26111401/aall.txt", "26111402/aall.txt"}) {
+            if (std::find(names.begin(), names.end(), log) == names.end())
+              return std::string(log) + " cannot be read from the archive";
+          }
+        }
+        return {};
+      }};
 }
 
 }  // namespace logbook::test
