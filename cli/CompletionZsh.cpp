@@ -75,7 +75,7 @@ std::string ActionOf(const CompletedPlace& place) {
   return name + " _logbookctl_value " + ShellQuoted(place.kind);
 }
 
-std::string Specification(const CompletedOption& option, const std::string& name) {
+std::string SpecOf(const CompletedOption& option, const std::string& name) {
   std::string text;
   if (option.value.repeats) {
     text = "*";
@@ -90,7 +90,7 @@ std::string OptionsOf(const CompletedVerb& verb, const std::string& indent) {
   std::string text;
   for (const CompletedOption& option : verb.options) {
     for (const std::string& name : option.names) {
-      text += " \\\n" + indent + Specification(option, name);
+      text += " \\\n" + indent + SpecOf(option, name);
     }
   }
   return text;
@@ -100,7 +100,7 @@ std::string CaseOf(const CompletedVerb& program, const CompletedVerb& verb) {
   std::string text = "    " + verb.name + ")\n      _arguments" + OptionsOf(verb, "        ");
   for (const CompletedOption& option : program.options) {
     if (option.value.kind.empty() || !option.value.choices.empty()) continue;
-    text += " \\\n        " + Specification(option, option.names.front());
+    text += " \\\n        " + SpecOf(option, option.names.front());
   }
   for (const CompletedPlace& place : verb.words) {
     text += " \\\n        " + ShellQuoted((place.repeats ? "*" : "") + ActionOf(place));
