@@ -302,7 +302,17 @@ void Desktop::DoubleClickScreen(Point point) {
   std::vector<std::string> arguments = {"mousemove", std::to_string(point.x),
                                         std::to_string(point.y)};
   AppendDoubleClick(arguments);
-  XdoTool(arguments);
+  const std::vector<WindowId> before = Windows();
+  for (int tries = 0; tries < 3; ++tries) {
+    XdoTool(arguments);
+    try {
+      WaitFor(
+          "a window that opens", [&] { return Windows().size() > before.size(); },
+          std::chrono::seconds(15));
+      return;
+    } catch (const TimeOut&) {  // the two clicks came apart
+    }
+  }
 }
 
 void Desktop::Key(const std::string& key) {

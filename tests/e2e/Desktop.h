@@ -85,7 +85,7 @@ class Desktop {
   void DoubleClick(WindowId window, Point point);
   // The same at a place on the screen.
   void ClickScreen(Point point, const std::string& key = "");
-  void DoubleClickScreen(Point point);
+  void DoubleClickScreen(Point point);  // opens a window; where none comes, clicks again
   // Keyboard, into the window that has it. Keys by their names: "Escape", "Return", "alt+F4".
   void Key(const std::string& key);
   // Characters of a usual keyboard; a line feed is the Enter key.
