@@ -129,7 +129,11 @@ TEST_F(IndexTrouble, TwoIndexersAtOnceAreBothRight) {
       char byte = 'x';
       if (write(out, &byte, 1) != 1 || read(in, &byte, 1) != 1) _exit(2);
     };
-    return Count("", settings) == kLogs && met && IsRight(Settings()) && warnings_.empty();
+    const bool is_right = Count("", settings) == kLogs && met && IsRight(Settings());
+    // Who cannot wait for the other one says so, and reckons in memory.
+    return is_right && std::ranges::all_of(warnings_, [](const std::string& words) {
+             return words.find("keeps the index occupied") != std::string::npos;
+           });
   };
   const pid_t first = fork();
   if (first == 0) _exit(index_with(to_second[1], to_first[0]) ? 0 : 1);
