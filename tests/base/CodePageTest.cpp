@@ -188,6 +188,26 @@ TEST(CodePageTest, CodesForPrivateUseOfADoubleBytePageAreRead) {
   EXPECT_EQ(CodePage::Find(950)->ToUtf8("\xFF"), TextOfCharacter(0xF8F8));
 }
 
+TEST(CodePageTest, CodesForPrivateUseOfTheSimplifiedChinesePageFollowEachOther) {
+  constexpr std::pair<int, int> kRanges[] = {
+      {0xA2AB, 0xA2B0}, {0xA2E3, 0xA2E4}, {0xA2EF, 0xA2F0}, {0xA2FD, 0xA2FE}, {0xA4F4, 0xA4FE},
+      {0xA5F7, 0xA5FE}, {0xA6B9, 0xA6C0}, {0xA6D9, 0xA6DF}, {0xA6EC, 0xA6ED}, {0xA6F3, 0xA6F3},
+      {0xA6F6, 0xA6FE}, {0xA7C2, 0xA7D0}, {0xA7F2, 0xA7FE}, {0xA896, 0xA8A0}, {0xA8BC, 0xA8BC},
+      {0xA8BF, 0xA8BF}, {0xA8C1, 0xA8C4}, {0xA8EA, 0xA8FE}, {0xA958, 0xA958}, {0xA95B, 0xA95B},
+      {0xA95D, 0xA95F}, {0xA989, 0xA995}, {0xA997, 0xA9A3}, {0xA9F0, 0xA9FE}, {0xD7FA, 0xD7FE},
+      {0xFE50, 0xFE7E}, {0xFE80, 0xFEA0}};
+  const CodePage* page = CodePage::Find(936);
+  char32_t character = 0xE766;
+  for (const auto& [first, last] : kRanges) {
+    for (int code = first; code <= last; ++code, ++character) {
+      const std::string bytes = {static_cast<char>(code >> 8), static_cast<char>(code & 0xFF)};
+      EXPECT_EQ(page->ToUtf8(bytes), TextOfCharacter(character)) << ToHex(bytes);
+      EXPECT_EQ(ToHex(page->FromUtf8(TextOfCharacter(character))), ToHex(bytes));
+    }
+  }
+  EXPECT_EQ(character, 0xE865u);
+}
+
 TEST(CodePageTest, EveryCharacterOfADoubleBytePageKeepsItsLengthAndItsReading) {
   for (const int number : kDoubleBytePages) {
     const CodePage* page = CodePage::Find(number);
