@@ -39,9 +39,9 @@ Words QueryWords() {
   return words;
 }
 
-Words OptionNames() {
+Words OptionKeys() {
   Words words;
-  for (const insight::OptionName& each : insight::kOptionNames) words.emplace_back(each.Name);
+  for (const OptionKey& each : kOptionKeys) words.emplace_back(each.Key);
   return words;
 }
 
@@ -76,7 +76,7 @@ std::vector<std::pair<std::string, Words>> FixedWords() {
           {"ITEM", insight::TickLabels()},
           {"QUERY", QueryWords()},
           {"QUERY:tick", InDoubleQuotes(insight::TickLabels())},
-          {"QUERY:option", OptionNames()},
+          {"QUERY:option", OptionKeys()},
           {"QUERY:auto", {"yes", "no"}},
           {"QUERY:state", StateNames()}};
 }

@@ -20,26 +20,6 @@
 
 namespace logbook::insight {
 
-// The keys of section "OPTION" with their members, in the order of the section.
-struct OptionKey {
-  std::string_view Key;
-  double LogOptions::*Member;
-};
-inline constexpr auto kOptionKeys = std::to_array<OptionKey>({
-    {"LENS", &LogOptions::LENS},
-    {"LENS2", &LogOptions::LENS2},
-    {"LENS3", &LogOptions::LENS3},
-    {"Security", &LogOptions::Security},
-    {"STYLEB", &LogOptions::STYLEB},
-    {"NEW_RF", &LogOptions::NEW_RF},
-    {"QPTYPE", &LogOptions::QPTYPE},
-    {"AFC", &LogOptions::AFC},
-    {"SC", &LogOptions::SC},
-    {"OPGS", &LogOptions::OPGS},
-    {"PMP2", &LogOptions::PMP2},
-    {"COLOPGS", &LogOptions::COLOPGS},
-});
-
 // How far two numbers of a row may lie apart without being different. Per cent are of the greater
 // magnitude of the two, so that it does not matter which log is the old one.
 struct Tolerances {

@@ -54,9 +54,9 @@ class Source {
 }  // namespace
 
 int ColumnOfOption(double LogOptions::*option) {
-  const auto found = std::find_if(kOptionNames.begin(), kOptionNames.end(),
-                                  [&](const OptionName& each) { return each.Option == option; });
-  return static_cast<int>(SpecialColumn::kOptions) + static_cast<int>(found - kOptionNames.begin());
+  const auto found = std::find_if(kOptionKeys.begin(), kOptionKeys.end(),
+                                  [&](const OptionKey& each) { return each.Member == option; });
+  return static_cast<int>(SpecialColumn::kOptions) + static_cast<int>(found - kOptionKeys.begin());
 }
 
 std::string PackRecord(const LogRecord& record) {

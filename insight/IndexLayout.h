@@ -25,7 +25,7 @@ enum class SpecialColumn {
   kTicks,            // a bit for each item
   kFlags,            // state: the flags below
   kStates,           // a bit for each state that any value has
-  kOptions,          // the twelve options from here on, in the order of kOptionNames
+  kOptions,          // the twelve options from here on, in the order of kOptionKeys
 };
 inline constexpr int kOptionCount = 12;
 inline constexpr int kColumnCount = static_cast<int>(SpecialColumn::kOptions) + kOptionCount;
@@ -34,7 +34,7 @@ inline constexpr std::uint8_t kAutomaticFlag = 1;
 inline constexpr std::uint8_t kTicksFlag = 2;
 inline constexpr std::uint8_t kCommentFlag = 4;
 
-static_assert(kOptionNames.size() == kOptionCount);
+static_assert(kOptionKeys.size() == kOptionCount);
 
 // The number of an option's column.
 int ColumnOfOption(double LogOptions::*option);

@@ -94,9 +94,9 @@ class BlockInMaking {
                       (reading.HasTicks ? kTicksFlag : 0) | (reading.HasComment ? kCommentFlag : 0);
     add(SpecialColumn::kFlags, static_cast<std::uint8_t>(flags), 0);
     add(SpecialColumn::kStates, 0, states);
-    for (const OptionName& each : kOptionNames) {
-      columns_[static_cast<std::size_t>(ColumnOfOption(each.Option))].Add(
-          0, reading.Options.*each.Option);
+    for (const OptionKey& each : kOptionKeys) {
+      columns_[static_cast<std::size_t>(ColumnOfOption(each.Member))].Add(
+          0, reading.Options.*each.Member);
     }
   }
 

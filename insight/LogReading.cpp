@@ -106,8 +106,8 @@ std::optional<ValueState> FindState(std::string_view name) {
 struct LogReader::LastGates {
   const Gates& Of(const Catalogues& catalogues, const LogOptions& options) {
     const bool same =
-        known && std::all_of(kOptionNames.begin(), kOptionNames.end(), [&](const auto& each) {
-          return of.*each.Option == options.*each.Option;
+        known && std::all_of(kOptionKeys.begin(), kOptionKeys.end(), [&](const auto& each) {
+          return of.*each.Member == options.*each.Member;
         });
     if (!same) {
       of = options;

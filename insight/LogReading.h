@@ -103,26 +103,6 @@ std::optional<std::chrono::local_seconds> ParseLogDate(std::string_view text);
 // The first line of a comment: what the list shows.
 std::string_view FirstLine(std::string_view comment);
 
-// The options by their keys.
-struct OptionName {
-  std::string_view Name;
-  double LogOptions::*Option;
-};
-inline constexpr auto kOptionNames = std::to_array<OptionName>({
-    {"LENS", &LogOptions::LENS},
-    {"LENS2", &LogOptions::LENS2},
-    {"LENS3", &LogOptions::LENS3},
-    {"Security", &LogOptions::Security},
-    {"STYLEB", &LogOptions::STYLEB},
-    {"NEW_RF", &LogOptions::NEW_RF},
-    {"QPTYPE", &LogOptions::QPTYPE},
-    {"AFC", &LogOptions::AFC},
-    {"SC", &LogOptions::SC},
-    {"OPGS", &LogOptions::OPGS},
-    {"PMP2", &LogOptions::PMP2},
-    {"COLOPGS", &LogOptions::COLOPGS},
-});
-
 // The sub-texts of a log that people wrote or machines printed, by their files: acqlog.txt,
 // sequence.log, chnseq.log, errlog.txt, ceerrlog.txt, tune.rpt.
 inline constexpr auto kTextLogs = std::to_array<std::string_view>(

@@ -105,18 +105,18 @@ Query ParseOption(QueryScanner& scanner) {
   const std::size_t place = scanner.Place();
   const std::string name = TakeText(scanner, kSigns);
   const auto found =
-      std::find_if(kOptionNames.begin(), kOptionNames.end(),
-                   [&](const OptionName& each) { return EqualIgnoringCase(each.Name, name); });
-  if (found == kOptionNames.end()) {
+      std::find_if(kOptionKeys.begin(), kOptionKeys.end(),
+                   [&](const OptionKey& each) { return EqualIgnoringCase(each.Key, name); });
+  if (found == kOptionKeys.end()) {
     std::vector<std::string> names;
-    for (const OptionName& each : kOptionNames) names.emplace_back(each.Name);
+    for (const OptionKey& each : kOptionKeys) names.emplace_back(each.Key);
     std::vector<std::string> near = NearNames(name, names);
     throw QueryError(place, "no option is called \"" + name + "\"",
                      near.empty() ? std::move(names) : std::move(near));
   }
   Query query;
   query.What = Query::Kind::kOption;
-  query.Option = found->Option;
+  query.Option = found->Member;
   query.Compare = Comparison::kNotEqual;
   if (const std::optional<Comparison> comparison = TakeComparison(scanner)) {
     const std::size_t number_place = scanner.Place();

@@ -40,10 +40,10 @@ std::string ReadingOf(const Catalogues& catalogues, const RowId& id, const RowVa
 
 std::string OptionsText(const LogReading& reading) {
   std::string text;
-  for (const OptionName& each : kOptionNames) {
-    const double option = reading.Options.*each.Option;
+  for (const OptionKey& each : kOptionKeys) {
+    const double option = reading.Options.*each.Member;
     if (option == 0) continue;
-    text += (text.empty() ? "" : " ") + std::string(each.Name);
+    text += (text.empty() ? "" : " ") + std::string(each.Key);
     if (option != 1) text += "=" + ExactNumber(option);
   }
   return text.empty() ? "none" : text;
@@ -121,8 +121,8 @@ std::string ShowText(const Catalogues& catalogues, const LogReading& reading,
 std::string ShowJson(const Catalogues& catalogues, const LogReading& reading,
                      const std::vector<RowId>& rows) {
   Json options;
-  for (const OptionName& each : kOptionNames) {
-    options[std::string(each.Name)] = reading.Options.*each.Option;
+  for (const OptionKey& each : kOptionKeys) {
+    options[std::string(each.Key)] = reading.Options.*each.Member;
   }
   Json values = Json::array();
   for (const RowId& id : rows) {

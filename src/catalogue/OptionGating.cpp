@@ -19,26 +19,6 @@ namespace {
 
 using Option = double LogOptions::*;
 
-struct OptionKey {
-  const char* key;
-  Option option;
-};
-
-constexpr auto kOptionKeys = std::to_array<OptionKey>({
-    {"LENS", &LogOptions::LENS},
-    {"LENS2", &LogOptions::LENS2},
-    {"LENS3", &LogOptions::LENS3},
-    {"Security", &LogOptions::Security},
-    {"STYLEB", &LogOptions::STYLEB},
-    {"NEW_RF", &LogOptions::NEW_RF},
-    {"QPTYPE", &LogOptions::QPTYPE},
-    {"AFC", &LogOptions::AFC},
-    {"SC", &LogOptions::SC},
-    {"OPGS", &LogOptions::OPGS},
-    {"PMP2", &LogOptions::PMP2},
-    {"COLOPGS", &LogOptions::COLOPGS},
-});
-
 enum class Test { kIs, kIsNot };
 
 // Both ends included; the default is empty.
@@ -143,12 +123,12 @@ LogOptions ParseLogOptions(const Machine& machine, std::string_view logfile_byte
   constexpr std::size_t kBuffer = 512;
   std::array<std::string_view, kOptionKeys.size()> keys;
   std::transform(kOptionKeys.begin(), kOptionKeys.end(), keys.begin(),
-                 [](const OptionKey& entry) { return entry.key; });
+                 [](const OptionKey& entry) { return entry.Key; });
   const std::vector<std::string> texts =
       GetProfileStrings(machine, "OPTION", keys, "0", kBuffer, logfile_bytes);
   LogOptions options;
   for (std::size_t i = 0; i < keys.size(); ++i) {
-    options.*kOptionKeys[i].option = OptionNumber(texts[i]);
+    options.*kOptionKeys[i].Member = OptionNumber(texts[i]);
   }
   return options;
 }

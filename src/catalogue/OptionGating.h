@@ -6,6 +6,7 @@
 // instrument and reads "N/A"; an omitted row is left out of a report altogether.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 
@@ -30,6 +31,26 @@ struct LogOptions {
   double PMP2 = 0;  // decides nothing
   double COLOPGS = 0;
 };
+
+// The keys of section "OPTION" with their members, in the order of the section.
+struct OptionKey {
+  std::string_view Key;
+  double LogOptions::*Member;
+};
+inline constexpr auto kOptionKeys = std::to_array<OptionKey>({
+    {"LENS", &LogOptions::LENS},
+    {"LENS2", &LogOptions::LENS2},
+    {"LENS3", &LogOptions::LENS3},
+    {"Security", &LogOptions::Security},
+    {"STYLEB", &LogOptions::STYLEB},
+    {"NEW_RF", &LogOptions::NEW_RF},
+    {"QPTYPE", &LogOptions::QPTYPE},
+    {"AFC", &LogOptions::AFC},
+    {"SC", &LogOptions::SC},
+    {"OPGS", &LogOptions::OPGS},
+    {"PMP2", &LogOptions::PMP2},
+    {"COLOPGS", &LogOptions::COLOPGS},
+});
 
 // The options in the bytes of a logfile.ini. A text too large for a double counts as infinite, so
 // it is neither 0 nor 1. Raises nothing.

@@ -38,7 +38,7 @@ std::string RandomQueries::Condition() {
     case 3:
       return "tick:" + std::to_string(Pick(17));
     case 4:
-      return "option:" + std::string(kOptionNames[static_cast<std::size_t>(Pick(11))].Name) +
+      return "option:" + std::string(kOptionKeys[static_cast<std::size_t>(Pick(11))].Key) +
              Comparison() + std::to_string(Pick(2));
     case 5:
       return Pick(1) == 0 ? "auto:yes" : "auto:no";
