@@ -239,6 +239,16 @@ TEST_F(Logbookctl, AWordThatIsWrongIsNamed) {
   }
 }
 
+// Asked for it, the loader lists what the program begins with, and runs nothing.
+TEST_F(Logbookctl, LibrariesOfCalendarsAndWorkbooksWaitUntilTheyAreNeeded) {
+  const Outcome libraries =
+      test::RunLogbookctl(disk.home(), "catalogue", "LD_TRACE_LOADED_OBJECTS=1");
+  EXPECT_NE(libraries.out.find("libsqlite3.so"), std::string::npos) << libraries.out;
+  for (const char* late : {"libical", "libxlsxwriter", "libicu", "libcrypto"}) {
+    EXPECT_EQ(libraries.out.find(late), std::string::npos) << late;
+  }
+}
+
 TEST_F(Logbookctl, EveryCommandHasItsHelp) {
   for (const char* arguments :
        {"--help", "catalogue --help", "strings --help", "list --help", "report --help"}) {
