@@ -6,7 +6,10 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QIcon>
+#include <QImage>
 #include <QLibraryInfo>
+#include <QPixmap>
+#include <QResource>
 #include <QTranslator>
 #include <iostream>
 #include <memory>
@@ -66,10 +69,14 @@ void TakeToolkitWords(QTranslator& words) {
     QApplication::installTranslator(&words);
 }
 
+// The pixels lie in the program as they are: for a picture, the toolkit would load every library of
+// pictures that the machine has.
 QIcon ProgramIcon() {
   QIcon icon;
   for (const int size : {16, 24, 32, 48, 64}) {
-    icon.addFile(QStringLiteral(":/icons/%1.png").arg(size), QSize(size, size));
+    const QResource pixels(QStringLiteral(":/icons/%1.rgba").arg(size));
+    const QImage image(pixels.data(), size, size, QImage::Format_RGBA8888);
+    icon.addPixmap(QPixmap::fromImage(image));
   }
   return icon;
 }

@@ -334,6 +334,16 @@ TEST(FilesTest, ANativePathBelowADriveHasAPathTextWithThatDrive) {
   EXPECT_EQ(DrivePathText(machine, "/usr/bin"), "\\usr\\bin");
 }
 
+TEST(FilesTest, ADriveIsKnownInCapitalsAndWhereItIsNotYetThere) {
+  const TestMachine machine;
+  fs::create_directories(machine.home() + "/drives/F/a");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/F/a"), "F:\\a");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/q/a"), "Q:\\a");
+  fs::rename(machine.home() + "/drives", machine.home() + "/Drives");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/Drives/F/a"), "F:\\a");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/Drives/q/a"), "Q:\\a");
+}
+
 TEST(FilesTest, ANativePathBelowTheTargetOfADriveThatIsALinkHasThatDrive) {
   const TestMachine machine;
   fs::create_directories(machine.home() + "/disk/of the workstation");

@@ -189,7 +189,7 @@ class PrintOnQueueTest : public PrintShop {
   std::unique_ptr<test::PrivateCups> cups_;
 };
 
-TEST_F(PrintOnQueueTest, LibrariesOfThePrintSystemAndOfArchivesWaitUntilTheyAreNeeded) {
+TEST_F(PrintOnQueueTest, LibrariesOfPrintSystemArchivesAndPicturesWaitUntilTheyAreNeeded) {
   CellWatch cell(desktop());
   work().PutPlainLogs(1);
   Start();
@@ -202,6 +202,7 @@ TEST_F(PrintOnQueueTest, LibrariesOfThePrintSystemAndOfArchivesWaitUntilTheyAreN
   };
   EXPECT_FALSE(loaded("libcups"));
   EXPECT_FALSE(loaded("libzip"));
+  EXPECT_FALSE(loaded("libjpeg"));
   main().Press(Button::kPrint);
   WaitForPaper();
   EXPECT_TRUE(loaded("libcups"));

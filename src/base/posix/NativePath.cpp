@@ -151,6 +151,25 @@ std::string WithBackslashes(std::string native_path) {
   return native_path;
 }
 
+// The folder of the drives, as the disk spells it.
+std::string DrivesFolder(const Machine& machine) {
+  const std::string drive = NativePath(machine, "A:\\");
+  return drive.substr(0, drive.rfind('/'));
+}
+
+// The letters of the drives that may be in this folder, in capitals; all if it cannot be listed.
+// Most letters have no drive, and each look at one that has none is a reading of the folder.
+std::string DrivesIn(const std::string& folder) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> scan(opendir(folder.c_str()), closedir);
+  if (scan == nullptr) return "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+  std::string letters;
+  while (const dirent* entry = readdir(scan.get())) {
+    const std::string_view name = entry->d_name;
+    if (name.size() == 1 && IsLetter(name[0])) letters += static_cast<char>(name[0] & ~0x20);
+  }
+  return letters;
+}
+
 // True for the folder itself too.
 bool LiesIn(const std::string& folder, const std::string& native_path) {
   return native_path == folder || native_path.starts_with(folder + "/");
@@ -207,11 +226,16 @@ posix::Descriptor posix::OpenForReading(const Machine& machine, std::string_view
 }
 
 std::string DrivePathText(const Machine& machine, const std::string& native_path) {
+  const std::string drives = DrivesFolder(machine);
+  const std::string there = DrivesIn(drives);
   for (char letter = 'A'; letter <= 'Z'; ++letter) {
     const std::string drive = {letter, ':'};
-    const std::string root = NativePath(machine, drive + "\\");
+    const bool is_there = there.find(letter) != std::string::npos;
+    const std::string root =
+        is_there ? NativePath(machine, drive + "\\") : Joined(drives, {DriveOf(drive)});
     std::error_code missing;
-    const std::string target = std::filesystem::canonical(root, missing).string();
+    const std::string target =
+        is_there ? std::filesystem::canonical(root, missing).string() : std::string();
     for (const std::string& folder : {root, target}) {
       if (folder.empty() || !LiesIn(folder, native_path)) continue;
       const std::string text = drive + WithBackslashes(native_path.substr(folder.size()));
