@@ -40,6 +40,18 @@ class LargeArchive : public Archiving {
               count);
   }
 
+  // An archive of so many entries, a folder and its files, is read by others with all of them.
+  void ExpectAllEntries(int entries) {
+    const std::string folder = Quoted(disk.Native("C:\\many"));
+    const std::string zip = Quoted(disk.Native("C:\\out.zip"));
+    ASSERT_EQ(RunProgram("rm -rf " + folder + " " + zip + " && mkdir " + folder + " && cd " +
+                         folder + " && seq 2 " + std::to_string(entries) + " | xargs touch")
+                  .status,
+              0);
+    EXPECT_EQ(Zip("C:\\many"), 0);
+    EXPECT_EQ(RunProgram("unzip -Z1 " + zip + " | wc -l").output, std::to_string(entries) + "\n");
+  }
+
   // A file of so many bytes is archived without taking more memory than that above what is in use.
   void ExpectBoundedMemory(int file_bytes, int memory_bytes) {
     disk.MakeFolders("C:\\log");

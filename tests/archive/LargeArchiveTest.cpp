@@ -18,6 +18,14 @@ TEST_F(LargeArchiveTest, MoreEntriesThanSixteenBitsCountAreAllThere) {
   ExpectAllEntriesOfTwoFolders(33000);
 }
 
+// The last count that sixteen bits hold stands for "more".
+TEST_F(LargeArchiveTest, EntriesOneBelowAtAndOneAboveSixteenBitsAreAllThere) {
+  for (const int entries : {65534, 65535, 65536}) {
+    SCOPED_TRACE(entries);
+    ExpectAllEntries(entries);
+  }
+}
+
 TEST_F(LargeArchiveTest, AFileOfOneGigabyteGoesThroughSixtyFourMegabytesOfMemory) {
   ExpectBoundedMemory(1 << 30, 64 << 20);
 }

@@ -44,6 +44,21 @@ std::string WriteName(std::size_t size) {
   return ResultOf([&] { WriteFile(disk, "C:\\" + std::string(size, 'n'), "bytes"); });
 }
 
+// A file whose whole native path has so many bytes, and what can be read of it.
+std::string WritePath(std::size_t size) {
+  constexpr std::size_t kFolder = 100;
+  const TestMachine disk;
+  std::string path = "C:\\";
+  std::size_t left = size - disk.Native(path).size();
+  for (; left > 2 * kFolder; left -= kFolder) path += std::string(kFolder - 1, 'd') + "\\";
+  disk.MakeFolders(path);
+  path += std::string(left, 'n');
+  const std::string written = ResultOf([&] { WriteFile(disk, path, "bytes"); });
+  std::string bytes;
+  const std::string read = ResultOf([&] { bytes = ReadFile(disk, path); });
+  return written + ", " + (read == "done" ? bytes : read);
+}
+
 // A log root with so many logs: the rows of the list.
 std::string ListLogs(std::size_t count) {
   TestWorkstation station;
@@ -66,6 +81,7 @@ struct Limit {
 const Limit kLimits[] = {
     {"ProfileRead", kLargestProfile, ReadProfile, "Meter", "Meter", "none"},
     {"ProfileWritten", kLargestProfile, WriteProfile, "done", "done", "refused"},
+    {"WholePath", 4095, WritePath, "done, bytes", "done, bytes", "done, error 57"},
     {"FileName", 255, WriteName, "done", "done", "error 57"},
     {"Logs", 256, ListLogs, "255 rows, 0 messages", "256 rows, 1 messages", "256 rows, 1 messages"},
 };

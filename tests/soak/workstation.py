@@ -70,6 +70,13 @@ class Program:
         self.process.stdin.write(line.encode() + b"\n")
         self.process.stdin.flush()
 
+    def try_to_say(self, line):
+        """The same to a program that may have ended."""
+        try:
+            self.say(line)
+        except BrokenPipeError:
+            pass
+
     def kill(self):
         self.process.kill()
         self.process.wait()
