@@ -25,6 +25,7 @@
 #include "qt/QtMessageBoxes.h"
 #include "qt/QtPrintService.h"
 #include "qt/QtSaveDialog.h"
+#include "qt/SelectionColours.h"
 #include "qt/SystemServices.h"
 #include "qt/Widgets.h"
 #include "qt/frmMain.h"
@@ -140,6 +141,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationVersion(QStringLiteral(LOGBOOK_VERSION));
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopName));
   QApplication::setWindowIcon(ProgramIcon());
+  QApplication::setPalette(logbook::WithReadableSelection(QApplication::palette()));
   QApplication::setQuitOnLastWindowClosed(false);  // the run ends in GlobalEnd alone
   return RunLogbook(application, command_line);
 }

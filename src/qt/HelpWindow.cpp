@@ -78,6 +78,7 @@ void HelpWindow::MakeContents() {
   contents_->setObjectName(QStringLiteral("HelpContents"));
   contents_->setAccessibleName(ToQt(LoadResString(1414)));
   contents_->setColumnCount(1);
+  contents_->setHeaderLabel(ToQt(LoadResString(1414)));  // read out, though not seen
   contents_->header()->hide();
   std::vector<QTreeWidgetItem*> above;  // the last entry of each level
   for (const HelpPage& page : book_.Pages) {

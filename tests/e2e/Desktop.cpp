@@ -133,8 +133,28 @@ Desktop::Desktop(const DesktopKind& kind) : kind_(kind), folder_(NewFolder()) {
   bus_address_ = FirstLine(bus_->Output());
   variables_["DBUS_SESSION_BUS_ADDRESS"] = bus_address_;
   if (kind_.dots_per_inch != 96) variables_["QT_FONT_DPI"] = std::to_string(kind_.dots_per_inch);
+  if (kind_.colours != DesktopKind::Colours::kUsual) ChooseColours();
   StartDisplay();
   StartWindowManager();
+}
+
+// As the settings of a usual desktop keep them, where programs of this toolkit look for them.
+void Desktop::ChooseColours() {
+  variables_["XDG_CURRENT_DESKTOP"] = "KDE";
+  variables_["KDE_SESSION_VERSION"] = "5";
+  const bool high = kind_.colours == DesktopKind::Colours::kHighContrast;
+  const std::string ground = high ? "0,0,0" : "42,46,50", view = high ? "0,0,0" : "27,30,32";
+  const std::string text = high ? "255,255,255" : "252,252,252";
+  const std::string chosen = high ? "26,235,255" : "61,174,233";
+  const auto group = [&](const char* name, const std::string& back, const std::string& front) {
+    return "[Colors:" + std::string(name) + "]\nBackgroundNormal=" + back +
+           "\nForegroundNormal=" + front + "\nBackgroundAlternate=" + back +
+           "\nForegroundLink=29,153,243\nForegroundVisited=155,89,182\n\n";
+  };
+  fs::create_directories(folder_ + "/config");
+  std::ofstream(folder_ + "/config/kdeglobals")
+      << group("Window", ground, text) << group("View", view, text) << group("Button", ground, text)
+      << group("Selection", chosen, high ? "0,0,0" : text) << group("Tooltip", ground, text);
 }
 
 void Desktop::StartDisplay() {

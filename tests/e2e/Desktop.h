@@ -35,6 +35,9 @@ struct DesktopKind {
   enum class Manager { kCentres, kTakesWishes, kKnowsBetter };
   Manager manager = Manager::kCentres;
   int dots_per_inch = 96;
+  // The colours that the user has chosen for all programs.
+  enum class Colours { kUsual, kDark, kHighContrast };
+  Colours colours = Colours::kUsual;
 };
 
 class Desktop {
@@ -103,6 +106,7 @@ class Desktop {
   void ClickAt(std::vector<std::string> arguments, const std::string& key);
   void StartDisplay();
   void StartWindowManager();
+  void ChooseColours();
   Place Geometry(WindowId window);
   bool HasKeyboard(WindowId window);
 

@@ -7,10 +7,10 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QDBusVirtualObject>
-#include <functional>
+#include <QDBusMessage>
+#include <QObject>
+#include <QThread>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,7 +31,19 @@ struct Readable {
   Place place;  // on the screen
 };
 
-class ScreenReader : public QDBusVirtualObject {
+// What a program has told without being asked: a thing has the keyboard now ("focus"), or one of
+// its states has come (1) or gone (0), under the state's name.
+struct Told {
+  QString path;
+  std::string what;
+  int value = 0;
+};
+
+class AccessibilityBus;
+
+class ScreenReader : public QObject {
+  Q_OBJECT
+
  public:
   // Announces itself on the desktop's bus; a program started after that can be read.
   explicit ScreenReader(Desktop& desktop);
@@ -40,19 +52,33 @@ class ScreenReader : public QDBusVirtualObject {
   // All things in the windows of the program that can be read, outer before inner, in its order.
   // Empty while the program has not answered.
   std::vector<Readable> Read();
+  // Those in the window that has the keyboard.
+  std::vector<Readable> ReadActive();
   // The first with this role and name that shows up in time.
   Readable WaitFor(const std::string& role, const std::string& name);
 
-  QString introspect(const QString&) const override { return {}; }
-  bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override;
+  // Has programs that are started after this tell what happens to their things.
+  void Listen();
+  // All that was told until now.
+  const std::vector<Told>& Heard() const { return heard_; }
+  void Forget() { heard_.clear(); }
+  // The thing that was told last to have the keyboard; one without a role if none was or it is
+  // gone.
+  Readable Focused();
 
  private:
+  Q_SLOT void Hear(const QDBusMessage& message);
+  Readable ReadThing(const QString& service, const QString& path) const;
+  QStringList Children(const QString& service, const QString& path) const;
   void ReadInto(std::vector<Readable>& things, const QString& service, const QString& path);
   QString Service();
 
   QString address_;
   QDBusConnection bus_;
+  QThread thread_;  // of the answers to programs, which may come while one of them is asked
+  std::unique_ptr<AccessibilityBus> answers_;
   QString service_;
+  std::vector<Told> heard_;
 };
 
 }  // namespace logbook::e2e
