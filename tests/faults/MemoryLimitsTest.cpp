@@ -2,22 +2,29 @@
 // SPDX-License-Identifier: MIT
 
 // The memory that reading takes does not depend on the size of what is read: each reader over a log
-// whose files have grown a thousand times, and over one twice as large.
+// whose files have grown a thousand times, and over one twice as large. And what becomes of work
+// for which there is none.
 
 #include <gtest/gtest.h>
 #include <malloc.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <map>
 #include <string>
 
+#include "Faults.h"
 #include "Station.h"
+#include "base/Files.h"
 #include "base/Profile.h"
 #include "loglist/LogList.h"
+#include "support/Errors.h"
+#include "support/RunProgram.h"
 #include "viewer/LogView.h"
 
 namespace fs = std::filesystem;
@@ -176,6 +183,76 @@ TEST(MemoryOfAProfile, IsSomeTimesItsLargestSize) {
   std::printf("| Profile | %ld |\n", peak);
   EXPECT_GE(peak, 0);
   EXPECT_LE(peak, 3 * static_cast<long>(kLargestProfile / 1024));
+}
+
+// The system has no memory for a call on the disk: the platform's number for that, or the work is
+// done all the same.
+TEST(NoMemoryForACall, IsRunTimeErrorSeven) {
+  const auto number_at = [](faults::Calls calls, long at, const std::function<void()>& work,
+                            const std::string& tree) {
+    faults::Report report;
+    faults::Arm({.tree = tree,
+                 .act = faults::Act::kAnswer,
+                 .calls = calls,
+                 .at = at,
+                 .error = ENOMEM,
+                 .store = {},
+                 .trace = {},
+                 .report_file = {},
+                 .report = &report});
+    const int number = NumberRaisedBy(work).value_or(0);
+    faults::Disarm();
+    return report.struck ? number : -1;
+  };
+  const TestMachine disk;
+  disk.Put("C:\\log\\comment.txt", "bytes");
+  const std::string folder = disk.Native("C:\\log\\folder");
+  const std::map<std::string, std::function<void()>> works = {
+      {"read", [&] { ReadFile(disk, "C:\\log\\comment.txt"); }},
+      {"write", [&] { WriteFile(disk, "C:\\log\\comment.txt", "bytes"); }},
+      {"scan", [&] { ScanFolder(disk, "C:\\log"); }},
+      {"make",
+       [&] {
+         const auto make_room = [&] {
+           const faults::Aside by_another;
+           rmdir(folder.c_str());
+         };
+         make_room();
+         MakeFolder(disk, "C:\\log\\folder");
+       }},
+  };
+  for (const auto& [name, work] : works) {
+    int sevens = 0;
+    for (const faults::Calls calls : {faults::Calls::kChanging, faults::Calls::kReading}) {
+      int number = 0;
+      for (long at = 1; (number = number_at(calls, at, work, disk.home())) >= 0; ++at) {
+        EXPECT_TRUE(number == 0 || number == 7) << name << " call " << at << ": " << number;
+        sevens += number == 7 ? 1 : 0;
+      }
+    }
+    EXPECT_GT(sevens, 0) << name;
+  }
+}
+
+// An agent whose memory is used up says so.
+TEST(AgentWithoutMemory, EndsWithAWordAndStatusOne) {
+  Station station;
+  const std::string settings = "C:\\QUOREX\\qrxexe\\arecm.cfg";
+  station.disk.Put(settings, "[Content Server]\r\n");
+  const auto run = [&](int kilobytes) {
+    return RunProgram("ulimit -v " + std::to_string(kilobytes) + "; exec " + Quoted(ECM_AGENT) +
+                      " --status --home " + Quoted(station.disk.home()) + " --app " +
+                      Quoted(station.disk.Native("C:\\QUOREX\\qrxexe")));
+  };
+  // Just enough for an agent without anything to do; what follows is more than the rest of it.
+  constexpr int kStep = 2048, kMost = 1 << 20;
+  int enough = kStep;
+  while (enough < kMost && run(enough).status != 0) enough += kStep;
+  ASSERT_LT(enough, kMost);
+  station.disk.Put(settings, "[Content Server]\r\n;" + std::string(15 << 20, 'x') + "\r\n");
+  const ProgramResult without = run(enough);
+  EXPECT_EQ(without.status, 1) << without.output;
+  EXPECT_TRUE(without.output.starts_with("ecm-agent: ")) << without.output;
 }
 
 }  // namespace

@@ -210,7 +210,8 @@ class Matrix:
         if began and not self.is_complete(now):
             return "nobody is told that the record is not complete"
         struck = outcome.call.partition(" ")[2]
-        if not began and not str(self.place.root).startswith(struck):
+        met_root = str(self.place.root).startswith(struck) or point.calls == READING and point.times
+        if not began and not met_root:
             return "nobody is told that there is no record"
         return None
 

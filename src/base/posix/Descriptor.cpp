@@ -21,7 +21,7 @@ Descriptor OpenForReading(const std::string& native_path) {
 
 Descriptor RefuseAllButFile(Descriptor file) {
   struct stat status = {};
-  if (fstat(file.Number(), &status) != 0) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+  if (fstat(file.Number(), &status) != 0) RaiseReadError(errno);
   if (!S_ISREG(status.st_mode)) throw RunTimeError(ErrorNumber::kPathFileAccess);
   return file;
 }
@@ -30,7 +30,7 @@ std::size_t ReadSome(const Descriptor& file, char* buffer, std::size_t size) {
   while (true) {
     const ssize_t count = read(file.Number(), buffer, size);
     if (count >= 0) return static_cast<std::size_t>(count);
-    if (errno != EINTR) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+    if (errno != EINTR) RaiseReadError(errno);
   }
 }
 

@@ -33,7 +33,7 @@ void ForEachName(const std::string& native_folder, const NameTaker& take) {
   while (true) {
     errno = 0;
     const dirent* entry = readdir(scan.get());
-    if (entry == nullptr && errno != 0) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+    if (entry == nullptr && errno != 0) posix::RaiseReadError(errno);
     if (entry == nullptr) return;
     const std::string_view name = entry->d_name;
     if (name != "." && name != "..") take(name, [&] { return IsFolder(scan.get(), *entry); });

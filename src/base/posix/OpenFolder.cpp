@@ -46,7 +46,7 @@ std::vector<std::string> AllNamesIn(const Descriptor& folder) {
   while (true) {
     errno = 0;
     const dirent* entry = readdir(scan.get());
-    if (entry == nullptr && errno != 0) throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+    if (entry == nullptr && errno != 0) RaiseReadError(errno);
     if (entry == nullptr) return names;
     const std::string_view name = entry->d_name;
     if (name != "." && name != "..") names.emplace_back(name);

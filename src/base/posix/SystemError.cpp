@@ -56,6 +56,10 @@ void RaiseFolderError(int error) {
   throw RunTimeError(CommonNumber(error));
 }
 
+void RaiseReadError(int error) {
+  throw RunTimeError(error == ENOMEM ? ErrorNumber::kOutOfMemory : ErrorNumber::kDeviceInputOutput);
+}
+
 std::string ParentOf(const std::string& native_path) {
   const std::size_t slash = native_path.rfind('/');
   if (slash == std::string::npos) return ".";
