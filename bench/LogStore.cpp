@@ -6,6 +6,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 namespace logbook::bench {
 namespace {
@@ -52,6 +53,10 @@ void LogStore::Make(int logs) const {
   fs::create_directories(fs::path(machine_.home) / kRoot);
   for (int log = 0; log < logs; ++log) MakeLog(log);
   Write(fs::path(machine_.home) / "drives/c/QUOREX/logbook.ini", kLogbookIni);
+  // The disk has shown a later time than that of the logs: the list was written since.
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  fs::create_directory(fs::path(machine_.home) / kRoot / "listlog");
+  fs::remove(fs::path(machine_.home) / kRoot / "listlog");
 }
 
 std::unique_ptr<AppState> LogStore::NewState() const {

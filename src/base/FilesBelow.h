@@ -32,6 +32,10 @@ class FilesBelow {
     kUnclear,  // anything else, failures among it: to be asked by its path text
   };
 
+  // The stamp of the folder itself as it is now: a name that has come or gone changes it. The
+  // default stamp if it cannot be had. Raises nothing.
+  FileStamp Stamp() const;
+
   // Looks at file `name` of the folder `sub`, a name as a scan gave it, for its stamp. Raises
   // nothing.
   Found Look(std::string_view sub, std::string_view name, FileStamp& stamp);

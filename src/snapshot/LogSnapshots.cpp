@@ -4,7 +4,6 @@
 #include "snapshot/LogSnapshots.h"
 
 #include <algorithm>
-#include <chrono>
 
 #include "base/Profile.h"
 #include "base/RunTimeError.h"
@@ -22,22 +21,6 @@ constexpr std::string_view kCommentFile = "comment.txt";
 constexpr std::size_t kShortLines = 4 * 1024;
 constexpr std::size_t kLongestComment = 64 * 1024;
 constexpr std::string_view kLineEnds = "\r\n";
-
-std::int64_t NowNanoseconds() {
-  using std::chrono::nanoseconds;
-  return std::chrono::duration_cast<nanoseconds>(
-             std::chrono::system_clock::now().time_since_epoch())
-      .count();
-}
-
-// True if no change after `now` can leave the stamp as it is. Time stamps have a grain: some
-// milliseconds on file systems that keep fractions of seconds, up to two seconds on others.
-bool IsSettled(const FileStamp& stamp, std::int64_t now) {
-  constexpr std::int64_t kSecond = 1'000'000'000;
-  const bool whole_seconds = stamp.modified_ns % kSecond == 0;
-  const std::int64_t grain = whole_seconds ? 2 * kSecond + kSecond / 2 : kSecond / 10;
-  return std::max(stamp.modified_ns, stamp.changed_ns) + grain < now;
-}
 
 bool IsMissing(const FileStamp& stamp) {
   return stamp == FileStamp();
@@ -126,7 +109,7 @@ bool LogSnapshots::Refresh(Kept& kept, std::string_view file, const FromBytes& f
   if (kept.pass == cache_.pass_number_) return kept.exists;
   if (cache_.between_files_) cache_.between_files_();
   if (Stands(kept, file)) return true;
-  const std::int64_t now = NowNanoseconds();
+  const DiskClocks::Moment before = DiskClocks::Moment::Now();
   kept.settled = false;
   std::string_view bytes;
   bool whole = true;
@@ -141,7 +124,8 @@ bool LogSnapshots::Refresh(Kept& kept, std::string_view file, const FromBytes& f
     kept.exists = !IsMissing(kept.stamp);
     if (kept.exists) whole = from_path(path);
   }
-  kept.settled = kept.exists && whole && IsSettled(kept.stamp, now);
+  kept.settled = kept.exists && whole && cache_.clocks_.IsSettled(kept.stamp, before);
+  if (!kept.settled) cache_.clocks_.Take(kept.stamp, DiskClocks::Moment::Now());
   kept.pass = cache_.pass_number_;
   return kept.exists;
 }

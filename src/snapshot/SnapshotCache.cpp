@@ -36,6 +36,7 @@ FilesBelow& SnapshotCache::FilesOf(const std::string& root) {
   if (!files_ || files_root_ != root) {
     files_.emplace(machine_, root);
     files_root_ = root;
+    clocks_.Take(files_->Stamp(), DiskClocks::Moment::Now());
   }
   return *files_;
 }

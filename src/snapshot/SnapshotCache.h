@@ -3,9 +3,10 @@
 
 // What the list has read from the files of the logs, kept between cells and rebuilds. At each use
 // the file's identity, size and time stamps are held against those of the time of reading, and a
-// difference reads the file again; a file that changed so shortly before it was read that its
-// stamps could hide a further change is not kept. So a caller sees what reading the file at each
-// call would show; within a pass, what reading it at the first call would show.
+// difference reads the file again; a file that changed so shortly before it was read, by the clock
+// of its disk, that its stamps could hide a further change is not kept. So a caller sees what
+// reading the file at each call would show; within a pass, what reading it at the first call would
+// show.
 #pragma once
 
 #include <cstdint>
@@ -19,6 +20,7 @@
 
 #include "base/FilesBelow.h"
 #include "base/Machine.h"
+#include "snapshot/DiskClocks.h"
 #include "snapshot/LogSnapshots.h"
 
 namespace logbook {
@@ -66,6 +68,7 @@ class SnapshotCache {
   SnapshotWants wants_;
   std::string files_root_;
   std::optional<FilesBelow> files_;
+  DiskClocks clocks_;
   std::unordered_map<std::string, LogSnapshots> logs_;
 };
 

@@ -53,6 +53,13 @@ TEST_F(FilesBelowTest, ANameIsFoundExactlyElseInItsFirstSpelling) {
   EXPECT_EQ(Read("\xC3\x84.txt"), "umlaut");
 }
 
+TEST_F(FilesBelowTest, TheFolderHasTheStampThatItHasByItsPath) {
+  machine.MakeFolders("C:\\Logs\\log\\x");
+  EXPECT_EQ(FilesBelow(machine, "C:\\Logs\\").Stamp(), StampOf(machine, "C:\\Logs"));
+  EXPECT_NE(FilesBelow(machine, "C:\\Logs\\").Stamp(), FileStamp());
+  EXPECT_EQ(FilesBelow(machine, "C:\\None\\").Stamp(), FileStamp());
+}
+
 TEST_F(FilesBelowTest, AFileIsReadWholeUpToTheLimitOnly) {
   Put("empty.txt", "");
   EXPECT_EQ(Read("empty.txt"), "");

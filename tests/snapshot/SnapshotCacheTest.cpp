@@ -42,8 +42,8 @@ class Snapshots : public testing::Test {
     WaitFor(changed);
   }
 
-  // Waits until a change at that time counts as long ago.
-  static void WaitFor(std::int64_t changed) {
+  // Waits until a change at that time counts as long ago, and lets the disk show so.
+  void WaitFor(std::int64_t changed) {
     const auto now = [] {
       return std::chrono::duration_cast<std::chrono::nanoseconds>(
                  std::chrono::system_clock::now().time_since_epoch())
@@ -51,7 +51,11 @@ class Snapshots : public testing::Test {
     };
     while (now() <= changed + 200'000'000) {
     }
+    ShowTheClock();
   }
+
+  // Changes the root's time, as a list does that is written anew.
+  void ShowTheClock() { machine.Put("C:\\" + std::to_string(++shown_), ""); }
 
   void AgeFolder() {
     const std::int64_t changed = StampOf(machine, "C:\\log").changed_ns;
@@ -83,6 +87,9 @@ class Snapshots : public testing::Test {
 
   test::TestMachine machine;
   SnapshotCache cache{machine};
+
+ private:
+  int shown_ = 0;
 };
 
 TEST_F(Snapshots, GiveWhatTheFilesHold) {
@@ -168,11 +175,35 @@ TEST_F(SettlingFile, AFileIsKeptOnceItsTimesAreOlderThanTheirGrain) {
   std::int64_t decided = 0;
   PutModifiedAt(Now() - kSecond / 4 - 1);
   WaitUntil(Now() + 2 * kFineGrain);
+  ShowTheClock();
   EXPECT_FALSE(IsReadTwice(decided));
   const std::int64_t whole = (Now() / kSecond - 4) * kSecond;
   PutModifiedAt(whole);
   WaitUntil(StampOf(machine, kNumbers).changed_ns + kWholeSecondsGrain + kFineGrain);
+  ShowTheClock();
   EXPECT_FALSE(IsReadTwice(decided));
+}
+
+// The clock of a network drive may be behind this machine's, by which the file looks old.
+TEST_F(SettlingFile, AFileIsReadAgainWhileItsDiskHasShownNoLaterTime) {
+  std::int64_t decided = 0;
+  PutModifiedAt(Now() - kSecond / 4 - 1);
+  WaitUntil(Now() + 2 * kFineGrain);
+  EXPECT_TRUE(IsReadTwice(decided));
+  ShowTheClock();
+  EXPECT_FALSE(IsReadTwice(decided));
+}
+
+TEST_F(SettlingFile, AFileIsKeptOnceItHasBeenSeenUnchangedForTheGrain) {
+  std::int64_t decided = 0;
+  PutModifiedAt(Now() - kSecond / 4 - 1);
+  Number(0);
+  WaitUntil(Now() + 2 * kFineGrain);
+  Number(0);
+  EXPECT_FALSE(IsReadTwice(decided));
+  const test::DiskCalls calls;
+  Number(0);
+  EXPECT_EQ(test::DiskCalls::Count("read "), 0);
 }
 
 TEST_F(SettlingFile, AFileIsReadAgainWithinATenthOfASecondOfItsModification) {

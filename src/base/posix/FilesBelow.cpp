@@ -130,6 +130,12 @@ FilesBelow::FilesBelow(const Machine& machine, std::string_view folder)
 
 FilesBelow::~FilesBelow() = default;
 
+FileStamp FilesBelow::Stamp() const {
+  struct stat status = {};
+  const bool found = state_->folder.IsOpen() && fstat(state_->folder.Number(), &status) == 0;
+  return found ? posix::StampFrom(status) : FileStamp();
+}
+
 FilesBelow::Found FilesBelow::Look(std::string_view sub, std::string_view name, FileStamp& stamp) {
   struct stat status = {};
   const Found found = state_->Find(sub, name, [&](const char* path) -> Try {

@@ -50,6 +50,12 @@ FilesBelow::FilesBelow(const Machine& machine, std::string_view folder)
 
 FilesBelow::~FilesBelow() = default;
 
+FileStamp FilesBelow::Stamp() const {
+  Status status;
+  const bool found = state_->is_open && StatusOf(state_->folder, win32::Follow::kYes, status);
+  return found ? status.stamp : FileStamp();
+}
+
 FilesBelow::Found FilesBelow::Look(std::string_view sub, std::string_view name, FileStamp& stamp) {
   if (!state_->is_open || IsNoName(sub) || IsNoName(name)) return Found::kUnclear;
   Status status;
