@@ -48,7 +48,11 @@ int CountFields(const CodePage& code_page, const Snapshot& snapshot, std::string
   while (!reader.AtEnd()) {
     const bool text =
         snapshot.kind == Fields::kTexts || (snapshot.kind == Fields::kSystem && count == kStampRow);
-    text ? reader.ReadText() : reader.ReadNumberField();
+    if (text) {
+      reader.ReadText();
+    } else {
+      reader.FindNumber();
+    }
     ++count;
   }
   return count;

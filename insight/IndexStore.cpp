@@ -7,6 +7,7 @@
 #include <sqlite3.h>
 
 #include <map>
+#include <unordered_map>
 
 #include "insight/PageSums.h"
 #include "insight/WordTokens.h"
@@ -18,6 +19,7 @@ namespace {
 constexpr int kVersion = 2;
 constexpr int kPatience = 60'000;  // milliseconds to wait for another writer
 constexpr std::int64_t kColumns = 1024;
+constexpr std::size_t kMostTexts = 4096;
 
 constexpr const char* kTables =
     "CREATE TABLE about(name TEXT PRIMARY KEY, value) WITHOUT ROWID;"
@@ -138,6 +140,19 @@ struct IndexStore::State {
     return value;
   }
 
+  std::int64_t NumberOfText(const std::string& text) {
+    SQLite::Statement& query = Prepared("SELECT id FROM texts WHERE text=?");
+    query.bindNoCopy(1, text);
+    const bool known = query.executeStep();
+    const std::int64_t number = known ? query.getColumn(0).getInt64() : 0;
+    query.reset();
+    if (known) return number;
+    SQLite::Statement& insert = Prepared("INSERT INTO texts(text) VALUES(?)");
+    insert.bindNoCopy(1, text);
+    insert.exec();
+    return static_cast<std::int64_t>(database.getLastInsertRowid());
+  }
+
   void MakeTables(const std::string& contents) {
     database.exec("BEGIN IMMEDIATE");
     // Another program may have been quicker.
@@ -158,6 +173,7 @@ struct IndexStore::State {
       work();
       Guarded([&] { database.exec("COMMIT"); });
     } catch (...) {
+      text_numbers.clear();
       // A full disk may have ended the change already.
       if (sqlite3_get_autocommit(database.getHandle()) == 0) database.tryExec("ROLLBACK");
       throw;
@@ -166,6 +182,8 @@ struct IndexStore::State {
 
   SQLite::Database database;
   std::map<std::string, std::unique_ptr<SQLite::Statement>, std::less<>> statements;
+  // Those that were asked for lately. A number that was given stays.
+  std::unordered_map<std::string, std::int64_t> text_numbers;
 };
 
 IndexStore::IndexStore(const std::string& native_path, const std::string& contents) {
@@ -304,19 +322,12 @@ void IndexStore::PutColumn(std::int64_t block, int column, const ValueColumn& va
 }
 
 std::int64_t IndexStore::NumberOfText(const std::string& text) {
-  return Guarded([&] {
-    SQLite::Statement& query = state_->Prepared("SELECT id FROM texts WHERE text=?");
-    query.bind(1, text);
-    if (query.executeStep()) {
-      const std::int64_t number = query.getColumn(0).getInt64();
-      query.reset();
-      return number;
-    }
-    SQLite::Statement& insert = state_->Prepared("INSERT INTO texts(text) VALUES(?)");
-    insert.bind(1, text);
-    insert.exec();
-    return static_cast<std::int64_t>(state_->database.getLastInsertRowid());
-  });
+  const auto known = state_->text_numbers.find(text);
+  if (known != state_->text_numbers.end()) return known->second;
+  const std::int64_t number = Guarded([&] { return state_->NumberOfText(text); });
+  if (state_->text_numbers.size() >= kMostTexts) state_->text_numbers.clear();
+  state_->text_numbers.emplace(text, number);
+  return number;
 }
 
 std::string IndexStore::TextOfNumber(std::int64_t number) {

@@ -4,6 +4,7 @@
 #include "insight/IndexUpdate.h"
 
 #include <algorithm>
+#include <chrono>
 #include <unordered_map>
 
 #include "insight/IndexLayout.h"
@@ -13,6 +14,11 @@ namespace logbook::insight {
 namespace {
 
 constexpr std::int64_t kToleratedWaste = 4096;
+constexpr std::size_t kMostTextBytes = 4 * 1024 * 1024;
+
+// Of one change: blocks, and the time after which no further block is begun.
+constexpr int kMostBlocks = 2;
+constexpr std::chrono::milliseconds kLongChange(250);
 
 std::size_t IndexOf(SpecialColumn column) {
   return static_cast<std::size_t>(column);
@@ -28,30 +34,29 @@ class BlockInMaking {
         is_text_(static_cast<std::size_t>(kAllRows)) {
     for (int place = 0; place < kAllRows; ++place) {
       is_text_[static_cast<std::size_t>(place)] =
-          KindOf(catalogues, RowAtPlace(place)) == RowKind::kText;
+          KindOf(catalogues, RowAtPlace(place)) == RowKind::kText ? 1 : 0;
     }
-    for (ValueColumn& column : columns_) {
-      column.States.reserve(kBlockLogs);
-      column.Numbers.reserve(kBlockLogs);
+    if (next_ % kBlockLogs != 0) {
+      for (int column = 0; column < kColumnCount; ++column) {
+        columns_[static_cast<std::size_t>(column)] = store.Column(Block(), column);
+      }
     }
-    if (next_ % kBlockLogs == 0) return;
-    for (int column = 0; column < kColumnCount; ++column) {
-      columns_[static_cast<std::size_t>(column)] = store.Column(Block(), column);
-    }
+    SizeTo(kBlockLogs);
   }
 
   bool IsFull() const { return next_ % kBlockLogs == 0 && added_; }
 
   // Gives the log its number.
   std::int64_t Add(const LogReading& reading) {
-    std::uint8_t states = 0;
-    for (int place = 0; place < kAllRows; ++place) {
-      const RowValue& value = reading.Values[static_cast<std::size_t>(place)];
-      states |= static_cast<std::uint8_t>(1U << static_cast<unsigned>(value.State));
-      columns_[static_cast<std::size_t>(place)].Add(static_cast<std::uint8_t>(value.State),
-                                                    NumberOf(place, value));
+    const auto at = static_cast<std::size_t>(next_ % kBlockLogs);
+    unsigned states = 0;
+    for (std::size_t place = 0; place < kAllRows; ++place) {
+      const RowValue& value = reading.Values[place];
+      states |= 1U << static_cast<unsigned>(value.State);
+      columns_[place].States[at] = static_cast<std::uint8_t>(value.State);
+      columns_[place].Numbers[at] = NumberOf(place, value);
     }
-    AddSpecial(reading, states);
+    SetSpecial(at, reading, states);
     added_ = true;
     return next_++;
   }
@@ -60,6 +65,7 @@ class BlockInMaking {
   void Put() {
     if (!added_) return;
     const std::int64_t block = (next_ - 1) / kBlockLogs;
+    SizeTo(static_cast<std::size_t>((next_ - 1) % kBlockLogs + 1));
     for (int column = 0; column < kColumnCount; ++column) {
       store_.PutColumn(block, column, columns_[static_cast<std::size_t>(column)]);
     }
@@ -69,15 +75,24 @@ class BlockInMaking {
  private:
   std::int64_t Block() const { return next_ / kBlockLogs; }
 
-  double NumberOf(int place, const RowValue& value) {
+  // Each column for so many logs: those that were not added yet are filled in later.
+  void SizeTo(std::size_t logs) {
+    for (ValueColumn& column : columns_) {
+      column.States.resize(logs);
+      column.Numbers.resize(logs);
+    }
+  }
+
+  double NumberOf(std::size_t place, const RowValue& value) {
     if (value.State != ValueState::kOk) return 0;
-    if (!is_text_[static_cast<std::size_t>(place)]) return value.Number;
+    if (is_text_[place] == 0) return value.Number;
     return static_cast<double>(store_.NumberOfText(value.Text));
   }
 
-  void AddSpecial(const LogReading& reading, std::uint8_t states) {
+  void SetSpecial(std::size_t at, const LogReading& reading, unsigned states) {
     const auto add = [&](SpecialColumn column, std::uint8_t state, double number) {
-      columns_[IndexOf(column)].Add(state, number);
+      columns_[IndexOf(column)].States[at] = state;
+      columns_[IndexOf(column)].Numbers[at] = number;
     };
     add(SpecialColumn::kLive, 1, 0);
     const auto seconds =
@@ -95,16 +110,40 @@ class BlockInMaking {
     add(SpecialColumn::kFlags, static_cast<std::uint8_t>(flags), 0);
     add(SpecialColumn::kStates, 0, states);
     for (const OptionKey& each : kOptionKeys) {
-      columns_[static_cast<std::size_t>(ColumnOfOption(each.Member))].Add(
-          0, reading.Options.*each.Member);
+      columns_[static_cast<std::size_t>(ColumnOfOption(each.Member))].Numbers[at] =
+          reading.Options.*each.Member;
     }
   }
 
   IndexStore& store_;
   std::int64_t next_;
   std::vector<ValueColumn> columns_;
-  std::vector<bool> is_text_;  // by place
+  std::vector<char> is_text_;  // by place
   bool added_ = false;
+};
+
+// The texts of logs whose words are to be written: many at a time, as what holds the words stays at
+// hand of the processor then, which reading files in between would drive out.
+class WordsInMaking {
+ public:
+  explicit WordsInMaking(IndexStore& store) : store_(store) {}
+
+  void Add(std::int64_t id, std::string text) {
+    bytes_ += text.size();
+    texts_.emplace_back(id, std::move(text));
+    if (bytes_ > kMostTextBytes) Put();
+  }
+
+  void Put() {
+    for (const auto& [id, text] : texts_) store_.PutWords(id, text);
+    texts_.clear();
+    bytes_ = 0;
+  }
+
+ private:
+  IndexStore& store_;
+  std::vector<std::pair<std::int64_t, std::string>> texts_;
+  std::size_t bytes_ = 0;
 };
 
 class Updater {
@@ -122,8 +161,7 @@ class Updater {
     LookAtFolders();
     SortLogNames(changed_);
     for (std::size_t done = 0; done < changed_.size();) {
-      progress_({UpdateProgress::Step::kReading, done, changed_.size()});
-      store_.Change([&] { done = ReadBlock(done); });
+      store_.Change([&] { done = ReadSome(done); });
     }
     if (!changed_.empty()) {
       progress_({UpdateProgress::Step::kReading, changed_.size(), changed_.size()});
@@ -159,17 +197,35 @@ class Updater {
     return stamp && stamp->Digest == stored;
   }
 
+  // Reads as many blocks as one change should bring: words that stand in many logs cost less if
+  // they are written together, but nobody should have to wait long, or to read much again.
+  std::size_t ReadSome(std::size_t done) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point enough = Clock::now() + kLongChange;
+    for (int block = 0; block < kMostBlocks && done < changed_.size(); ++block) {
+      progress_({UpdateProgress::Step::kReading, done, changed_.size()});
+      done = ReadBlock(done);
+      if (Clock::now() >= enough) break;
+    }
+    return done;
+  }
+
   // Reads changed logs from this one on until a block is full; the number of logs done then.
   std::size_t ReadBlock(std::size_t done) {
     BlockInMaking block(store_, catalogues_);
+    WordsInMaking words(store_);
     std::vector<std::int64_t> removed;
-    while (done < changed_.size() && !block.IsFull()) ReadOne(changed_[done++], block, removed);
+    while (done < changed_.size() && !block.IsFull()) {
+      ReadOne(changed_[done++], block, words, removed);
+    }
+    words.Put();
     block.Put();
     for (const std::int64_t id : removed) MarkDead(id);
     return done;
   }
 
-  void ReadOne(const std::string& name, BlockInMaking& block, std::vector<std::int64_t>& removed) {
+  void ReadOne(const std::string& name, BlockInMaking& block, WordsInMaking& words,
+               std::vector<std::int64_t>& removed) {
     const std::optional<StoredLog> stored = store_.LogOfFolder(name);
     // Another program may have read it meanwhile.
     if (stored && IsUnchanged(name, stored->Stamp)) return;
@@ -178,10 +234,11 @@ class Updater {
       removed.push_back(stored->Id);
     }
     const auto loaded = walk_.LoadStamped(name);
-    if (loaded) Put(loaded->Files, loaded->Stamp, block);
+    if (loaded) Put(loaded->Files, loaded->Stamp, block, words);
   }
 
-  void Put(const LogFiles& files, const LogStamp& stamp, BlockInMaking& block) {
+  void Put(const LogFiles& files, const LogStamp& stamp, BlockInMaking& block,
+           WordsInMaking& words) {
     const LogReading reading = reader_.Read(files);
     StoredLog log;
     log.Id = block.Add(reading);
@@ -190,7 +247,7 @@ class Updater {
     log.Record = PackRecord({reading.Identity.Fingerprint, reading.Identity.Date, reading.Comment,
                              reading.RefusedFiles});
     store_.PutLog(log);
-    store_.PutWords(log.Id, SearchedText(code_page_, catalogues_, files, reading));
+    words.Add(log.Id, SearchedText(code_page_, catalogues_, files, reading));
   }
 
   void RemoveUnlessBack(const std::string& folder) {

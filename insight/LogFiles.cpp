@@ -65,6 +65,19 @@ bool MayBeSame(std::string_view a, std::string_view b) {
   return first >= 0x80 || other >= 0x80 || (first | 0x20) == (other | 0x20);
 }
 
+// False for nearly all names that do not end as those of the viewer do, at a glance. Characters
+// beyond ASCII may be the same as a letter in another case.
+bool MayBeViewers(std::string_view name) {
+  if (name.size() < 3) return false;
+  const std::string_view end = name.substr(name.size() - 3);
+  const auto is = [&](std::string_view wanted) {
+    return (end[0] | 0x20) == wanted[0] && (end[1] | 0x20) == wanted[1] &&
+           (end[2] | 0x20) == wanted[2];
+  };
+  const bool ascii = ((end[0] | end[1] | end[2]) & 0x80) == 0;
+  return !ascii || is("rpt") || is("bin");
+}
+
 }  // namespace
 
 const LogFile* LogFiles::Find(std::string_view name) const {
@@ -78,9 +91,7 @@ const LogFile* LogFiles::Find(std::string_view name) const {
 }
 
 bool IsWrittenByViewer(std::string_view name) {
-  // Nearly no name ends so.
-  const char last = name.empty() ? '\0' : static_cast<char>(name.back() | 0x20);
-  if (last != 't' && last != 'n') return false;
+  if (!MayBeViewers(name)) return false;
   return std::any_of(kViewerFiles.begin(), kViewerFiles.end(),
                      [name](std::string_view each) { return EqualIgnoringCase(each, name); });
 }

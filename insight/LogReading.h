@@ -84,7 +84,7 @@ class LogReader {
  private:
   const CodePage& code_page_;
   const Catalogues& catalogues_;
-  MacroLookup macros_;
+  mutable MacroLookup macros_;  // remembers, but always finds the same
   struct LastGates;
   std::unique_ptr<LastGates> gates_;
 };

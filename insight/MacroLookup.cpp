@@ -14,14 +14,30 @@
 namespace logbook::insight {
 namespace {
 
-constexpr int kNoLetter = -1;
+// What is remembered of a file: lines, and bytes of one.
+constexpr std::size_t kMostKnown = 1000;
+constexpr std::size_t kLongestKnown = 100;
 
-// The characters that variables are made of, 20 to 5F hexadecimal, in upper case; no variable holds
-// any other.
-constexpr int LetterOf(char byte) {
-  const auto letter = static_cast<unsigned char>(byte >= 'a' && byte <= 'z' ? byte - 0x20 : byte);
-  return letter >= 0x20 && letter < 0x60 ? letter - 0x20 : kNoLetter;
-}
+// Where a character stands next, from a place on; the end of the text if it does not. Asked with
+// ascending places, it looks at each byte once.
+class NextPlace {
+ public:
+  NextPlace(std::string_view text, char wanted) : text_(text), wanted_(wanted) {}
+
+  std::size_t From(std::size_t at) {
+    if (place_ < at || !known_) {
+      place_ = std::min(text_.find(wanted_, at), text_.size());
+      known_ = true;
+    }
+    return place_;
+  }
+
+ private:
+  std::string_view text_;
+  char wanted_;
+  std::size_t place_ = 0;
+  bool known_ = false;
+};
 
 // The lines that hold "=". Those of a text that is ASCII need no conversion.
 std::vector<std::string_view> Assignments(const CodePage& code_page, std::string_view bytes,
@@ -32,14 +48,13 @@ std::vector<std::string_view> Assignments(const CodePage& code_page, std::string
     lines.assign(converted.begin(), converted.end());
     return lines;
   }
-  while (!bytes.empty()) {
-    const auto end = static_cast<std::size_t>(
-        std::find_if(bytes.begin(), bytes.end(),
-                     [](char byte) { return byte == '\r' || byte == '\n'; }) -
-        bytes.begin());
-    const std::string_view line = bytes.substr(0, std::min(end, kLongestMacroLine));
+  NextPlace carriage_return(bytes, '\r');
+  NextPlace line_feed(bytes, '\n');
+  for (std::size_t at = 0; at < bytes.size();) {
+    const std::size_t end = std::min(carriage_return.From(at), line_feed.From(at));
+    const std::string_view line = bytes.substr(at, std::min(end - at, kLongestMacroLine));
     if (line.find('=') != std::string_view::npos) lines.push_back(line);
-    bytes.remove_prefix(std::min(end + 1, bytes.size()));
+    at = end + 1;
   }
   return lines;
 }
@@ -63,71 +78,101 @@ MacroLookup::MacroLookup(const Catalogues& catalogues) {
   }
 }
 
+// No word has an equal sign, or a character beyond ASCII.
+std::uint8_t MacroLookup::Automaton::LetterOf(char byte) {
+  if (byte == '=') throw RunTimeError(ErrorNumber::kInvalidProcedureCall);
+  const bool lower = byte >= 'a' && byte <= 'z';
+  const auto upper = static_cast<unsigned char>(lower ? byte - 0x20 : byte);
+  if (upper >= 0x80) throw RunTimeError(ErrorNumber::kInvalidProcedureCall);
+  if (letters[upper] != 0) return letters[upper];
+  if (letter_count == kLetters) throw RunTimeError(ErrorNumber::kSubscriptOutOfRange);
+  letters[upper] = static_cast<std::uint8_t>(letter_count++);
+  if (upper >= 'A' && upper <= 'Z') letters[upper + 0x20U] = letters[upper];
+  return letters[upper];
+}
+
+std::size_t MacroLookup::Automaton::AddState() {
+  if (found.size() == kFindsWord) throw RunTimeError(ErrorNumber::kSubscriptOutOfRange);
+  found.push_back(0);
+  next.resize(found.size() * kLetters);
+  return found.size() - 1;
+}
+
 void MacroLookup::Automaton::Add(std::string_view word, std::size_t number) {
-  if (states.empty()) states.emplace_back();
+  if (found.empty()) AddState();
   std::size_t state = 0;
   for (const char byte : word) {
-    const int letter = LetterOf(byte);
-    if (letter == kNoLetter) throw RunTimeError(ErrorNumber::kInvalidProcedureCall);
-    const std::uint16_t next = states[state].next[static_cast<std::size_t>(letter)];
-    if (next != 0) {
-      state = next;
-      continue;
-    }
-    states[state].next[static_cast<std::size_t>(letter)] =
-        static_cast<std::uint16_t>(states.size());
-    state = states.size();
-    states.emplace_back();
+    const std::size_t place = state * kLetters + LetterOf(byte);
+    state = next[place];
+    if (state != 0) continue;
+    state = AddState();
+    next[place] = static_cast<std::uint16_t>(state);
   }
-  states[state].found |= Words{1} << number;
+  found[state] |= Words{1} << number;
 }
 
 // Where no word goes on with a letter, the longest end of what was read that begins a word does.
 void MacroLookup::Automaton::Connect() {
-  std::vector<std::uint16_t> shorter(states.size());
+  std::vector<std::uint16_t> shorter(found.size());
   std::queue<std::uint16_t> waiting;
-  for (const std::uint16_t next : states[0].next) {
-    if (next != 0) waiting.push(next);
+  for (std::size_t letter = 0; letter < kLetters; ++letter) {
+    if (next[letter] != 0) waiting.push(next[letter]);
   }
   while (!waiting.empty()) {
-    const std::uint16_t state = waiting.front();
+    const std::size_t state = waiting.front();
     waiting.pop();
-    const State& fallback = states[shorter[state]];
-    states[state].found |= fallback.found;
-    for (std::size_t letter = 0; letter < fallback.next.size(); ++letter) {
-      std::uint16_t& next = states[state].next[letter];
-      if (next == 0) {
-        next = fallback.next[letter];
+    const std::size_t fallback = shorter[state];
+    found[state] |= found[fallback];
+    for (std::size_t letter = 0; letter < kLetters; ++letter) {
+      std::uint16_t& on = next[state * kLetters + letter];
+      const std::uint16_t instead = next[fallback * kLetters + letter];
+      if (on == 0) {
+        on = instead;
       } else {
-        shorter[next] = fallback.next[letter];
-        waiting.push(next);
+        shorter[on] = instead;
+        waiting.push(on);
       }
     }
   }
+  for (std::uint16_t& each : next) {
+    if (found[each] != 0) each = static_cast<std::uint16_t>(each | kFindsWord);
+  }
 }
 
-MacroLookup::Words MacroLookup::Automaton::FindIn(std::string_view line) const {
-  Words found = 0;
+MacroLookup::Words MacroLookup::Automaton::FindIn(std::string_view text) const {
+  Words words = 0;
   std::size_t state = 0;
-  for (const char byte : line) {
-    const int letter = LetterOf(byte);
-    state = letter == kNoLetter ? 0 : states[state].next[static_cast<std::size_t>(letter)];
-    found |= states[state].found;
+  for (const char byte : text) {
+    const std::uint16_t on = next[state * kLetters + letters[static_cast<unsigned char>(byte)]];
+    state = on & ~kFindsWord;
+    if (on != state) words |= found[state];
   }
-  return found;
+  return words;
+}
+
+// Files of one instrument have the same lines, but for what stands behind the equal sign.
+MacroLookup::Words MacroLookup::Automaton::FindInLine(std::string_view line, std::size_t place) {
+  const std::size_t sign = std::min(line.find('='), line.size());
+  const std::string_view beginning = line.substr(0, sign);
+  if (place >= kMostKnown || sign > kLongestKnown) return FindIn(line);
+  if (place >= known.size()) known.resize(place + 1);
+  Known& before = known[place];
+  if (before.beginning != beginning) before = {std::string(beginning), FindIn(beginning)};
+  return before.found | FindIn(line.substr(sign));
 }
 
 MacroLookup::Lines MacroLookup::Find(const CodePage& code_page, std::string_view file,
-                                     std::string_view bytes) const {
+                                     std::string_view bytes) {
   Lines lines;
   const auto entry = files_.find(file);
   if (entry == files_.end()) return lines;
-  const Automaton& automaton = entry->second;
+  Automaton& automaton = entry->second;
+  std::size_t place = 0;
   std::vector<MacroViews> views(automaton.rows.size());
   const Words own = (Words{1} << views.size()) - 1;
   // A later line replaces an earlier one. A row's own line does not count for the switches.
   for (const std::string_view line : Assignments(code_page, bytes, lines.Converted)) {
-    const Words found = automaton.FindIn(line);
+    const Words found = automaton.FindInLine(line, place++);
     const bool col_opgs = (found >> kColOpgs & 1) != 0;
     const bool clmd = (found >> kClmd & 1) != 0;
     for (Words rest = found & own; rest != 0; rest &= rest - 1) {

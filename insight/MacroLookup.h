@@ -24,6 +24,7 @@ struct MacroViews {
   std::string_view Clmd;
 };
 
+// Remembers lines from file to file, so it is for one thread.
 class MacroLookup {
  public:
   // For the rows of this catalogue, which need not outlive the object.
@@ -35,7 +36,7 @@ class MacroLookup {
     std::vector<std::string> Converted;            // lines that had to be converted to UTF-8
   };
   // `file` is the name as the catalogue has it, `bytes` must outlive the result. Raises nothing.
-  Lines Find(const CodePage& code_page, std::string_view file, std::string_view bytes) const;
+  Lines Find(const CodePage& code_page, std::string_view file, std::string_view bytes);
 
  private:
   // A bit for each word; the two switches are the highest ones.
@@ -47,15 +48,28 @@ class MacroLookup {
   // Finds all of some words in a text at once: a state for each beginning of a word, and from each
   // state the next one for each letter.
   struct Automaton {
-    struct State {
-      std::array<std::uint16_t, 64> next{};  // by LetterOf
+    static constexpr std::size_t kLetters = 64;          // at most; 0 is each character of no word
+    static constexpr std::uint16_t kFindsWord = 0x8000;  // bit of a state in which words end
+    std::array<std::uint8_t, 256> letters{};             // of each byte, cases alike
+    std::size_t letter_count = 1;
+    std::vector<std::uint16_t> next;  // by state * kLetters + letter
+    std::vector<Words> found;         // by state
+    std::vector<int> rows;            // of each word but the two last, which are the switches
+    // The beginnings of the lines of the file before, up to the equal sign, and what is in them.
+    struct Known {
+      std::string beginning;
       Words found = 0;
     };
-    std::vector<State> states;
-    std::vector<int> rows;  // of each word but the two last, which are the switches
+    std::vector<Known> known;
     void Add(std::string_view word, std::size_t number);
     void Connect();
-    Words FindIn(std::string_view line) const;
+    Words FindIn(std::string_view text) const;
+    // The same for the line that stands in this place; no word has an equal sign.
+    Words FindInLine(std::string_view line, std::size_t place);
+
+   private:
+    std::uint8_t LetterOf(char byte);
+    std::size_t AddState();
   };
 
   std::map<std::string, Automaton, std::less<>> files_;

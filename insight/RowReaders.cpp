@@ -75,7 +75,7 @@ void ReadPositional(const RowSource& source, std::string_view name, Catalogue wh
 }
 
 void TakeNumber(SequentialReader& reader, std::size_t, RowValue& value) {
-  SetNumber(HeldNumber(reader.ReadNumberField()), value);
+  SetNumber(reader.FindNumber(), value);
 }
 
 // The stamp is a text among the numbers.

@@ -34,7 +34,7 @@ struct RowSource {
   const LogOptions& options;
   const Gates& gates;  // of these options
   const LogFiles& files;
-  const MacroLookup& macros;  // of the same catalogues
+  MacroLookup& macros;  // of the same catalogues
 };
 
 // All rows by their places. Raises nothing.

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 
 #include "base/PlainText.h"
 #include "base/UpperCase.h"
@@ -95,10 +97,30 @@ bool JoinsDigits(std::string_view text, std::size_t at) {
          IsDigit(text[at - 1]) && IsDigit(text[at + 1]);
 }
 
+// Eight bytes at once: those from 'a' to 'z' lose the bit 20 hexadecimal. The highest bit of a byte
+// tells whether its lower ones, with something added, reach 80.
+std::uint64_t UpperEight(std::uint64_t eight) {
+  constexpr std::uint64_t kEach = 0x0101010101010101U;
+  const std::uint64_t low = eight & 0x7F * kEach;
+  const std::uint64_t from_a = low + (0x80 - 'a') * kEach;
+  const std::uint64_t beyond_z = low + (0x7F - 'z') * kEach;
+  const std::uint64_t letters = from_a & ~beyond_z & ~eight & 0x80 * kEach;
+  return eight ^ letters >> 2;
+}
+
 // The text with the letters of ASCII in upper case, all else as it is.
 std::string UpperLetters(std::string_view text) {
   std::string upper(text);
-  for (char& byte : upper) byte = static_cast<char>(byte - (byte >= 'a' && byte <= 'z' ? 32 : 0));
+  std::size_t at = 0;
+  for (; upper.size() - at >= sizeof(std::uint64_t); at += sizeof(std::uint64_t)) {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, upper.data() + at, sizeof eight);
+    eight = UpperEight(eight);
+    std::memcpy(upper.data() + at, &eight, sizeof eight);
+  }
+  for (; at < upper.size(); ++at) {
+    if (upper[at] >= 'a' && upper[at] <= 'z') upper[at] = static_cast<char>(upper[at] - 32);
+  }
   return upper;
 }
 

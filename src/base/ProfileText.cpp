@@ -40,6 +40,12 @@ bool IsSameName(const CodePage& page, std::string_view a, std::string_view b) {
   return EqualIgnoringCase(page.ToUtf8(a), page.ToUtf8(b));
 }
 
+// False for most names of ASCII characters alone that are not the same, at a glance: those that are
+// have the same length and end in the same letter. That differs where names are numbered.
+bool MayBeSame(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && (a.empty() || (a.back() | 0x20) == (b.back() | 0x20));
+}
+
 // The last "]" that is a character of its own and not the second byte of one.
 std::size_t FindClosingBracket(const CodePage& page, std::string_view line) {
   std::size_t found = std::string_view::npos;
@@ -162,10 +168,9 @@ std::vector<std::optional<std::string_view>> FindProfileValues(
     if (!section_found || opened) continue;
     const auto assigned = line.Assigned();
     if (!assigned) continue;
-    // Names of ASCII characters alone that are the same have the same length.
     const bool by_length = ascii_keys && IsAscii(assigned->key);
     for (std::size_t i = 0; i < names.size(); ++i) {
-      if (by_length && names[i].size() != assigned->key.size()) continue;
+      if (by_length && !MayBeSame(names[i], assigned->key)) continue;
       if (!values[i] && IsSameName(page, assigned->key, names[i])) {
         values[i] = WithoutQuotes(assigned->value);
       }

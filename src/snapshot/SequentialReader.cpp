@@ -49,11 +49,21 @@ SequentialReader::SequentialReader(const CodePage& code_page, std::string_view b
     : code_page_(code_page), file_(bytes) {}
 
 double SequentialReader::ReadNumber() {
+  if (const auto field = TakeNumberAtHand()) return LeadingNumber(*field);
   return LeadingNumber(ReadNumberField());
 }
 
+std::optional<double> SequentialReader::FindNumber() {
+  try {
+    if (const auto field = TakeNumberAtHand()) return FindLeadingNumber(*field);
+    return FindLeadingNumber(ReadNumberField());
+  } catch (const RunTimeError& error) {
+    if (error.Number() != ErrorNumber::kOverflow) throw;
+    return std::nullopt;
+  }
+}
+
 std::string SequentialReader::ReadNumberField() {
-  if (std::optional<std::string> field = TakeNumberAtHand()) return *std::move(field);
   if (AtEnd()) throw RunTimeError(ErrorNumber::kInputPastEndOfFile);
   SkipBlanks();
   std::string field =
@@ -87,7 +97,7 @@ std::string SequentialReader::ReadText(Keep keep) {
 }
 
 // Nearly every field: short, and more is at hand behind it.
-std::optional<std::string> SequentialReader::TakeNumberAtHand() {
+std::optional<std::string_view> SequentialReader::TakeNumberAtHand() {
   const std::string_view bytes = file_.Buffered();
   const char* const end = bytes.data() + bytes.size();
   const char* at = bytes.data();
@@ -99,9 +109,8 @@ std::optional<std::string> SequentialReader::TakeNumberAtHand() {
   // Two bytes, as a line end may be two.
   if (end - at < 2 || length > kLongestField) return std::nullopt;
   if (EndsField(static_cast<unsigned char>(*at))) at += *at == '\r' && at[1] == '\n' ? 2 : 1;
-  std::optional<std::string> field(std::in_place, begin, length);
   file_.Skip(static_cast<std::size_t>(at - bytes.data()));
-  return field;
+  return std::string_view(begin, length);
 }
 
 void SequentialReader::SkipBlanks() {

@@ -10,6 +10,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "base/Files.h"
 #include "base/Machine.h"
@@ -34,9 +35,9 @@ class SequentialReader {
   // is given.
   double ReadNumber();
 
-  // The bytes of the next field as ReadNumber takes it, without the blanks around them. Raises
-  // kInputPastEndOfFile at the end of the file.
-  std::string ReadNumberField();
+  // The same; nothing if the field does not begin with a number, or with one too large for a
+  // double.
+  std::optional<double> FindNumber();
 
   // The next field as text (UTF-8); "" for an empty one. A field that begins with a double quote
   // ends at the next one, or at the end of the file, and may hold anything; blanks and one comma
@@ -50,8 +51,12 @@ class SequentialReader {
  private:
   enum class Keep { kBeginning, kEnd };
   std::string ReadText(Keep keep);
-  // The next number's field if it is at hand to beyond its delimiter; nothing is taken else.
-  std::optional<std::string> TakeNumberAtHand();
+  // The bytes of the next field as ReadNumber takes it, without the blanks around them. Raises
+  // kInputPastEndOfFile at the end of the file.
+  std::string ReadNumberField();
+  // The next number's field if it is at hand to beyond its delimiter; nothing is taken else. Stays
+  // as it is until the file is read on.
+  std::optional<std::string_view> TakeNumberAtHand();
   void SkipBlanks();
   void TakeDelimiter();
   void TakeRestOfNumber();

@@ -87,13 +87,26 @@ std::optional<double> ReadHexadecimal(std::string_view text) {
   return value;
 }
 
-// A number of so few digits that it is one division away; nothing for any other text. A whole
-// number below 2^53 and a power of ten up to 10^22 are exact, so their quotient is the nearest
-// double.
+constexpr std::size_t kMostDigits = 15;
+constexpr auto kPowers =
+    std::to_array<double>({1,    1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                           1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22});
+
+// The exponent that a text behind the letter begins with: a sign or none and one or two digits;
+// nothing for any other.
+std::optional<int> ShortExponent(std::string_view text) {
+  const bool negative = !text.empty() && text[0] == '-';
+  if (negative || (!text.empty() && text[0] == '+')) text.remove_prefix(1);
+  const std::size_t digits = DigitRun(text.substr(0, 3));
+  if (digits < 1 || digits > 2) return std::nullopt;
+  const int value = digits == 1 ? text[0] - '0' : (text[0] - '0') * 10 + (text[1] - '0');
+  return negative ? -value : value;
+}
+
+// A number of so few digits that it is one multiplication or division away; nothing for any other
+// text. A whole number below 2^53 and a power of ten up to 10^22 are exact, so their product or
+// quotient is the nearest double.
 std::optional<double> ReadPlainDecimal(std::string_view text) {
-  constexpr std::size_t kMostDigits = 15;
-  constexpr auto kPowers = std::to_array<double>(
-      {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15});
   std::uint64_t digits = 0;
   std::size_t at = 0;
   const auto take_digits = [&] {
@@ -108,8 +121,15 @@ std::optional<double> ReadPlainDecimal(std::string_view text) {
   at += has_point ? 1 : 0;
   const std::size_t places = has_point ? take_digits() : 0;
   const bool has_exponent = at < text.size() && (text[at] == 'e' || text[at] == 'E');
-  if (has_exponent || whole + places == 0 || whole + places > kMostDigits) return std::nullopt;
-  return static_cast<double>(digits) / kPowers[places];
+  if (whole + places == 0 || whole + places > kMostDigits) return std::nullopt;
+  if (!has_exponent) return static_cast<double>(digits) / kPowers[places];
+  const std::optional<int> exponent = ShortExponent(text.substr(at + 1));
+  if (!exponent) return std::nullopt;
+  const int power = *exponent - static_cast<int>(places);
+  const auto distance = static_cast<std::size_t>(power < 0 ? -power : power);
+  if (distance >= kPowers.size()) return std::nullopt;
+  const auto number = static_cast<double>(digits);
+  return power < 0 ? number / kPowers[distance] : number * kPowers[distance];
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ std::string RandomMacro(std::mt19937_64& random) {
 }
 
 TEST(MacroLookup, FindsTheLinesThatTheReaderOfOneRowFinds) {
-  const MacroLookup lookup(AllCatalogues());
+  MacroLookup lookup(AllCatalogues());
   std::mt19937_64 random(7);
   int values = 0, switches = 0;
   for (int round = 0; round < 200; ++round) {
@@ -63,7 +63,7 @@ TEST(MacroLookup, FindsTheLinesThatTheReaderOfOneRowFinds) {
 }
 
 TEST(MacroLookup, OfALongLineTheBeginningCounts) {
-  const MacroLookup lookup(AllCatalogues());
+  MacroLookup lookup(AllCatalogues());
   const CodePage& page = *CodePage::Find(1252);
   const std::string blanks(kLongestMacroLine, ' ');
   for (const std::string& text : {blanks + "XPOS=1\r\n", "=" + blanks + "XPOS\r\n",

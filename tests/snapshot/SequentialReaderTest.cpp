@@ -125,6 +125,14 @@ TEST_F(SequentialFields, ANumberTooLargeForADoubleRaisesOverflowAndIsTaken) {
   EXPECT_EQ(reader.ReadNumber(), 5);
 }
 
+TEST_F(SequentialFields, AFieldThatIsNoNumberIsToldApartFromZero) {
+  SequentialReader reader = Open("0,,x,1e999, -2.5e1 \r\n7");
+  const std::vector<std::optional<double>> expected = {0.0,          std::nullopt, std::nullopt,
+                                                       std::nullopt, -25.0,        7.0};
+  for (const std::optional<double>& each : expected) EXPECT_EQ(reader.FindNumber(), each);
+  EXPECT_EQ(ErrorOf([&] { reader.FindNumber(); }), ErrorNumber::kInputPastEndOfFile);
+}
+
 TEST_F(SequentialFields, AQuotedTextMayHoldCommasBlanksAndLineEnds) {
   EXPECT_EQ(Texts("\"a,b\",\" c \",\"d\r\ne\" ,f"), (Words{"a,b", " c ", "d\r\ne", "f"}));
 }

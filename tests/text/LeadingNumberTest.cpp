@@ -164,6 +164,7 @@ TEST(LeadingNumber, DecimalsAreTheNearestDoublesWhateverTheirLength) {
     if (random() % 3 > 0) text += '.';
     digits(17);
     if (text.empty() || text == ".") continue;
+    if (random() % 2 == 0) text += "e" + std::to_string(static_cast<int>(random() % 61) - 30);
     EXPECT_EQ(LeadingNumber(text), std::strtod(text.c_str(), nullptr)) << text;
     EXPECT_EQ(LeadingNumber("-" + text + " x"), -std::strtod(text.c_str(), nullptr)) << text;
   }
