@@ -10,10 +10,11 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 #include <QDBusServer>
 #include <QDBusSignature>
 #include <QDBusVariant>
+#include <QEventLoop>
 #include <QThread>
 #include <array>
 #include <memory>
@@ -139,8 +140,11 @@ class Wire {
 
   // Waits for the answer while the cell does its work.
   QDBusMessage Ask(const QDBusMessage& call) {
-    const QDBusPendingCall pending = far_->asyncCall(call);
-    while (!pending.isFinished()) QCoreApplication::processEvents();
+    // Asleep: the far end's thread needs the processor.
+    const QDBusPendingCallWatcher pending(far_->asyncCall(call));
+    QEventLoop wait;
+    QObject::connect(&pending, &QDBusPendingCallWatcher::finished, &wait, &QEventLoop::quit);
+    if (!pending.isFinished()) wait.exec();
     return pending.reply();
   }
   void SetAnswer(const QVariantList& answer) { peer_.answer = answer; }

@@ -210,9 +210,9 @@ def main(top, build, name, *wanted):
                 equivalent += 1
             else:
                 survivors.append(fault)
-    for fault in survivors:
-        seen = "" if room.reach[fault.number] else "  (no test comes here)"
-        print(f"survived {fault.file}:{fault.line}: {one_line(fault.was)} -> {fault.now}{seen}")
+                seen = "" if room.reach[fault.number] else "  (no test comes here)"
+                print(f"survived {fault.file}:{fault.line}: {one_line(fault.was)} -> {fault.now}"
+                      f"{seen}", flush=True)
     counted = killed + len(survivors)
     score = 100 * killed / counted if counted else 100
     print(f"{name}: {len(room.faults)} faults, {killed} killed, {len(survivors)} survived, "
