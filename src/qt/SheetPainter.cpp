@@ -81,19 +81,44 @@ void SheetPainter::Paint(const std::function<void()>& between_pages) {
   Measure();
   const std::vector<RowBand> row_bands = BreakRows(heights_, body_.height());
   bands_ = BreakColumns(widths_, body_.width(), TypefaceOf(sheet_.FontOf(1, 1)).Character());
-  const int pages = static_cast<int>(row_bands.size() * bands_.size());
+  struct Page {
+    RowBand rows;
+    std::size_t across;
+  };
+  std::vector<Page> pages;
+  for (std::size_t across = 0; across < bands_.size(); ++across) {
+    for (const RowBand& rows : row_bands)
+      if (across == 0 || HasText(rows, across)) pages.push_back({rows, across});
+  }
 
   if (!painter_.begin(&device_)) throw RunTimeError(ErrorNumber::kPrinterError);
-  int page = 0;
-  for (std::size_t across = 0; across < bands_.size(); ++across) {
-    for (const RowBand& rows : row_bands) {
-      ++page;
-      if (between_pages) between_pages();
-      if (page > 1 && !device_.newPage()) throw RunTimeError(ErrorNumber::kPrinterError);
-      PaintPage(rows, across, page, pages);
-    }
+  int number = 0;
+  for (const Page& page : pages) {
+    ++number;
+    if (between_pages) between_pages();
+    if (number > 1 && !device_.newPage()) throw RunTimeError(ErrorNumber::kPrinterError);
+    PaintPage(page.rows, page.across, number, static_cast<int>(pages.size()));
   }
   if (!painter_.end()) throw RunTimeError(ErrorNumber::kPrinterError);
+}
+
+bool SheetPainter::HasText(const RowBand& rows, std::size_t across) {
+  const ColumnBand& columns = bands_[across];
+  for (int row = rows.Begin; row < rows.End; ++row) {
+    double left = 0;  // on the sheet
+    auto& cells = cells_[static_cast<std::size_t>(row)];
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      const double right = left + widths_[i];
+      if (right > columns.Left && left < columns.Right) {
+        const TextStrip strip = StripOn(cells[i], left, across);
+        const QStringView text =
+            QStringView(cells[i].text).mid(strip.begin, strip.end - strip.begin);
+        if (!text.trimmed().isEmpty()) return true;
+      }
+      left = right;
+    }
+  }
+  return false;
 }
 
 void SheetPainter::PaintPage(const RowBand& rows, std::size_t across, int page, int pages) {
@@ -132,14 +157,18 @@ void SheetPainter::PaintRow(int row, std::size_t across, double top) {
 void SheetPainter::PaintText(Cell& cell, double cell_left, std::size_t across, double baseline) {
   if (cell.text.isEmpty()) return;
   const ColumnBand& columns = bands_[across];
-  const bool whole = cell_left >= columns.Left && cell_left + cell.width <= columns.Right + 1;
-  const TextStrip strip =
-      whole ? TextStrip{0, cell.text.size(), 0} : StripOf(cell, cell_left, across);
+  const TextStrip strip = StripOn(cell, cell_left, across);
   if (strip.begin == strip.end) return;
   painter_.setPen(ColourOf(cell.typeface->SheetFont().Colour));
   DrawSheetText(painter_, *cell.typeface,
                 QPointF(body_.left() + cell_left + strip.left - columns.Left, baseline),
                 cell.text.mid(strip.begin, strip.end - strip.begin), cell.in_cells);
+}
+
+TextStrip SheetPainter::StripOn(Cell& cell, double cell_left, std::size_t across) {
+  const ColumnBand& columns = bands_[across];
+  const bool whole = cell_left >= columns.Left && cell_left + cell.width <= columns.Right + 1;
+  return whole ? TextStrip{0, cell.text.size(), 0} : StripOf(cell, cell_left, across);
 }
 
 TextStrip SheetPainter::StripOf(Cell& cell, double cell_left, std::size_t across) {

@@ -52,9 +52,12 @@ class SheetPainter {
   void MeasureRow(int row);
 
   // `across` is the number of the page across, from 0.
+  bool HasText(const RowBand& rows, std::size_t across);
   void PaintPage(const RowBand& rows, std::size_t across, int page, int pages);
   void PaintRow(int row, std::size_t across, double top);
   void PaintText(Cell& cell, double cell_left, std::size_t across, double baseline);
+  // What of a cell's text stands on the page; the cell's column reaches there.
+  TextStrip StripOn(Cell& cell, double cell_left, std::size_t across);
   TextStrip StripOf(Cell& cell, double cell_left, std::size_t across);
   void PaintBorder(const CellBorder& border, const QRectF& place);
   void PaintEdge(const SheetEdge& edge, QPointF from, QPointF to);

@@ -22,9 +22,10 @@ namespace logbook {
 // Paints all pages of the sheet: body one inch from top and bottom and three quarters from the
 // sides, header and footer half an inch from the edge; pages go down the rows first, then across
 // the columns. Columns of a fixed-pitch font are those of the code page's bytes (qt/SheetText.h).
-// Sets the device's orientation. A sheet without cells is one page. Runs `between_pages`, if there
-// is one, before each page. Raises kPrinterError if the device does not take the job or a page of
-// it.
+// Pages of the first columns are printed whatever they hold, those of further columns if a text
+// stands there. Sets the device's orientation. A sheet without cells is one page. Runs
+// `between_pages`, if there is one, before each page. Raises kPrinterError if the device does not
+// take the job or a page of it.
 void PaintSheet(QPagedPaintDevice& device, const F1Book& sheet, const LocalTime& now,
                 const CodePage& code_page, const std::function<void()>& between_pages = {});
 

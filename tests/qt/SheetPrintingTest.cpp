@@ -219,6 +219,34 @@ TEST_F(SheetPrinting, ColumnsThatDoNotFitGoToPagesOfTheirOwn) {
   EXPECT_THAT(pages[3], HasSubstr("cc100"));
 }
 
+TEST_F(SheetPrinting, PagesOfFurtherColumnsAreLeftOutAndNotCountedWhereNoTextStands) {
+  for (int row = 1; row <= 170; ++row) sheet.SetText(row, 1, "short");
+  sheet.SetText(100, 1, std::string(90, '-') + std::string(90, '='));
+  const std::vector<std::string> pages = test::PagesOf(Print());
+  ASSERT_EQ(pages.size(), 4u) << "three down, and one beside the second";
+  for (std::size_t i = 0; i < pages.size(); ++i)
+    EXPECT_THAT(pages[i], HasSubstr("Page " + std::to_string(i + 1) + "/4"));
+  EXPECT_THAT(pages[2], HasSubstr("short"));
+  EXPECT_THAT(pages[3], AllOf(HasSubstr("==="), Not(HasSubstr("short"))));
+}
+
+TEST_F(SheetPrinting, PagesOfTheFirstColumnsArePrintedThoughTheyAreEmpty) {
+  sheet.SetText(170, 1, "last");
+  const std::vector<std::string> pages = test::PagesOf(Print());
+  ASSERT_EQ(pages.size(), 3u);
+  EXPECT_THAT(pages[0], AllOf(HasSubstr("Page 1/3"), Not(HasSubstr("last"))));
+}
+
+TEST_F(SheetPrinting, TitleRowStandsOnTheFirstPageAlone) {
+  sheet.SetText(1, 1, "Date Logged");
+  for (int row = 2; row <= 170; ++row) sheet.SetText(row, 1, "row");
+  const std::vector<std::string> pages = test::PagesOf(Print());
+  ASSERT_EQ(pages.size(), 3u);
+  EXPECT_THAT(pages[0], HasSubstr("Date Logged"));
+  EXPECT_THAT(pages[1], Not(HasSubstr("Date Logged")));
+  EXPECT_THAT(pages[2], Not(HasSubstr("Date Logged")));
+}
+
 TEST_F(SheetPrinting, ALineWiderThanThePageGoesOnToTheNextWithoutLoss) {
   std::string line;
   for (int i = 0; line.size() < 200; ++i) line += std::to_string(i) + ",";
