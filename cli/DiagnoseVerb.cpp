@@ -16,6 +16,7 @@
 #include "base/NativeProgram.h"
 #include "base/Profile.h"
 #include "base/Registry.h"
+#include "base/Utf8Path.h"
 #include "insight/Check.h"
 #include "state/AppState.h"
 #include "upload/AgentStatus.h"
@@ -56,7 +57,7 @@ void AddPrograms(std::string& text, const std::string& application) {
   AddFact(text, "Folder", application);
   for (const char* name : {"logbook", "logbookctl", "ecm-agent", "quorex-host", "arecm.cfg",
                            "manual/logbook.hhbook"}) {
-    AddFact(text, name, SizeOf(fs::path(application) / name));
+    AddFact(text, name, SizeOf(Utf8Path(application) / name));
   }
 }
 
@@ -72,7 +73,7 @@ void AddHome(std::string& text, const Machine& machine) {
   AddFact(text, "Code page", std::to_string(machine.code_page->Number()));
   std::map<std::string, std::string> drives;
   std::error_code missing;
-  for (const auto& entry : fs::directory_iterator(machine.home + "/drives", missing)) {
+  for (const auto& entry : fs::directory_iterator(Utf8Path(machine.home + "/drives"), missing)) {
     std::error_code no_link;
     const std::string target = fs::read_symlink(entry.path(), no_link).string();
     drives[entry.path().filename().string()] = no_link ? "a folder" : "a link to " + target;

@@ -35,7 +35,7 @@ struct DiffRequest {
 
 insight::BaselineFolder Baselines() {
   const std::string folder = insight::ConfigFolder();
-  if (folder.empty()) throw UserError("neither HOME nor XDG_CONFIG_HOME names a folder");
+  if (folder.empty()) throw UserError("the environment names no folder for settings");
   return insight::BaselineFolder(folder + "/baselines");
 }
 

@@ -12,6 +12,7 @@
 #include "RowWords.h"
 #include "Verbs.h"
 #include "base/Files.h"
+#include "base/Utf8Path.h"
 #include "insight/Export.h"
 
 namespace logbook::cli {
@@ -110,17 +111,17 @@ class Unfinished {
     int number = 0;
     do {
       path_ = target + "." + std::to_string(++number) + ".part~";
-    } while (fs::exists(fs::symlink_status(path_)));
+    } while (fs::exists(fs::symlink_status(Utf8Path(path_))));
   }
   ~Unfinished() {
     std::error_code error;
-    fs::remove(path_, error);
+    fs::remove(Utf8Path(path_), error);
   }
   Unfinished(const Unfinished&) = delete;
   Unfinished& operator=(const Unfinished&) = delete;
 
   const std::string& Path() const { return path_; }
-  void Complete() const { fs::rename(path_, target_); }
+  void Complete() const { fs::rename(Utf8Path(path_), Utf8Path(target_)); }
 
  private:
   std::string target_;
@@ -129,7 +130,7 @@ class Unfinished {
 
 // The file that is to be replaced: that behind links, and nothing but a file.
 std::string TargetOf(const Call& call, const std::string& typed) {
-  const fs::path path = NativePath(call.machine, TypedPathText(typed));
+  const fs::path path = Utf8Path(NativePath(call.machine, TypedPathText(typed)));
   if (!fs::exists(path)) {
     if (fs::is_symlink(path)) throw UserError("that is a link to nothing");
     return path.string();

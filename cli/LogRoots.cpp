@@ -5,14 +5,15 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <ostream>
 
 #include "Terminal.h"
+#include "base/Environment.h"
 #include "base/Files.h"
 #include "base/RunTimeError.h"
+#include "base/Utf8Path.h"
 #include "insight/ProgressLine.h"
 
 namespace logbook::cli {
@@ -21,11 +22,6 @@ namespace {
 // Where the simulated host's workstation has its logs.
 constexpr const char* kWorkstationRoot = "C:\\QUOREX\\inst1\\maintain";
 constexpr const char* kDemonstrationRoot = "/drives/c/QUOREX/inst1/maintain";
-
-std::string Variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string() : std::string(value);
-}
 
 std::string NativeOf(const Call& call, const std::string& typed) {
   return NativePath(call.machine, TypedPathText(typed));
@@ -57,7 +53,8 @@ void AddLogRootOption(CLI::App& verb, LogRootOptions& options) {
 
 std::vector<std::string> FindLogRoots(Call& call, const LogRootOptions& options) {
   std::vector<std::string> typed = options.typed;
-  if (typed.empty() && !Variable("LOGBOOK_ROOT").empty()) typed = {Variable("LOGBOOK_ROOT")};
+  if (typed.empty() && !EnvironmentText("LOGBOOK_ROOT").empty())
+    typed = {EnvironmentText("LOGBOOK_ROOT")};
   std::vector<std::string> roots;
   for (const std::string& each : typed) {
     const std::string root = Trimmed(NativeOf(call, each));
@@ -68,12 +65,12 @@ std::vector<std::string> FindLogRoots(Call& call, const LogRootOptions& options)
     // A root that stands twice counts once, whatever way leads there.
     const bool is_there = std::ranges::any_of(roots, [&](const std::string& other) {
       std::error_code error;
-      return std::filesystem::equivalent(other, root, error);
+      return std::filesystem::equivalent(Utf8Path(other), Utf8Path(root), error);
     });
     if (!is_there) roots.push_back(root);
   }
   if (!roots.empty()) return roots;
-  const std::string demo = Variable("LOGBOOK_DEMO");
+  const std::string demo = EnvironmentText("LOGBOOK_DEMO");
   for (const std::string& each : {NativePath(call.machine, kWorkstationRoot),
                                   (demo.empty() ? "demo" : demo) + kDemonstrationRoot}) {
     if (IsFolder(call, each)) return {each};
@@ -107,8 +104,8 @@ LogPlace FindLog(Call& call, const LogRootOptions& options, const std::string& a
     call.subject += " " + typed;
     throw RunTimeError(ErrorNumber::kPathNotFound);
   }
-  const auto absolute = std::filesystem::absolute(path).lexically_normal();
-  return {absolute.parent_path().string(), absolute.filename().string()};
+  const auto absolute = std::filesystem::absolute(Utf8Path(path)).lexically_normal();
+  return {absolute.parent_path().generic_string(), absolute.filename().string()};
 }
 
 insight::LogReading ReadLogAt(const Call& call, const Catalogues& catalogues,

@@ -9,6 +9,7 @@
 
 #include "LogRoots.h"
 #include "base/Files.h"
+#include "base/Utf8Path.h"
 #include "insight/Baselines.h"
 
 namespace logbook::cli {
@@ -31,7 +32,7 @@ fs::path BehindLinks(fs::path path) {
 // The path without links, as far as it exists.
 fs::path Real(const std::string& native_path) {
   std::error_code error;
-  const fs::path absolute = BehindLinks(fs::absolute(native_path, error));
+  const fs::path absolute = BehindLinks(fs::absolute(Utf8Path(native_path), error));
   const fs::path real = fs::weakly_canonical(absolute, error);
   return error ? absolute.lexically_normal() : real;
 }

@@ -15,6 +15,10 @@ struct TerminalFacts {
 
 TerminalFacts LookAtTerminal();
 
+// From here on the bytes that go to standard output and standard error stay as they are, line ends
+// included, whatever the system does with texts. Before anything is written.
+void LeaveBytesAlone();
+
 // True if standard error leads to a terminal.
 bool ErrorsGoToTerminal();
 

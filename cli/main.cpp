@@ -6,10 +6,12 @@
 
 #include <iostream>
 
+#include "Terminal.h"
 #include "Verbs.h"
 
 int main(int argc, char** argv) {
   using namespace logbook::cli;
+  LeaveBytesAlone();
   Frame frame(std::cout, std::cerr);
   AddCatalogue(frame);
   AddStrings(frame);

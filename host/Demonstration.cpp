@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "base/Environment.h"
 #include "base/Machine.h"
 #include "host/Calendar.h"
 #include "host/Disk.h"
@@ -74,9 +75,8 @@ void CopyProgram(const fs::path& from, const fs::path& to) {
 }  // namespace
 
 std::string DefaultDemonstrationFolder() {
-  const char* named = std::getenv("LOGBOOK_DEMO");
-  if (named != nullptr && *named != '\0') return named;
-  return UserDataFolder() + "/quorex-logbook-demonstration";
+  const std::string named = EnvironmentText("LOGBOOK_DEMO");
+  return !named.empty() ? named : UserDataFolder() + "/quorex-logbook-demonstration";
 }
 
 Demonstration::Demonstration(const std::string& folder)

@@ -9,9 +9,6 @@
 
 namespace logbook::host {
 
-// The user's folder for data: $XDG_DATA_HOME if it is absolute, else ~/.local/share.
-std::string UserDataFolder();
-
 bool HasDisplay();
 bool HasSessionBus();
 

@@ -8,8 +8,10 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
+#include "base/Environment.h"
 #include "base/Files.h"
 #include "base/RunTimeError.h"
+#include "base/Utf8Path.h"
 #include "insight/Difference.h"
 #include "insight/Export.h"
 
@@ -144,9 +146,9 @@ std::string BaselineFolder::FileOf(std::string_view name) const {
 void BaselineFolder::Keep(std::string_view name, const LogReading& reading) const {
   const std::string file = FileOf(name);
   std::error_code error;
-  fs::create_directories(path_, error);
+  fs::create_directories(Utf8Path(path_), error);
   if (error) throw BaselineError(path_ + ": " + error.message());
-  fs::permissions(path_, fs::perms::owner_all, error);
+  fs::permissions(Utf8Path(path_), fs::perms::owner_all, error);
   Reported(file, [&] { WriteFile(NoDrives(), PathText(file), ReadingText(reading)); });
 }
 
@@ -166,7 +168,7 @@ LogReading BaselineFolder::Find(std::string_view name) const {
 std::vector<std::string> BaselineFolder::Names() const {
   std::vector<std::string> names;
   std::error_code error;
-  for (fs::directory_iterator each(path_, error), end; !error && each != end;
+  for (fs::directory_iterator each(Utf8Path(path_), error), end; !error && each != end;
        each.increment(error)) {
     std::string name = each->path().filename().string();
     if (!name.ends_with(kExtension)) continue;
@@ -186,12 +188,8 @@ void BaselineFolder::Drop(std::string_view name) const {
 }
 
 std::string ConfigFolder() {
-  const char* config = std::getenv("XDG_CONFIG_HOME");
-  // One that is not absolute counts as not set.
-  if (config != nullptr && *config == '/') return std::string(config) + "/quorex-logbook";
-  const char* home = std::getenv("HOME");
-  if (home != nullptr && *home == '/') return std::string(home) + "/.config/quorex-logbook";
-  return {};
+  const std::string config = UserConfigFolder();
+  return config.empty() ? config : config + "/quorex-logbook";
 }
 
 }  // namespace logbook::insight

@@ -47,8 +47,8 @@ class BaselineFolder {
   std::string path_;
 };
 
-// The user's configuration: $XDG_CONFIG_HOME/quorex-logbook, else ~/.config/quorex-logbook, as a
-// native path; empty if the environment names neither.
+// quorex-logbook in the user's folder for configurations, as a native path; empty if the
+// environment names no such folder.
 std::string ConfigFolder();
 
 }  // namespace logbook::insight

@@ -9,6 +9,7 @@
 #include "base/Files.h"
 #include "base/Registry.h"
 #include "base/RunTimeError.h"
+#include "base/Utf8Path.h"
 #include "insight/Check.h"
 
 namespace logbook::insight {
@@ -40,7 +41,7 @@ std::vector<std::string> StagedNames(const Machine& machine) {
 std::vector<EntryFacts> LookAtLog(const std::string& native_folder) {
   std::vector<EntryFacts> entries;
   std::error_code error;
-  for (fs::directory_iterator each(native_folder, error), end; !error && each != end;
+  for (fs::directory_iterator each(Utf8Path(native_folder), error), end; !error && each != end;
        each.increment(error)) {
     std::error_code unknown;
     const fs::file_status status = each->symlink_status(unknown);

@@ -7,10 +7,11 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 
+#include "base/Environment.h"
 #include "base/RunTimeError.h"
+#include "base/Utf8Path.h"
 
 namespace logbook::insight {
 namespace {
@@ -19,11 +20,6 @@ namespace fs = std::filesystem;
 
 constexpr int kMostAttempts = 4;
 constexpr std::string_view kSuffix = ".db";
-
-std::string Environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string() : std::string(value);
-}
 
 std::string Hexadecimal(std::uint64_t number) {
   std::array<char, 17> digits{};
@@ -48,8 +44,8 @@ std::string CatalogueDigest(const Catalogues& catalogues) {
 // A path with no link in it, as far as it exists.
 std::string Canonical(const std::string& path) {
   std::error_code failure;
-  const fs::path canonical = fs::weakly_canonical(path, failure);
-  return failure ? path : canonical.string();
+  const fs::path canonical = fs::weakly_canonical(Utf8Path(path), failure);
+  return failure ? path : canonical.generic_string();
 }
 
 bool LiesIn(const std::string& folder, const std::string& path) {
@@ -67,10 +63,10 @@ int NumberOfFile(const std::string& file_name, const std::string& index_name) {
   return error == std::errc() && stop == end ? number : 0;
 }
 
-int HighestNumber(const fs::path& folder, const std::string& index_name) {
+int HighestNumber(const std::string& folder, const std::string& index_name) {
   int highest = 0;
   std::error_code failure;
-  for (const auto& entry : fs::directory_iterator(folder, failure)) {
+  for (const auto& entry : fs::directory_iterator(Utf8Path(folder), failure)) {
     highest = std::max(highest, NumberOfFile(entry.path().filename().string(), index_name));
   }
   return highest;
@@ -78,18 +74,16 @@ int HighestNumber(const fs::path& folder, const std::string& index_name) {
 
 void MakeFolder(const std::string& folder) {
   std::error_code failure;
-  if (!fs::create_directories(folder, failure)) return;
+  if (!fs::create_directories(Utf8Path(folder), failure)) return;
   // Comments are nobody else's business.
-  fs::permissions(folder, fs::perms::owner_all, failure);
+  fs::permissions(Utf8Path(folder), fs::perms::owner_all, failure);
 }
 
 }  // namespace
 
 std::string DefaultIndexFolder() {
-  // A relative folder does not count there, by the rule for that variable.
-  std::string cache = Environment("XDG_CACHE_HOME");
-  if (!cache.starts_with("/")) cache = Environment("HOME") + "/.cache";
-  return cache + "/quorex-logbook/insight";
+  const std::string cache = UserCacheFolder();
+  return cache.empty() ? cache : cache + "/quorex-logbook/insight";
 }
 
 LogIndex::LogIndex(const CodePage& code_page, const Catalogues& catalogues,
@@ -98,9 +92,11 @@ LogIndex::LogIndex(const CodePage& code_page, const Catalogues& catalogues,
       catalogues_(catalogues),
       root_(Canonical(native_root)),
       settings_(std::move(settings)) {
-  if (!LiesIn(root_, Canonical(settings_.Folder))) return;
-  in_memory_ = true;
-  settings_.Warn("the cache lies among the logs, so no index is kept");
+  in_memory_ = settings_.Folder.empty() || LiesIn(root_, Canonical(settings_.Folder));
+  if (!in_memory_) return;
+  settings_.Warn(settings_.Folder.empty()
+                     ? "the environment names no folder for the cache, so no index is kept"
+                     : "the cache lies among the logs, so no index is kept");
 }
 
 LogIndex::~LogIndex() = default;
@@ -145,7 +141,7 @@ void LogIndex::Open() {
 void LogIndex::Retire() {
   store_.reset();
   if (in_memory_) return;
-  const fs::path old = file_;
+  const fs::path old = Utf8Path(file_);
   const std::string stem = old.stem().string();  // NAME.NUMBER
   const std::string name = stem.substr(0, stem.rfind('.'));
   const int number = NumberOfFile(old.filename().string(), name);
@@ -154,7 +150,8 @@ void LogIndex::Retire() {
   for (int each = 1; each <= number; ++each) {
     const std::string path =
         settings_.Folder + "/" + name + "." + std::to_string(each) + std::string(kSuffix);
-    for (const char* part : {"", "-wal", "-shm", "-journal"}) fs::remove(path + part, ignored);
+    for (const char* part : {"", "-wal", "-shm", "-journal"})
+      fs::remove(Utf8Path(path + part), ignored);
   }
 }
 

@@ -17,12 +17,13 @@
 
 namespace logbook::insight {
 
-// $XDG_CACHE_HOME/quorex-logbook/insight, or the same below ~/.cache: where indexes lie unless told
-// otherwise. A native path.
+// quorex-logbook/insight in the user's folder for caches: where indexes lie unless told otherwise.
+// A native path; empty if the environment names no such folder.
 std::string DefaultIndexFolder();
 
 struct IndexSettings {
-  std::string Folder = DefaultIndexFolder();  // native path; made if it is missing
+  // Native path, made if it is missing; with an empty one the index is kept in memory alone.
+  std::string Folder = DefaultIndexFolder();
   ProgressSink Progress = [](const UpdateProgress&) {};
   // Is told, as sentences for the user, what went wrong without harm to the result.
   std::function<void(const std::string&)> Warn = [](const std::string&) {};

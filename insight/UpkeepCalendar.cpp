@@ -11,6 +11,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/Utf8Path.h"
 #include "insight/Export.h"
 
 namespace logbook::insight {
@@ -180,7 +181,7 @@ std::uint64_t HashOf(std::string_view text) {
 
 CalendarRoot CalendarRootOf(const std::string& native_path) {
   std::error_code error;
-  const std::filesystem::path real = std::filesystem::canonical(native_path, error);
+  const std::filesystem::path real = std::filesystem::canonical(Utf8Path(native_path), error);
   const std::string path = error ? native_path : real.string();
   return {FingerprintText(LogIdentity{.Fingerprint = HashOf(path)}), path};
 }

@@ -3,21 +3,17 @@
 
 #include "SystemFacts.h"
 
+#include "base/Environment.h"
+
 #include <sys/utsname.h>
 #include <unistd.h>
 
 #include <array>
-#include <cstdlib>
 #include <ctime>
 #include <fstream>
 
 namespace logbook::cli {
 namespace {
-
-std::string Variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string() : std::string(value);
-}
 
 std::string Distribution() {
   constexpr std::string_view kName = "PRETTY_NAME=";
@@ -40,7 +36,7 @@ std::string Kernel() {
 // The locale by the order in which the system looks.
 std::string Locale() {
   for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    if (const std::string value = Variable(name); !value.empty()) return value;
+    if (const std::string value = EnvironmentText(name); !value.empty()) return value;
   }
   return {};
 }
@@ -55,9 +51,9 @@ std::vector<std::pair<std::string, std::string>> SystemFacts() {
       {"User", geteuid() == 0 ? "root" : "an ordinary one"}};
   for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "XDG_SESSION_TYPE", "XDG_CURRENT_DESKTOP",
                            "QT_QPA_PLATFORM", "QT_SCALE_FACTOR", "LOGBOOK_ROOT", "LOGBOOK_DEMO"}) {
-    facts.emplace_back(name, Variable(name));
+    facts.emplace_back(name, EnvironmentText(name));
   }
-  facts.emplace_back("Session bus", Variable("DBUS_SESSION_BUS_ADDRESS").empty()
+  facts.emplace_back("Session bus", EnvironmentText("DBUS_SESSION_BUS_ADDRESS").empty()
                                         ? "no address"
                                         : "has an address");
   return facts;

@@ -56,6 +56,9 @@ TerminalFacts LookAtTerminal() {
   return facts;
 }
 
+// Nothing is done to them here.
+void LeaveBytesAlone() {}
+
 bool ErrorsGoToTerminal() {
   return isatty(STDERR_FILENO) == 1;
 }

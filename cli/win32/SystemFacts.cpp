@@ -4,18 +4,13 @@
 #include "SystemFacts.h"
 
 #include <array>
-#include <cstdlib>
 #include <ctime>
 
+#include "base/Environment.h"
 #include "base/win32/System.h"
 
 namespace logbook::cli {
 namespace {
-
-std::string Variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string() : std::string(value);
-}
 
 std::string VersionText() {
   constexpr wchar_t kKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion";
@@ -45,7 +40,7 @@ std::vector<std::pair<std::string, std::string>> SystemFacts() {
       {"System", VersionText()}, {"Code page", std::to_string(GetACP())}, {"Locale", LocaleName()}};
   for (const char* name :
        {"QT_QPA_PLATFORM", "QT_SCALE_FACTOR", "LOGBOOK_HOME", "LOGBOOK_ROOT", "LOGBOOK_DEMO"})
-    facts.emplace_back(name, Variable(name));
+    facts.emplace_back(name, EnvironmentText(name));
   return facts;
 }
 

@@ -3,19 +3,18 @@
 
 #include "Terminal.h"
 
-#include <charconv>
-#include <cstdlib>
-#include <string_view>
+#include <fcntl.h>
+#include <io.h>
 
+#include <charconv>
+#include <cstdio>
+#include <string>
+
+#include "base/Environment.h"
 #include "base/win32/System.h"
 
 namespace logbook::cli {
 namespace {
-
-std::string_view Variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string_view() : std::string_view(value);
-}
 
 bool LeadsToConsole(DWORD channel) {
   DWORD mode = 0;
@@ -26,7 +25,7 @@ int ColumnsOf(bool terminal, int usual) {
   CONSOLE_SCREEN_BUFFER_INFO screen = {};
   if (terminal && GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &screen))
     return screen.srWindow.Right - screen.srWindow.Left + 1;
-  const std::string_view typed = Variable("COLUMNS");
+  const std::string typed = EnvironmentText("COLUMNS");
   int columns = 0;
   const auto [end, error] = std::from_chars(typed.data(), typed.data() + typed.size(), columns);
   return error == std::errc() && columns > 0 ? columns : usual;
@@ -48,8 +47,13 @@ TerminalFacts LookAtTerminal() {
   facts.terminal = LeadsToConsole(STD_OUTPUT_HANDLE);
   facts.columns = ColumnsOf(facts.terminal, facts.columns);
   facts.unicode = facts.terminal && SetConsoleOutputCP(CP_UTF8) != 0;
-  facts.color = facts.terminal && Variable("NO_COLOR").empty() && TakesSequences();
+  facts.color = facts.terminal && EnvironmentText("NO_COLOR").empty() && TakesSequences();
   return facts;
+}
+
+void LeaveBytesAlone() {
+  _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stderr), _O_BINARY);
 }
 
 bool ErrorsGoToTerminal() {

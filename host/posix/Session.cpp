@@ -3,19 +3,15 @@
 
 #include "host/Session.h"
 
+#include "base/Environment.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 namespace logbook::host {
 namespace {
-
-std::string Variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string() : std::string(value);
-}
 
 bool IsSocket(const std::string& path) {
   struct stat status {};
@@ -24,18 +20,13 @@ bool IsSocket(const std::string& path) {
 
 }  // namespace
 
-std::string UserDataFolder() {
-  const std::string data = Variable("XDG_DATA_HOME");
-  return data.starts_with("/") ? data : Variable("HOME") + "/.local/share";
-}
-
 bool HasDisplay() {
-  return !Variable("DISPLAY").empty() || !Variable("WAYLAND_DISPLAY").empty();
+  return !EnvironmentText("DISPLAY").empty() || !EnvironmentText("WAYLAND_DISPLAY").empty();
 }
 
 bool HasSessionBus() {
-  if (!Variable("DBUS_SESSION_BUS_ADDRESS").empty()) return true;
-  const std::string folder = Variable("XDG_RUNTIME_DIR");
+  if (!EnvironmentText("DBUS_SESSION_BUS_ADDRESS").empty()) return true;
+  const std::string folder = EnvironmentText("XDG_RUNTIME_DIR");
   return !folder.empty() && IsSocket(folder + "/bus");
 }
 

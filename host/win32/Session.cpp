@@ -7,13 +7,6 @@
 
 namespace logbook::host {
 
-std::string UserDataFolder() {
-  std::wstring buffer(32768, L'\0');
-  const DWORD length =
-      GetEnvironmentVariableW(L"LOCALAPPDATA", buffer.data(), static_cast<DWORD>(buffer.size()));
-  return win32::Narrow(std::wstring_view(buffer).substr(0, length));
-}
-
 // Windows and DDE are there for every program of a session.
 bool HasDisplay() {
   return true;

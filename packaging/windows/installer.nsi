@@ -4,9 +4,11 @@
 ; The installer of the Windows edition: one folder with all programs, an entry in the list of
 ; installed programs, and the removal. Logs, settings and the workstation's files are never touched.
 ; Given on the command line: VERSION, SOURCE (the folder to install), TARGET (the file to make).
+; A program of 64 bits, as those that it installs.
+Target amd64-unicode
 Unicode true
 !include "MUI2.nsh"
-!include "x64.nsh"
+!include "LogicLib.nsh"
 
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\MaintenanceLogBook"
 
@@ -25,10 +27,6 @@ SetCompressor /SOLID lzma
 !insertmacro MUI_LANGUAGE "English"
 
 Function .onInit
-  ${IfNot} ${RunningX64}
-    MessageBox MB_OK|MB_ICONSTOP "Maintenance LogBook needs a 64-bit Windows." /SD IDOK
-    Abort
-  ${EndIf}
   SetRegView 64
 FunctionEnd
 
@@ -37,12 +35,15 @@ Function un.onInit
 FunctionEnd
 
 Section
-  ; The tie to a content server is the workstation's own: one that is there stays.
+  ; The tie to a content server is the workstation's own: one that is there stays. The copy tells
+  ; the removal whether it is still as it came.
   SetOutPath "$INSTDIR"
   SetOverwrite on
   File /r /x arecm.cfg "${SOURCE}\*.*"
   SetOverwrite off
   File "${SOURCE}\arecm.cfg"
+  SetOverwrite on
+  File "/oname=arecm.default" "${SOURCE}\arecm.cfg"
   WriteUninstaller "$INSTDIR\uninstall.exe"
   WriteRegStr HKLM "${KEY}" "DisplayName" "Maintenance LogBook"
   WriteRegStr HKLM "${KEY}" "DisplayVersion" "${VERSION}"
@@ -52,7 +53,40 @@ Section
   WriteRegDWORD HKLM "${KEY}" "NoRepair" 1
 SectionEnd
 
+; Puts "same" into $0 if the workstation's settings are those that were installed.
+Function un.CompareSettings
+  StrCpy $0 "other"
+  FileOpen $1 "$INSTDIR\arecm.cfg" r
+  FileOpen $2 "$INSTDIR\arecm.default" r
+  ${Do}
+    ClearErrors
+    FileRead $1 $3
+    ${If} ${Errors}
+      StrCpy $3 ""
+    ${EndIf}
+    ClearErrors
+    FileRead $2 $4
+    ${If} ${Errors}
+      StrCpy $4 ""
+    ${EndIf}
+    ${If} $3 S!= $4
+      ${ExitDo}
+    ${EndIf}
+    ${If} $3 == ""
+      StrCpy $0 "same"
+      ${ExitDo}
+    ${EndIf}
+  ${Loop}
+  FileClose $1
+  FileClose $2
+FunctionEnd
+
 Section "Uninstall"
+  Call un.CompareSettings
+  ${If} $0 == "same"
+    Delete "$INSTDIR\arecm.cfg"
+  ${EndIf}
+  Delete "$INSTDIR\arecm.default"
   Delete "$INSTDIR\logbook.exe"
   Delete "$INSTDIR\logbookctl.exe"
   Delete "$INSTDIR\ecm-agent.exe"

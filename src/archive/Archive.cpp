@@ -18,6 +18,7 @@
 #include "archive/ZipStore.h"
 #include "base/Files.h"
 #include "base/PlainText.h"
+#include "base/Utf8Path.h"
 
 namespace fs = std::filesystem;
 
@@ -132,7 +133,7 @@ OpenArchive ZipWriter::State::Open() {
 }
 
 void ZipWriter::State::Add(const std::string& source, bool recurse) {
-  const std::string name = NameInZip(machine, fs::path(source).filename().string());
+  const std::string name = NameInZip(machine, Utf8Path(source).filename().string());
   if (!names.insert(name).second) in_parts = false;
   if (!(in_parts ? store->BeginPart() : store->JoinParts()))
     FailWithSystem(ZipResult::kCannotWrite, target, errno);
@@ -202,7 +203,7 @@ std::int16_t ZipWriter::arZip(std::int32_t, std::string_view zip_file, std::stri
     const std::string folder = NativePath(state.machine, UpToNul(source));
     if (!state.target.empty() && state.target != target) state.Rename();
     std::error_code unreachable;
-    if (!fs::is_directory(folder, unreachable))
+    if (!fs::is_directory(Utf8Path(folder), unreachable))
       FailWith(ZipResult::kSourceMissing, std::string(UpToNul(source)) + ": no such folder");
     if (state.target.empty()) state.Begin(target, wanted.add);
     state.Add(folder, wanted.recurse);

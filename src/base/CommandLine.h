@@ -9,7 +9,8 @@
 namespace logbook {
 
 // Where the system hands over words, they are joined by single blanks. Where it hands over a line,
-// that is taken as it is, but for one blank behind the program's name.
+// that is taken as it is, from the first character behind the program's name that is no blank or
+// tab.
 std::string CommandLineOf(int argc, const char* const* argv);
 
 }  // namespace logbook

@@ -8,6 +8,7 @@
 
 #include "base/Registry.h"
 #include "base/SystemRegistry.h"
+#include "base/Utf8Path.h"
 
 namespace logbook {
 
@@ -15,7 +16,8 @@ namespace {
 
 std::string WholePath(const std::string& folder) {
   std::error_code ignored;
-  std::string path = std::filesystem::absolute(folder, ignored).lexically_normal().generic_string();
+  std::string path =
+      std::filesystem::absolute(Utf8Path(folder), ignored).lexically_normal().generic_string();
   if (ignored) path = folder;
   while (path.size() > 1 && path.back() == '/') path.pop_back();
   return path;

@@ -6,6 +6,7 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <limits>
 #include <new>
 
 #include "base/NativeDisk.h"
@@ -79,6 +80,12 @@ std::size_t TakeBody(char* bytes, std::size_t size, std::size_t count, void* tar
 
 }  // namespace
 
+long LongestTransfer(std::chrono::milliseconds answer, std::uint64_t file_bytes) {
+  constexpr std::uint64_t kMost = std::numeric_limits<std::int32_t>::max();
+  const std::uint64_t for_file = std::min(file_bytes, kMost) * 1000 / kSlowest;
+  return static_cast<long>(std::min(static_cast<std::uint64_t>(answer.count()) + for_file, kMost));
+}
+
 struct WebDavStore::State {
   CURL* curl = curl_easy_init();
   ServerSettings settings;
@@ -135,12 +142,11 @@ struct WebDavStore::State {
   // of the file that goes or comes with it.
   long Run(const DavRequest& request, const std::string& url, std::uint64_t file_bytes,
            Answer& answer) {
-    const long limit =
-        settings.answer_timeout.count() + static_cast<long>(file_bytes) * 1000 / kSlowest;
     answer.curl = curl;
     detail[0] = '\0';
     curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
-    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, limit);
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS,
+                     LongestTransfer(settings.answer_timeout, file_bytes));
     curl_easy_setopt(curl, CURLOPT_HEADERDATA, &answer);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &answer);
     const CURLcode code = curl_easy_perform(curl);

@@ -7,12 +7,19 @@
 // An answer that does not end, in bytes or in time, is given up.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 
 #include "upload/ContentStore.h"
 
 namespace logbook {
+
+// The longest that a request may take, in milliseconds: the time for an answer and that of a file
+// of this size at the slowest speed that is borne. Never more than 32 bits hold, some 24 days: the
+// library that carries the requests cuts what is larger.
+long LongestTransfer(std::chrono::milliseconds answer, std::uint64_t file_bytes);
 
 class WebDavStore : public ContentStore {
  public:

@@ -4,12 +4,9 @@
 // A drive C: to archive from and to, and what other programs read in the zip files made there.
 #pragma once
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <string>
@@ -17,6 +14,7 @@
 #include "archive/Archive.h"
 #include "support/RunProgram.h"
 #include "support/TestMachine.h"
+#include "support/TimeZone.h"
 
 namespace logbook::test {
 
@@ -33,7 +31,7 @@ inline constexpr const char* kLister =
 class Archiving : public testing::Test {
  protected:
   Archiving() {
-    setenv("TZ", "UTC", 1);
+    UseUtc();
     disk.Put("C:\\lister.py", kLister);
   }
 
@@ -53,8 +51,7 @@ class Archiving : public testing::Test {
     return listed.output;
   }
   void SetTime(const std::string& path, std::time_t seconds) {
-    const timespec times[2] = {{seconds, 0}, {seconds, 0}};
-    ASSERT_EQ(utimensat(AT_FDCWD, disk.Native(path).c_str(), times, 0), 0);
+    SetModified(disk.Native(path), seconds);
   }
   // A folder with what does not deflate, so that it needs its room.
   void PutNoise(const std::string& folder, int bytes) {

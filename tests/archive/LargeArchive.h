@@ -5,12 +5,11 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
-#include <unistd.h>
 
 #include <fstream>
 
 #include "Archiving.h"
+#include "support/ProcessFigures.h"
 
 namespace logbook::test {
 
@@ -57,13 +56,10 @@ class LargeArchive : public Archiving {
     disk.MakeFolders("C:\\log");
     const std::string file = disk.Native("C:\\log\\big.bin");
     std::ofstream(file).close();
-    ASSERT_EQ(truncate(file.c_str(), file_bytes), 0);
-    rusage before{};
-    getrusage(RUSAGE_SELF, &before);
+    std::filesystem::resize_file(file, static_cast<std::uintmax_t>(file_bytes));
+    const long before = PeakMemory();
     EXPECT_EQ(Zip("C:\\log"), 0);
-    rusage after{};
-    getrusage(RUSAGE_SELF, &after);
-    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, memory_bytes / 1024) << "KiB";
+    EXPECT_LT(PeakMemory() - before, memory_bytes / 1024) << "KiB";
     EXPECT_THAT(RunProgram("unzip -v " + Quoted(disk.Native("C:\\out.zip"))).output,
                 testing::HasSubstr(std::to_string(file_bytes)));
   }

@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -13,6 +12,7 @@
 
 #include "base/NativeFile.h"
 #include "support/Errors.h"
+#include "support/ProcessFigures.h"
 #include "support/Refusals.h"
 #include "support/TestMachine.h"
 
@@ -371,13 +371,10 @@ TEST(FilesTest, AFileOfAQuarterGigabyteIsCopiedThroughBoundedMemory) {
   const TestMachine machine;
   machine.Put("C:\\big.bin", "x");
   fs::resize_file(machine.Native("C:\\big.bin"), 256 << 20);
-  rusage before{};
-  getrusage(RUSAGE_SELF, &before);
+  const long before = PeakMemory();
   CopyFile(machine, "C:\\big.bin", "C:\\copy.bin");
-  rusage after{};
-  getrusage(RUSAGE_SELF, &after);
   EXPECT_EQ(fs::file_size(machine.Native("C:\\copy.bin")), std::uintmax_t{256} << 20);
-  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 64 * 1024) << "KiB above what was in use";
+  EXPECT_LT(PeakMemory() - before, 64 * 1024) << "KiB above what was in use";
 }
 
 }  // namespace

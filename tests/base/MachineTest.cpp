@@ -5,10 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 
 #include "support/TestMachine.h"
 
@@ -16,53 +14,6 @@ namespace fs = std::filesystem;
 
 namespace logbook::test {
 namespace {
-
-// Sets a variable of the environment, or removes it, until the object ends.
-class Variable {
- public:
-  Variable(const char* name, const char* value) : name_(name) {
-    if (const char* old = std::getenv(name)) old_ = old;
-    Set(value);
-  }
-  ~Variable() { Set(old_ ? old_->c_str() : nullptr); }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-
- private:
-  void Set(const char* value) {
-    if (value == nullptr) {
-      unsetenv(name_);
-    } else {
-      setenv(name_, value, 1);
-    }
-  }
-  const char* name_;
-  std::optional<std::string> old_;
-};
-
-TEST(MachineTest, TheHomeIsTheFirstOfThreeVariablesThatIsSet) {
-  const Variable home("HOME", "/home/service");
-  const Variable data("XDG_DATA_HOME", "/data/");
-  {
-    const Variable own("LOGBOOK_HOME", "/srv/logbook/");
-    EXPECT_EQ(DefaultHome(), "/srv/logbook");
-  }
-  const Variable none("LOGBOOK_HOME", nullptr);
-  EXPECT_EQ(DefaultHome(), "/data/quorex-logbook");
-  const Variable no_data("XDG_DATA_HOME", nullptr);
-  EXPECT_EQ(DefaultHome(), "/home/service/.local/share/quorex-logbook");
-}
-
-TEST(MachineTest, AnEmptyVariableDoesNotCountNorDoesARelativeDataFolder) {
-  const Variable home("HOME", "/home/service");
-  const Variable own("LOGBOOK_HOME", "");
-  {
-    const Variable data("XDG_DATA_HOME", "");
-    EXPECT_EQ(DefaultHome(), "/home/service/.local/share/quorex-logbook");
-  }
-  const Variable data("XDG_DATA_HOME", "relative");
-  EXPECT_EQ(DefaultHome(), "/home/service/.local/share/quorex-logbook");
-}
 
 std::string HiveWithCodePage(const std::string& value) {
   return "Windows Registry Editor Version 5.00\r\n\r\n"

@@ -54,6 +54,9 @@ BREACHES = [
     ("src/loglist/LogList.cpp", "#if defined(unix)", "a macro of the platform"),
     ("src/loglist/LogList.cpp", "#ifdef _MSC_VER", "a macro of the platform"),
     ("src/loglist/LogList.cpp", "#ifdef Q_OS_WIN", "a macro of the platform"),
+    ("src/printing/win32/PrintQueue.cpp", "#ifdef _WIN64", "a macro of the platform"),
+    ("tests/support/TestMachine.cpp", "#ifdef _WIN32", "a macro of the platform"),
+    ("fuzz/Fuzzing.h", "#ifdef __linux__", "a macro of the platform"),
     ("CONTRIBUTING.md", "| `src/attic/` | what nobody needs |", "its table of rooms"),
     ("README.md", "| `src/attic/` | what nobody needs |", "its table of rooms"),
     ("docs/architecture.md", "| `src/attic/` | what nobody needs | `Box.h` |", "its table of rooms"),
@@ -70,8 +73,8 @@ def main():
     failed = False
     with tempfile.TemporaryDirectory() as name:
         top = pathlib.Path(name)
-        for entry in ("src", "host", "cli", "agent", "insight", "cmake", "docs", ".ci",
-                      "CONTRIBUTING.md", "README.md"):
+        for entry in ("src", "host", "cli", "agent", "insight", "tests", "fuzz", "bench",
+                      "cmake", "docs", ".ci", "CONTRIBUTING.md", "README.md"):
             if (project / entry).is_dir():
                 shutil.copytree(project / entry, top / entry)
             elif (project / entry).exists():

@@ -11,7 +11,7 @@
 
 #include "LogbookctlRun.h"
 #include "RandomLogs.h"
-#include "RootPortrait.h"
+#include "support/RootPortrait.h"
 
 namespace logbook {
 namespace {

@@ -14,10 +14,10 @@
 #include "AllCatalogues.h"
 #include "CountedWrites.h"
 #include "RandomLogs.h"
-#include "RootPortrait.h"
 #include "insight/LogIndex.h"
 #include "support/Errors.h"
 #include "support/Refusals.h"
+#include "support/RootPortrait.h"
 
 namespace logbook::insight {
 namespace {

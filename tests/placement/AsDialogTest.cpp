@@ -126,7 +126,7 @@ TEST(CenterOnHost, ImpossibleRectangleIsAnOverflow) {
     PixelRect area, place;
   };
   const Case cases[] = {
-      {{0, 0, 800, 600}, {0, 0, 8'000'000'000, 10}},
+      {{0, 0, 800, 600}, {-2'000'000'000, 0, 2'000'000'000, 10}},
       {{0, 0, 800, 600}, {kLeast, 0, kMost, 10}},   // a width beyond 32 bits
       {{0, kLeast, 800, kMost}, {0, 0, 400, 300}},  // a height beyond 32 bits
   };

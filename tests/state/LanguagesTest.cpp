@@ -18,6 +18,7 @@
 #include "resources/ResourceText.h"
 #include "resources/Resources.h"
 #include "state/LanguageChoice.h"
+#include "support/EnvironmentVariable.h"
 #include "support/TestMachine.h"
 
 namespace logbook {
@@ -191,9 +192,10 @@ TEST_F(Languages, OneThatTheCodePageCannotHoldIsPassedOver) {
 }
 
 TEST_F(Languages, NothingOfTheSessionChoosesOne) {
-  for (const char* variable : {"LANG", "LC_ALL", "LANGUAGE"}) setenv(variable, "de_DE.UTF-8", 1);
+  const test::EnvironmentVariable lang("LANG", "de_DE.UTF-8");
+  const test::EnvironmentVariable all("LC_ALL", "de_DE.UTF-8");
+  const test::EnvironmentVariable language("LANGUAGE", "de_DE.UTF-8");
   EXPECT_EQ(Taken(1252, ""), "en");
-  for (const char* variable : {"LANG", "LC_ALL", "LANGUAGE"}) unsetenv(variable);
 }
 
 TEST_F(Languages, PlacesOfATextAreFilledOnceAndInAnyOrder) {

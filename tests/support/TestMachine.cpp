@@ -11,6 +11,8 @@
 #include <iterator>
 #include <random>
 
+#include "base/Utf8Path.h"
+
 namespace fs = std::filesystem;
 
 namespace logbook::test {
@@ -45,12 +47,14 @@ TestMachine::~TestMachine() {
 std::string TestMachine::Native(std::string_view path) const {
   std::string text(path);
   std::replace(text.begin(), text.end(), '\\', '/');
-  if (text.rfind("C:", 0) == 0) text = home() + "/drives/c" + text.substr(2);
+  // The home itself may be named with a drive of the system.
+  if (text.starts_with("C:") && !text.starts_with(home()))
+    text = home() + "/drives/c" + text.substr(2);
   return text;
 }
 
 void TestMachine::Put(std::string_view path, std::string_view bytes) const {
-  const fs::path native = Native(path);
+  const fs::path native = Utf8Path(Native(path));
   fs::create_directories(native.parent_path());
   std::ofstream out(native, std::ios::binary | std::ios::trunc);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
@@ -58,7 +62,7 @@ void TestMachine::Put(std::string_view path, std::string_view bytes) const {
 }
 
 std::string TestMachine::Get(std::string_view path) const {
-  std::ifstream in(Native(path), std::ios::binary);
+  std::ifstream in(Utf8Path(Native(path)), std::ios::binary);
   if (!in) {
     ADD_FAILURE() << "missing file " << path;
     return {};
@@ -67,11 +71,11 @@ std::string TestMachine::Get(std::string_view path) const {
 }
 
 void TestMachine::MakeFolders(std::string_view path) const {
-  fs::create_directories(Native(path));
+  fs::create_directories(Utf8Path(Native(path)));
 }
 
 bool TestMachine::Has(std::string_view path) const {
-  return fs::exists(Native(path));
+  return fs::exists(Utf8Path(Native(path)));
 }
 
 }  // namespace logbook::test

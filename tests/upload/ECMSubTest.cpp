@@ -3,16 +3,14 @@
 
 #include "upload/ECMSub.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <filesystem>
-#include <utility>
 
+#include "VanishingFile.h"
 #include "base/Files.h"
 #include "base/Profile.h"
 #include "loglist/LogList.h"
@@ -24,16 +22,6 @@
 #include "upload/UploadDescriptor.h"
 
 namespace fs = std::filesystem;
-
-namespace {
-// Set by a test: the file of the next rename disappears, as if somebody had taken it away at once.
-bool next_file_disappears = false;
-}  // namespace
-
-extern "C" int rename(const char* from, const char* to) noexcept {
-  if (std::exchange(next_file_disappears, false)) return unlink(from);
-  return renameat(AT_FDCWD, from, AT_FDCWD, to);
-}
 
 namespace logbook::test {
 namespace {
@@ -153,9 +141,11 @@ TEST_F(ECMSubTest, APackageThatCannotBeMadeIsMessage1401) {
 }
 
 TEST_F(ECMSubTest, APackageThatDisappearsIsMessage1403) {
-  station.forms.on_editor = [](const std::optional<std::string>&) { next_file_disappears = true; };
+  station.forms.on_editor = [](const std::optional<std::string>&) {
+    LetTheNextRenamedFileVanish();
+  };
   Record();
-  EXPECT_FALSE(next_file_disappears);
+  EXPECT_FALSE(AFileIsToVanish());
   ExpectMessage("Could not fine archived file.", "Logbook Editor");
   EXPECT_FALSE(station.disk.Has(kArea));
   EXPECT_TRUE(station.state.frmMain.cmdRecord.Enabled);
@@ -171,7 +161,9 @@ TEST_F(ECMSubTest, AMissingListIsMessage1402AndThePackageStays) {
 
 TEST_F(ECMSubTest, AMissingPackageIsToldBeforeAMissingList) {
   station.disk.MakeFolders(Root("listlog.csv"));
-  station.forms.on_editor = [](const std::optional<std::string>&) { next_file_disappears = true; };
+  station.forms.on_editor = [](const std::optional<std::string>&) {
+    LetTheNextRenamedFileVanish();
+  };
   Record();
   ExpectMessage("Could not fine archived file.", "Logbook Editor");
 }

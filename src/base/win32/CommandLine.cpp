@@ -3,6 +3,8 @@
 
 #include "base/CommandLine.h"
 
+#include <algorithm>
+
 #include "base/win32/System.h"
 
 namespace logbook {
@@ -13,7 +15,8 @@ std::string CommandLineOf(int, const char* const*) {
   const std::size_t end = line.starts_with(L'"') ? line.find(L'"', 1) : line.find(L' ');
   if (end == std::wstring_view::npos) return {};
   line.remove_prefix(line[end] == L'"' ? end + 1 : end);
-  if (line.starts_with(L' ')) line.remove_prefix(1);
+  // Shells and toolkits put one blank there or two; programs here never see them.
+  line.remove_prefix(std::min(line.find_first_not_of(L" \t"), line.size()));
   return win32::Narrow(line);
 }
 

@@ -11,6 +11,7 @@
 
 #include "base/Files.h"
 #include "base/UpperCase.h"
+#include "base/Utf8Path.h"
 #include "base/win32/Status.h"
 
 namespace logbook {
@@ -67,7 +68,7 @@ std::string WithBackslashes(std::string native_path) {
 
 std::string WholePath(const std::string& native_path) {
   std::error_code ignored;
-  const auto full = std::filesystem::absolute(native_path, ignored);
+  const auto full = std::filesystem::absolute(Utf8Path(native_path), ignored);
   return ignored ? native_path : full.lexically_normal().generic_string();
 }
 

@@ -1,14 +1,19 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// The system's calls cannot be stood in for here, so none is recorded; the cases that count them
-// are named in packaging/windows/skipped.
+// The system's calls cannot be stood in for here: a case that counts them, or lets one fail, is
+// skipped.
 
 #include "support/DiskCalls.h"
 
+#include "support/win32/SkipCase.h"
+
 namespace logbook::test {
 
-DiskCalls::DiskCalls() = default;
+DiskCalls::DiskCalls() {
+  SkipCase("the system's calls cannot be counted, and none can be made to fail");
+}
+
 DiskCalls::~DiskCalls() = default;
 
 const std::vector<std::string>& DiskCalls::Calls() {
@@ -21,5 +26,7 @@ int DiskCalls::Count(const std::string&) {
 }
 
 void DiskCalls::FailReads(const std::string&, std::size_t) {}
+
+void DiskCalls::WaitForEveryLock() {}
 
 }  // namespace logbook::test

@@ -84,6 +84,14 @@ TEST_F(DdeHostTest, AnAutomaticRecordGoesFromTheRequestsToTheNine) {
   EXPECT_TRUE(disk.Has(kLogRoot + Logs()[0] + "\\comment.txt"));
 }
 
+// As shells and toolkits write the command line.
+TEST_F(DdeHostTest, BlanksBehindTheNameOfTheProgramAreNoPartOfTheHostsId) {
+  DdeHost host("HOST", Items());
+  Program logbook(LogbookProgram(), " \t HOST");
+  ASSERT_TRUE(host.RunUntil([&] { return host.Requests().size() == 4; }));
+  EXPECT_TRUE(logbook.Runs());
+}
+
 TEST_F(DdeHostTest, WithoutAHostItEndsAndLeavesNothing) {
   DdeHost other("OTHER", Items());
   Program logbook(LogbookProgram(), "HOST AutoRec");

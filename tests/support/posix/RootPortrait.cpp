@@ -1,21 +1,16 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// All that can be told of a folder: names, kinds, attributes, owners, times and bytes of everything
-// below it, and of itself. Equal portraits mean that nothing was changed.
-#pragma once
+#include "support/RootPortrait.h"
 
 #include <sys/stat.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
-#include <string>
 
 namespace logbook::test {
 
-inline std::string PortraitOf(const std::filesystem::path& path) {
+std::string PortraitOf(const std::filesystem::path& path) {
   struct stat status = {};
   lstat(path.c_str(), &status);
   std::string text;
@@ -33,14 +28,6 @@ inline std::string PortraitOf(const std::filesystem::path& path) {
     text.append(std::istreambuf_iterator<char>(file), {});
   }
   return text;
-}
-
-inline std::map<std::string, std::string> RootPortrait(const std::filesystem::path& folder) {
-  std::map<std::string, std::string> portrait = {{folder.string(), PortraitOf(folder)}};
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-    portrait[entry.path().string()] = PortraitOf(entry.path());
-  }
-  return portrait;
 }
 
 }  // namespace logbook::test

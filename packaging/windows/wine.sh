@@ -1,0 +1,27 @@
+# shellcheck shell=bash
+# SPDX-FileCopyrightText: The Maintenance LogBook authors
+# SPDX-License-Identifier: MIT
+#
+# Sourced by what runs programs of the Windows edition on this system. `work` is a folder for it.
+: "${work:?}"
+export PATH=/usr/lib/wine:$PATH WINESERVER=/usr/lib/wine/wineserver64
+export WINEPREFIX=$work/wine WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree,mshtml=" TZ=UTC
+unset LOGBOOK_HOME LOGBOOK_ROOT XDG_DATA_HOME
+
+# start_wine: a Wine folder and a virtual display of their own.
+start_wine() {
+  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
+  screen=$!
+  for _ in $(seq 600); do
+    [ -s "$work/display" ] && break
+    sleep 0.1
+  done
+  DISPLAY=:$(cat "$work/display")
+  export DISPLAY
+  timeout 300 wine64 wineboot -i >/dev/null 2>&1
+}
+
+end_wine() {
+  wineserver -k >/dev/null 2>&1 || true
+  [ -z "${screen:-}" ] || kill "$screen"
+}
