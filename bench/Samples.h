@@ -42,6 +42,12 @@ inline void Report(const char* name, double value) {
   std::fflush(stdout);
 }
 
+// Every benchmark looks, outside of what it measures, whether its job was done; a sample of a job
+// that was not done ends the program.
+inline void Expect(bool done, const std::string& job) {
+  if (!done) throw std::runtime_error("not done: " + job);
+}
+
 // Runs a job and reports its CPU time.
 template <typename Job>
 void Measure(const char* name, Job&& job) {

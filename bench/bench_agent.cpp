@@ -9,6 +9,8 @@
 //   bench_agent requests HOME URL        prints the agent's requests for that outbox for "curl -K"
 //   bench_agent handle HOME URL          makes them with one handle
 //   bench_agent serve                    a WebDAV server in memory; prints its address
+//   bench_agent expect URL FILES         fails unless the server holds so many files below this
+//                                        address, and no half one
 
 #include <arpa/inet.h>
 #include <curl/curl.h>
@@ -178,6 +180,27 @@ void DeliverAll(Client& client, const std::string& home) {
   }
 }
 
+std::size_t Keep(char* bytes, std::size_t size, std::size_t count, void* text) {
+  static_cast<std::string*>(text)->append(bytes, size * count);
+  return size * count;
+}
+
+bool ServerHolds(const std::string& url, const std::string& files) {
+  CURL* const curl = curl_easy_init();
+  std::string counted;
+  curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
+  curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, "COUNT");
+  curl_easy_setopt(curl, CURLOPT_USERNAME, kUser);
+  curl_easy_setopt(curl, CURLOPT_PASSWORD, kPassword);
+  curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, Keep);
+  curl_easy_setopt(curl, CURLOPT_WRITEDATA, &counted);
+  const bool answered = curl_easy_perform(curl) == CURLE_OK;
+  curl_easy_cleanup(curl);
+  if (answered && counted == files + " 0") return true;
+  std::cerr << "bench_agent: the server holds \"" << counted << "\" files, not " << files << "\n";
+  return false;
+}
+
 // The server, for one connection after the other.
 
 class Server {
@@ -226,6 +249,18 @@ class Server {
   static std::string Status(const char* status, const std::string& lines = {}) {
     return std::string("HTTP/1.1 ") + status + "\r\n" + lines + "Content-Length: 0\r\n\r\n";
   }
+  static std::string Whole(const std::string& body) {
+    return "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+  }
+  // "WHOLE HALF": how many files with an end and without one.
+  std::string CountBelow(const std::string& folder) const {
+    std::size_t whole = 0, half = 0;
+    for (const auto& [path, bytes] : files_) {
+      if (!path.starts_with(folder)) continue;
+      ++(path.ends_with(".part") || bytes.empty() ? half : whole);
+    }
+    return std::to_string(whole) + " " + std::to_string(half);
+  }
   std::string AnswerTo(const std::string& head, const std::string& body) {
     if (Line(head, "Authorization") != std::string("Basic ") + kLogOn)
       return Status("401 Unauthorized", "WWW-Authenticate: Basic realm=\"bench\"\r\n");
@@ -237,6 +272,7 @@ class Server {
       files_[path] = body;
       return Status("201 Created");
     }
+    if (method == "COUNT") return Whole(CountBelow(path));
     const auto file = files_.find(path);
     if (file == files_.end()) return Status("404 Not Found");
     if (method == "MOVE") {
@@ -246,8 +282,7 @@ class Server {
       files_[target.substr(target.find('/', target.find("//") + 2))] = std::move(moved);
       return Status("201 Created");
     }
-    return "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(file->second.size()) +
-           "\r\n\r\n" + file->second;
+    return Whole(file->second);
   }
 
   int socket_ = -1;
@@ -279,6 +314,7 @@ int RunServer() {
 int main(int argc, char** argv) {
   const std::string job = argc > 1 ? argv[1] : "";
   if (job == "serve") return RunServer();
+  if (job == "expect" && argc == 4) return ServerHolds(argv[2], argv[3]) ? 0 : 1;
   if (job == "make" && argc == 5) {
     Make(argv[2], argv[3], std::atoi(argv[4]));
   } else if (job == "requests" && argc == 4) {
@@ -288,7 +324,8 @@ int main(int argc, char** argv) {
     Handle handle(argv[3]);
     DeliverAll(handle, argv[2]);
   } else {
-    std::cerr << "usage: bench_agent make HOME URL PACKAGES | requests|handle HOME URL | serve\n";
+    std::cerr << "usage: bench_agent make HOME URL PACKAGES | requests|handle HOME URL | serve "
+                 "| expect URL FILES\n";
     return 2;
   }
   return 0;

@@ -30,7 +30,7 @@ using namespace logbook::bench;
 
 constexpr auto kLook = std::chrono::milliseconds(20);
 constexpr int kQuietLooks = 20;
-constexpr int kMostLooks = 1500;
+constexpr int kMostLooks = 3000;
 
 // CPU nanoseconds of all threads of a process so far.
 unsigned long long CpuOf(pid_t process) {
@@ -45,7 +45,8 @@ unsigned long long CpuOf(pid_t process) {
   return sum;
 }
 
-void WaitUntilIdle(pid_t process) {
+// False if it does not come to rest.
+bool WaitUntilIdle(pid_t process) {
   unsigned long long last = 0;
   int quiet = 0;
   for (int look = 0; quiet < kQuietLooks && look < kMostLooks; ++look) {
@@ -54,6 +55,7 @@ void WaitUntilIdle(pid_t process) {
     quiet = now == last && now > 0 ? quiet + 1 : 0;
     last = now;
   }
+  return quiet == kQuietLooks;
 }
 
 [[noreturn]] void Become(char** command) {
@@ -76,12 +78,16 @@ int main(int argc, char** argv) {
   const pid_t process = fork();
   if (process == 0) Become(command);
   if (until_idle) {
-    WaitUntilIdle(process);
+    const bool is_idle = WaitUntilIdle(process);
     if (waitpid(process, nullptr, WNOHANG) != 0) {
       std::cerr << "bench_measure: " << command[0] << " ended by itself\n";
       return 1;
     }
     kill(process, SIGTERM);
+    if (!is_idle) {
+      std::cerr << "bench_measure: " << command[0] << " does not come to rest\n";
+      return 1;
+    }
   }
   int status = 0;
   rusage usage{};

@@ -4,14 +4,25 @@
 // All reports of a log and its tune.bin, from the snapshot files to the files written.
 //
 //   bench_reports HOME ROUNDS   samples, a log each, of reports.base (each needed file opened, read
-//                               and closed once), reports.all and reports.tunebin. The store is
-//                               one that bench_list has made.
+//                               and closed once), reports.all (no report is there, all are
+//                               written), reports.same (all are there with the same bytes) and
+//                               reports.tunebin (the same of tune.bin alone). The store is one that
+//                               bench_list has made.
+//
+//   bench_reports HOME same     all of the first log once, whatever is there: for counting system
+//                               calls from outside
+//
+// Each time it is looked at whether the files are there with their text, and whether those with the
+// same bytes were left alone.
 
 #include <cstdlib>
+#include <cstring>
+#include <filesystem>
 #include <iostream>
 
 #include "LogStore.h"
 #include "Samples.h"
+#include "base/Files.h"
 #include "reports/MaintenanceReport.h"
 #include "reports/TuneReport.h"
 #include "reports/ValueReports.h"
@@ -32,6 +43,11 @@ std::vector<std::string> NeededOf(const LogStore& store, int log) {
   return paths;
 }
 
+constexpr ValueReport kValueReports[] = {ValueReport::kAnalog, ValueReport::kMeter,
+                                         ValueReport::kSys, ValueReport::kBitOut,
+                                         ValueReport::kBitIn};
+constexpr std::size_t kShortestReport = 40;
+
 void WriteTune(const LogStore& store, const std::string& folder) {
   WriteTuneBin(store.TheMachine(), folder + std::string(kTuneBinFile),
                TuneCells(store.TheMachine(), store.TheCatalogues(), folder));
@@ -39,8 +55,7 @@ void WriteTune(const LogStore& store, const std::string& folder) {
 
 void WriteAllReports(const LogStore& store, const std::string& folder) {
   const Machine& machine = store.TheMachine();
-  for (const ValueReport report : {ValueReport::kAnalog, ValueReport::kMeter, ValueReport::kSys,
-                                   ValueReport::kBitOut, ValueReport::kBitIn})
+  for (const ValueReport report : kValueReports)
     WriteReportFile(machine, folder, ReportFileName(report),
                     ValueReportText(machine, store.TheCatalogues(), report, folder));
   WriteReportFile(machine, folder, kMaintenanceReportFile,
@@ -48,21 +63,49 @@ void WriteAllReports(const LogStore& store, const std::string& folder) {
   WriteTune(store, folder);
 }
 
+std::vector<std::string> MadeFiles(const std::string& folder) {
+  std::vector<std::string> files = {folder + std::string(kMaintenanceReportFile),
+                                    folder + std::string(kTuneBinFile)};
+  for (const ValueReport report : kValueReports)
+    files.push_back(folder + std::string(ReportFileName(report)));
+  return files;
+}
+
+std::vector<FileStamp> StampsOf(const Machine& machine, const std::vector<std::string>& files) {
+  std::vector<FileStamp> stamps;
+  for (const std::string& file : files) {
+    Expect(ReadFile(machine, file).size() >= kShortestReport, file);
+    stamps.push_back(StampOf(machine, file));
+  }
+  return stamps;
+}
+
+void Round(const LogStore& store, int log) {
+  const Machine& machine = store.TheMachine();
+  const std::string folder = LogStore::LogFolderText(log);
+  const std::vector<std::string> needed = NeededOf(store, log);
+  const std::vector<std::string> made = MadeFiles(folder);
+  for (const std::string& file : made) std::filesystem::remove(NativePath(machine, file));
+  Measure("reports.base", [&] { ReadBare(needed); });
+  Measure("reports.all", [&] { WriteAllReports(store, folder); });
+  const std::vector<FileStamp> stamps = StampsOf(machine, made);
+  Measure("reports.same", [&] { WriteAllReports(store, folder); });
+  Measure("reports.tunebin", [&] { WriteTune(store, folder); });
+  Expect(StampsOf(machine, made) == stamps, "files with the same bytes left alone");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc != 3) {
-    std::cerr << "usage: bench_reports HOME ROUNDS\n";
+    std::cerr << "usage: bench_reports HOME ROUNDS|same\n";
     return 2;
   }
   const LogStore store(argv[1]);
-  for (int round = 0; round < std::atoi(argv[2]); ++round) {
-    const int log = round % 16;
-    const std::string folder = LogStore::LogFolderText(log);
-    const std::vector<std::string> needed = NeededOf(store, log);
-    Measure("reports.base", [&] { ReadBare(needed); });
-    Measure("reports.all", [&] { WriteAllReports(store, folder); });
-    Measure("reports.tunebin", [&] { WriteTune(store, folder); });
+  if (std::strcmp(argv[2], "same") == 0) {
+    WriteAllReports(store, LogStore::LogFolderText(0));
+    return 0;
   }
+  for (int round = 0; round < std::atoi(argv[2]); ++round) Round(store, round % 16);
   return 0;
 }

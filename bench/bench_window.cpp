@@ -1,14 +1,16 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// What a window with a list of nine columns costs by itself, with or without rows.
+// What a window with a list of nine columns costs by itself, with or without rows, or without a
+// list.
 //
-//   bench_window ROWS
+//   bench_window ROWS|bare
 
 #include <QAbstractTableModel>
 #include <QApplication>
 #include <QTreeView>
 #include <cstdlib>
+#include <cstring>
 
 namespace {
 
@@ -37,11 +39,13 @@ int main(int argc, char** argv) {
   Rows rows(argc > 1 ? std::atoi(argv[1]) : 0);
   QWidget window;
   window.resize(640, 480);
-  auto* list = new QTreeView(&window);
-  list->setRootIsDecorated(false);
-  list->setUniformRowHeights(true);
-  list->setModel(&rows);
-  list->resize(640, 400);
+  if (argc < 2 || std::strcmp(argv[1], "bare") != 0) {
+    auto* list = new QTreeView(&window);
+    list->setRootIsDecorated(false);
+    list->setUniformRowHeights(true);
+    list->setModel(&rows);
+    list->resize(640, 400);
+  }
   window.show();
   return QApplication::exec();
 }

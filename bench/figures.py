@@ -3,7 +3,9 @@
 """The figures: one function a row.
 
 To add a row, write a function that takes the Workplace and returns a Measured, under @figure with
-the row's name, title, unit ("x" for a ratio) and target. Samples of a benchmark program come by
+the row's name, title, unit ("x" for a ratio) and target (None: told, not judged), and a row of
+that name to docs/performance.md. A figure that takes more than some ten seconds on a quiet machine
+is for full runs alone: is_long=True. Samples of a benchmark program come by
 place.collect(PROGRAM, ARGUMENTS...), those of any command by place.measure(COMMAND...); a subject
 and its base are always measured in turn, in the same run. What two rows share goes through
 place.once(KEY, MAKE).
@@ -18,9 +20,9 @@ FIGURES = []
 MIB = 1024.0 * 1024.0
 
 
-def figure(name, title, unit, target):
+def figure(name, title, unit, target, is_long=False):
     def add(measure):
-        FIGURES.append(Figure(name, title, unit, target, measure))
+        FIGURES.append(Figure(name, title, unit, target, measure, is_long))
         return measure
     return add
 
@@ -34,8 +36,16 @@ def list_samples(place):
 
 @figure("list.first", "list rebuild of 256 logs, first of a process", "x", 2.5)
 def list_first(place):
+    base, subject = place.in_turn(
+        15, lambda: place.collect("bench_list", place.store(256), "bare")["list.bare"][0],
+        lambda: place.collect("bench_list", place.store(256), "first")["list.first"][0])
+    return ratio(subject, base)
+
+
+@figure("list.fresh", "the same in a process that has made lists, nothing kept of them", "x", 2.5)
+def list_fresh(place):
     samples = list_samples(place)
-    return ratio(samples["list.first"], samples["list.base"])
+    return ratio(samples["list.fresh"], samples["list.base"])
 
 
 @figure("list.again", "list rebuild of 256 logs, in a running process", "x", 0.9)
@@ -152,7 +162,8 @@ def index_size(place):
     return ratio(samples["size.index"], samples["size.base"])
 
 
-@figure("index.growth", "index: instructions a further log, 128 to 1,024 logs, growth", "%", 15)
+@figure("index.growth", "index: instructions a further log, 128 to 1,024 logs, growth", "%", 15,
+        is_long=True)
 def index_growth(place):
     program = place.program("bench_index")
     counts = {}
@@ -171,7 +182,8 @@ def found_samples(place):
     return place.once("find", make)
 
 
-@figure("find.page", "find over 100,000 logs, the slowest of five queries: CPU time", "s", 0.1)
+@figure("find.page", "find over 100,000 logs, the slowest of five queries: CPU time", "s", 0.1,
+        is_long=True)
 def find_page(place):
     samples = found_samples(place)
     return max((median(values) for name, values in samples.items() if name.startswith("find.")),
@@ -181,38 +193,56 @@ def find_page(place):
 # Start
 
 
-def starts(place, logs):
-    """Start of the program to its painted window, beside a window with as many rows."""
+def window(place, rows):
+    return (place.program("bench_window"), rows), {}
+
+
+def logbook(place, logs):
+    return ((place.program("logbook"), "bench"),
+            {"LOGBOOK_HOME": place.store(logs), **place.host()})
+
+
+def starts(place, logs, rows):
+    """Start of the program to its painted window, beside a window with so many rows. Both are
+    started twice before anything counts: once for the toolkit's caches of fonts, and once to see
+    that windows and rows are painted, and by how many instructions."""
     def make():
-        host = place.host()
-        home = place.store(logs)
-        # Fonts are read, caches of the toolkit made, before anything counts.
-        jobs = (lambda: place.measure(place.program("bench_window"), logs, until_idle=True),
-                lambda: place.measure(place.program("logbook"), "bench", until_idle=True,
-                                      LOGBOOK_HOME=home, **host))
+        commands = (window(place, rows), logbook(place, logs))
+        jobs = [lambda command=command, variables=variables: place.measure(
+            *command, until_idle=True, **variables) for command, variables in commands]
         place.in_turn(1, *jobs)
-        return place.in_turn(9, *jobs)
-    return place.once("starts-%d" % logs, make)
+        instructions = [place.painted(*command, rows=logs, **variables)
+                        for command, variables in commands]
+        place.expect_list(logs)
+        return place.in_turn(9, *jobs) + [instructions]
+    return place.once("starts-%d-%s" % (logs, rows), make)
 
 
-def start_ratio(place, logs, what):
-    base, subject = starts(place, logs)
-    return ratio([taken[what] for taken in subject], [taken[what] for taken in base])
+def start_ratio(place, logs, rows, what):
+    base, subject, instructions = starts(place, logs, rows)
+    return ratio([taken[what] for taken in subject], [taken[what] for taken in base],
+                 instructions=instructions)
 
 
-@figure("start.list", "start to painted list, 255 logs / window with a list", "x", 1.6)
+@figure("start.list", "start to painted list, 255 logs / window with a list of as many rows", "x",
+        1.6)
 def start_list(place):
-    return start_ratio(place, 255, "cpu")
+    return start_ratio(place, 255, 255, "cpu")
 
 
-@figure("start.memory", "memory then, 255 logs / window with a list", "x", 1.25)
+@figure("start.memory", "memory then, 255 logs / window with a list of as many rows", "x", 1.25)
 def start_memory(place):
-    return start_ratio(place, 255, "rss")
+    return start_ratio(place, 255, 255, "rss")
 
 
 @figure("start.empty", "start with 0 logs / window with an empty list", "x", 1.25)
 def start_empty(place):
-    return start_ratio(place, 0, "cpu")
+    return start_ratio(place, 0, 0, "cpu")
+
+
+@figure("start.bare", "start with 0 logs / window with nothing in it", "x", None)
+def start_bare(place):
+    return start_ratio(place, 0, "bare", "cpu")
 
 
 # Reports
@@ -222,11 +252,20 @@ def report_samples(place):
     return place.once("reports", lambda: place.collect("bench_reports", place.store(64), 41))
 
 
-@figure("reports.all", "all reports and tune.bin of a log", "ms", 0.45)
-def reports_all(place):
+def reports(place, name):
     samples = report_samples(place)
-    return median([1000 * sample for sample in samples["reports.all"]],
+    return median([1000 * sample for sample in samples[name]],
                   base=1000 * median(samples["reports.base"]).value)
+
+
+@figure("reports.all", "all reports and tune.bin of a log, none there yet", "ms", 0.45)
+def reports_all(place):
+    return reports(place, "reports.all")
+
+
+@figure("reports.same", "all reports and tune.bin of a log, there with the same bytes", "ms", 0.45)
+def reports_same(place):
+    return reports(place, "reports.same")
 
 
 @figure("diff.two", "two whole logs compared, from files to text", "ms", 5)
@@ -278,7 +317,7 @@ def long_text(place):
     return place.once("text", make)
 
 
-@figure("text.first", "chained log of 100 MB: first text", "s", 0.1)
+@figure("text.first", "chained log of 100 MB: first text, wall time", "s", 0.1)
 def text_first(place):
     home = long_text(place)
     return median([place.collect("bench_text", home, "first")["text.first"][0] for _ in range(5)])
@@ -306,12 +345,14 @@ def editor_syncs(place):
 
 def remaking(place, calls, first):
     home = place.fresh_store(16)
-    commands = ((place.program("bench_reports"), home, 1), (place.program("bench_list"), home,
-                                                            "first"))
-    if not first:
-        for command in commands:
-            place.run(*command)
-    return Measured(sum(place.system_calls(calls, *command) for command in commands))
+    rebuild = (place.program("bench_list"), home, "first")
+    making = ((place.program("bench_reports"), home, 1), rebuild)
+    if first:
+        return Measured(sum(place.system_calls(calls, *command) for command in making))
+    for command in making:
+        place.run(*command)
+    making_again = ((place.program("bench_reports"), home, "same"), rebuild)
+    return Measured(sum(place.system_calls(calls, *command) for command in making_again))
 
 
 @figure("remade.syncs", "reports, tune.bin and listlog.csv written: fsyncs", "calls", 0)
@@ -341,7 +382,7 @@ def wait_wakeups(place):
     return median(idle_wait(place)["wait.wakeups"])
 
 
-@figure("wait.reaction", "wait for a busy host: reaction", "ms", 5)
+@figure("wait.reaction", "wait for a busy host: reaction, wall time", "ms", 5)
 def wait_reaction(place):
     samples = place.collect("bench_wait", "react", 15, **place.bus())["wait.reaction"]
     return median([1000 * sample for sample in samples])
@@ -372,8 +413,13 @@ def archive(place):
 # The content server
 
 
-@figure("agent", "agent, 500 small packages / one curl with the same requests", "x", 1.3)
-def agent(place):
+def uploads(place):
+    """CPU times of one curl run, of the agent and of a bare handle of curl's library, each with the
+    requests of 500 packages."""
+    return place.once("uploads", lambda: measure_uploads(place))
+
+
+def measure_uploads(place):
     program = place.program("bench_agent")
     server = place.start(program, "serve", sign="http:")
 
@@ -383,23 +429,44 @@ def agent(place):
         place.run(program, "make", home, url, 500)
         return home, url
 
+    def expect_all_there(url):
+        place.run(program, "expect", url, 1500)
+
     def curl():
+        home, url = packages("curl")
         requests = place.path("requests")
         with open(requests, "w", encoding="utf-8") as file:
-            file.write(place.run(program, "requests", *packages("curl")))
-        return place.measure("curl", "-K", requests)["cpu"]
+            file.write(place.run(program, "requests", home, url))
+        taken = place.measure("curl", "-K", requests)["cpu"]
+        expect_all_there(url)
+        return taken
 
     def handle():
-        return place.measure(program, "handle", *packages("handle"))["cpu"]
+        home, url = packages("handle")
+        taken = place.measure(program, "handle", home, url)["cpu"]
+        expect_all_there(url)
+        return taken
 
     def ours():
-        home, _ = packages("agent")
+        home, url = packages("agent")
         taken = place.measure(place.program("ecm-agent"), "--home", home, "--app",
                               os.path.join(home, "drives/c/QUOREX/qrxexe"))["cpu"]
         outbox = os.path.join(home, "drives/c/Norvane.Quorex.ECM/outbox")
         if any(not name.startswith(".") for name in os.listdir(outbox)):
             raise RuntimeError("packages are left")
+        expect_all_there(url)
         return taken
 
-    base, subject, bare = place.in_turn(7, curl, ours, handle)
-    return ratio(subject, base, to_bare_handle=ratio(subject, bare).value)
+    return place.in_turn(7, curl, ours, handle)
+
+
+@figure("agent", "agent, 500 small packages / one curl with the same requests", "x", 1.3)
+def agent(place):
+    base, subject, _ = uploads(place)
+    return ratio(subject, base)
+
+
+@figure("agent.handle", "the same / one bare handle of curl's library", "x", None)
+def agent_handle(place):
+    _, subject, base = uploads(place)
+    return ratio(subject, base)

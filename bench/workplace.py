@@ -11,8 +11,9 @@ import signal
 import subprocess
 import tempfile
 
-# No figure takes as long; what does is told as not measured.
+# No command of a figure takes as long; one that does is told as not measured.
 LONGEST_RUN = 100
+LONGEST_RUN_OF_A_FULL_ONE = 1500
 
 FONTS = """<?xml version="1.0"?>
 <!DOCTYPE fontconfig SYSTEM "fonts.dtd">
@@ -22,6 +23,17 @@ FONTS = """<?xml version="1.0"?>
   <cachedir>%s</cachedir>
 </fontconfig>
 """
+
+
+# Of the lists that are measured, at least.
+ROWS_THAT_FIT = 15
+
+
+def calls_of(function, profile):
+    """How often a function of this name was called, by a profile of callgrind."""
+    numbers = set(re.findall(r"fn=\((\d+)\) " + re.escape(function) + r"\(", profile))
+    calls = re.findall(r"^cfn=\((\d+)\).*\n(?:c(?:fi|fl|ob)=.*\n)*calls=(\d+)", profile, re.M)
+    return sum(int(count) for number, count in calls if number in numbers)
 
 
 class Workplace:
@@ -71,10 +83,11 @@ class Workplace:
         result = subprocess.run([str(part) for part in command], check=False, text=True,
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                 env={**self.variables, **variables}, cwd=self.folder,
-                                timeout=LONGEST_RUN * (10 if self.full else 1))
+                                timeout=LONGEST_RUN_OF_A_FULL_ONE if self.full else LONGEST_RUN)
         if result.returncode != 0:
             raise RuntimeError("%s: status %d: %s" % (os.path.basename(str(command[0])),
-                                                      result.returncode, result.stderr[-300:]))
+                                                      result.returncode,
+                                                      " ".join(result.stderr[-300:].split())))
         return result.stdout
 
     def collect(self, *command, **variables):
@@ -108,6 +121,20 @@ class Workplace:
         with open(out, encoding="utf-8", errors="replace") as file:
             return int(re.search(r"^(?:totals|summary): (\d+)", file.read(), re.M).group(1))
 
+    def painted(self, *command, rows, **variables):
+        """Instructions of a program that opens a window, until it is idle. Raises unless it has
+        painted the window and, of so many rows, as many as fit."""
+        out = self.path("callgrind.out")
+        self.measure("valgrind", "--tool=callgrind", "--callgrind-out-file=" + out, "--quiet",
+                     *command, until_idle=True, **variables)
+        with open(out, encoding="utf-8", errors="replace") as file:
+            profile = file.read()
+        if calls_of("QBackingStore::flush", profile) == 0:
+            raise RuntimeError("%s has painted no window" % os.path.basename(str(command[0])))
+        if calls_of("QTreeView::drawRow", profile) < min(rows, ROWS_THAT_FIT):
+            raise RuntimeError("%s has painted no list" % os.path.basename(str(command[0])))
+        return int(re.search(r"^(?:totals|summary): (\d+)", profile, re.M).group(1))
+
     def system_calls(self, calls, *command, **variables):
         """Number of these system calls (strace's names, with commas) of a command. A look at a file
         that is open already is none by path, though the system has it under that name."""
@@ -125,6 +152,14 @@ class Workplace:
         home = self.path("store-%d" % logs)
         return self.once(home, lambda: (self.run(self.program("bench_list"), home, "make", logs),
                                         home)[1])
+
+    def expect_list(self, logs):
+        """Raises unless the list beside the logs of the store has a line for each."""
+        path = os.path.join(self.store(logs), "drives/c/QUOREX/inst1/maintain/listlog.csv")
+        with open(path, encoding="cp1252") as file:
+            lines = [line for line in file if re.search(r"\b261\d{5}\b", line)]
+        if len(lines) != logs:
+            raise RuntimeError("%d of %d logs are in listlog.csv" % (len(lines), logs))
 
     def fresh_store(self, logs):
         """The same, but of the caller's own: what it changes nobody else sees."""

@@ -21,15 +21,17 @@ FIGURES = [Figure("f%d" % i, "figure %d" % i, "x", 2.0, measure)
 """
 
 
-def run(*measures):
-    """Status, rows of the JSON and the table of a run over figures with the target 2."""
+def run(*measures, options=(), more=""):
+    """Status, rows of the JSON and the table of a run over figures with the target 2. `more` is
+    further text of the file of figures."""
     top = pathlib.Path(sys.argv[1])
     with tempfile.TemporaryDirectory() as folder:
-        figures, out = pathlib.Path(folder, "figures.py"), pathlib.Path(folder, "out.json")
-        figures.write_text(FIGURES.replace("{}", ", ".join(measures)), encoding="utf-8")
+        figures, out = pathlib.Path(folder, "figures.py"), pathlib.Path(folder, "new", "out.json")
+        figures.write_text(FIGURES.replace("{}", ", ".join(measures)) + more,
+                           encoding="utf-8")
         result = subprocess.run(
             [sys.executable, str(top / "bench/run"), "--programs", folder, "--figures",
-             str(figures), "--json", str(out)], capture_output=True, text=True, check=False)
+             str(figures), "--json", str(out), *options], capture_output=True, text=True, check=False)
         return result.returncode, json.loads(out.read_text())["figures"], result.stdout
 
 
@@ -71,6 +73,20 @@ class Verdict:
     def ARatioIsThatOfTheMedians():
         status, rows, _ = run("lambda place: ratio([9, 3, 2], [2, 1, 70])")
         expect((status, rows[0]["value"], rows[0]["subject"], rows[0]["base"]), (0, 1.5, 3, 2))
+
+    @staticmethod
+    def AFigureWithoutATargetIsToldAndNotJudged():
+        more = 'FIGURES.append(Figure("t", "told", "x", None, lambda place: Measured(99)))'
+        status, rows, table = run(value(1), more=more)
+        expect((status, [row["verdict"] for row in rows]), (0, ["met", "told"]))
+        expect(table.splitlines()[-1].split(), ["told", "99", "x", "-", "told"])
+
+    @staticmethod
+    def ALongFigureIsLeftToAFullRun():
+        more = 'FIGURES.append(Figure("l", "long", "x", 2, lambda place: Measured(1), is_long=True))'
+        for options, names in (((), ["f0"]), (("--full",), ["f0", "l"])):
+            status, rows, _ = run(value(1), options=options, more=more)
+            expect((status, [row["name"] for row in rows]), (0, names))
 
     @staticmethod
     def NoSamplesAreNoFigure():
