@@ -222,7 +222,10 @@ class Matrix:
             if WORKING.search(path):
                 continue
             if path in self.forms:
-                if data not in self.forms[path]:
+                # Ticks of the last record that cannot be read are none.
+                without_ticks = re.sub(rb"(Item\d+)=1", rb"\1=0", self.done[path])
+                is_unread = point.calls == READING and data == without_ticks
+                if data not in self.forms[path] and not is_unread:
                     return "%s is neither old nor new: %r" % (path, data[-200:])
             elif path == self.LIST:
                 if point.act != POWER and not data.endswith(b"\r\n"):
