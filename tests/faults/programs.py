@@ -193,8 +193,6 @@ class Matrix:
         """What is wrong, or nothing."""
         if outcome.status is None:
             return "did not come to an end"
-        if not outcome.struck:
-            return "the call was not met"
         kills = point.act in (KILL, HALF, POWER)
         if kills != (outcome.status == -9) or outcome.status not in (-9, 0, 1):
             return "ended with %d" % outcome.status
@@ -260,15 +258,22 @@ class Matrix:
 
     def go(self, most):
         points = sample(list(all_points(self.honest.changing, self.honest.reading)), most)
-        survived = 0
+        met = survived = 0
         for point in points:
             outcome = self.run(point)
+            # Files that are as young as the clock's grain are looked at again, so that a run has
+            # some reading calls more or less.
+            if outcome.status is not None and not outcome.struck:
+                continue
+            met += 1
             wrong = self.judge(point, outcome) or self.judge_next_run()
             if wrong:
                 print("%s (%s): %s %s" % (point, outcome.call, wrong, outcome.messages), flush=True)
             else:
                 survived += 1
-        return len(points), survived
+        if met < 0.9 * len(points):
+            raise Failure("only %d of %d points were met" % (met, len(points)))
+        return met, survived
 
 
 class Display:
