@@ -134,6 +134,10 @@ void Rounds(const Roots& roots, int rounds) {
     Measure("walk.base", [&] { WalkBare(roots.Root()); });
     Measure("index.again", [&] { Ask(roots.Root(), roots.Cache(), nothing); });
   }
+  const auto logs = std::distance(fs::directory_iterator(roots.Root()), fs::directory_iterator());
+  const auto found = Ask(roots.Root(), roots.Cache(), FirstPage("")).Count;
+  Expect(static_cast<std::size_t>(found) == static_cast<std::size_t>(logs),
+         "each log in the index");
 }
 
 // The index file is opened as a use opens it; the look at the folders is measured elsewhere.

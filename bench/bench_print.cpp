@@ -28,6 +28,8 @@ using namespace logbook::bench;
 
 constexpr LocalTime kNow{2026, 11, 21, 5, 9, 59};
 constexpr int kLinesOnAPage = 66;
+constexpr qsizetype kLeastBytesALine = 10;  // of a document, whose pages are compressed
+constexpr qsizetype kLeastPages = 100;      // of a line of 65,533 characters
 
 std::string Line(int row) {
   return "11/15/2026 05:09:59  sample " + std::to_string(row) +
@@ -67,14 +69,19 @@ qsizetype PrintBare(const std::vector<std::string>& lines) {
 void Pages(int count, int rounds) {
   std::vector<std::string> lines;
   for (int row = 1; row <= count; ++row) lines.push_back(Line(row));
+  const qsizetype least = kLeastBytesALine * count;
   for (int round = 0; round < rounds; ++round) {
-    Measure("print.base", [&] { PrintBare(lines); });
-    Measure("print.pages", [&] { Print(lines); });
+    qsizetype bare = 0, ours = 0;
+    Measure("print.base", [&] { bare = PrintBare(lines); });
+    Measure("print.pages", [&] { ours = Print(lines); });
+    Expect(bare > least && ours > least, "all lines on paper");
   }
 }
 
 void LongLine(std::size_t characters) {
-  Measure("print.line", [&] { Print({std::string(characters, 'x')}); });
+  qsizetype size = 0;
+  Measure("print.line", [&] { size = Print({std::string(characters, 'x')}); });
+  Expect(size > kLeastBytesALine * kLeastPages, "the line on paper");
 }
 
 }  // namespace

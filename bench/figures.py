@@ -13,6 +13,7 @@ place.once(KEY, MAKE).
 
 import os
 import tempfile
+import zipfile
 
 from verdict import Figure, Measured, median, ratio
 
@@ -101,6 +102,9 @@ def list_command(place, count):
 
 def many_folders(place):
     command, variables = list_command(place, 100000)
+    rows = place.run(*command, **variables).count("\n") - 1
+    if rows != 256:
+        raise RuntimeError("the list has %d rows" % rows)
     return place.once("many", lambda: [place.measure(*command, **variables) for _ in range(5)])
 
 
@@ -283,6 +287,8 @@ def export_memory(place, shape):
             taken[kind, logs] = place.measure(
                 place.program("logbookctl"), "export", "--format", kind, "--shape", shape,
                 place.path("export." + kind), LOGBOOK_HOME=place.store(logs))["rss"]
+            if os.path.getsize(place.path("export." + kind)) < 1000 * logs:
+                raise RuntimeError("%s: the export holds less than %d logs" % (kind, logs))
     growth = {kind: taken[kind, 256] / taken[kind, 16] for kind in ("csv", "jsonl", "xlsx", "sqlite")}
     return Measured(max(growth.values()), growth=growth)
 
@@ -407,7 +413,14 @@ def archive(place):
         return place.measure(place.program("bench_archive"), home, "add", 256)["cpu"]
 
     base, subject = place.in_turn(5, zip_program, ours)
+    if not names_in(out, "logfile.ini") == names_in(theirs, "logfile.ini") == 256:
+        raise RuntimeError("logs are missing in an archive")
     return ratio(subject, base)
+
+
+def names_in(archive_path, ending):
+    with zipfile.ZipFile(archive_path) as opened:
+        return sum(name.endswith(ending) for name in opened.namelist())
 
 
 # The content server
