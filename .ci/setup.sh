@@ -33,7 +33,11 @@ install_packages() {
   if ! { "${become[@]}" apt-get update -qq &&
          "${become[@]}" env DEBIAN_FRONTEND=noninteractive \
            apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
-    tail -n 20 "$log" >&2
+    if grep -qE 'Temporary failure resolving|Could not (resolve|connect)' "$log"; then
+      echo "The packages cannot be fetched: there is no way to where they lie." >&2
+    else
+      tail -n 20 "$log" >&2
+    fi
     echo "Missing, and their installation failed: ${missing[*]}" >&2
     exit 1
   fi

@@ -5,11 +5,13 @@
 
 #include <charconv>
 #include <exception>
+#include <memory>
 #include <new>
 #include <ostream>
 #include <utility>
 
 #include "Completion.h"
+#include "HelpFormatter.h"
 #include "base/RunTimeError.h"
 
 namespace logbook::cli {
@@ -62,6 +64,7 @@ Frame::Frame(std::ostream& out, std::ostream& err)
       app_("Prints what the maintenance logbook knows and shows.", std::string(kProgram)) {
   app_.require_subcommand(1);
   app_.set_version_flag("--version", std::string(kProgram) + " " LOGBOOK_VERSION);
+  app_.formatter(std::make_shared<HelpFormatter>());  // of the verbs, too
   app_.fallthrough();
   app_.add_option("--code-page", code_page_,
                   "Code page of the files, such as 932 or 1252, instead of the machine's")

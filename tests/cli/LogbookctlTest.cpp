@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <map>
+#include <sstream>
 #include <string>
 #include <utility>
 
@@ -256,6 +257,16 @@ TEST_F(Logbookctl, EveryCommandHasItsHelp) {
     EXPECT_EQ(outcome.status, 0) << arguments;
     EXPECT_NE(outcome.out.find("Usage: logbookctl"), std::string::npos) << arguments;
     EXPECT_EQ(outcome.err, "") << arguments;
+  }
+}
+
+TEST_F(Logbookctl, HelpFitsATerminalOfEightyColumns) {
+  for (const char* verb : {"", "catalogue", "strings", "list", "report", "find", "show", "due",
+                           "trend", "diff", "export", "check", "diagnose"}) {
+    std::istringstream lines(Run(verb + std::string(" --help")).out);
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count) EXPECT_LT(line.size(), 80u) << line;
+    EXPECT_GT(count, 5) << verb;
   }
 }
 
