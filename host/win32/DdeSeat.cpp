@@ -22,6 +22,10 @@ namespace {
 
 constexpr DWORD kLongest = 5000;  // milliseconds
 constexpr auto kBetweenLooks = std::chrono::milliseconds(500);
+// Looks that are left out for a logbook that starts, which may have an answer held back for a
+// while.
+constexpr int kLooksLeftOut = 30;
+constexpr const char* kLastItem = "_helpfile$";
 
 QString Text(const std::string& text) {
   return QString::fromStdString(text);
@@ -40,7 +44,7 @@ class DdeCell : public Cell {
   void Watch() override {
     look_.start(kBetweenLooks);
     if (conversation_ != nullptr && !station_.IsAlive(conversation_)) return Lose(conversation_);
-    if (conversation_ != nullptr) return;
+    if (conversation_ != nullptr || (left_out_ > 0 && left_out_-- > 0)) return;
     conversation_ = station_.Connect(kLogbookDdeApplication, kCellDdeTopic);
     if (conversation_ == nullptr) return;
     station_.Follow(conversation_, kCellDdeItem, kLongest);
@@ -82,7 +86,11 @@ class DdeCell : public Cell {
         },
         Qt::QueuedConnection);
   }
+  // A logbook that waits for the answer to a request may hear nothing else, and opening a
+  // conversation waits for it: both would wait for each other.
+  void LeaveInPeace() { left_out_ = kLooksLeftOut; }
   void Meet() {
+    left_out_ = 0;
     QMetaObject::invokeMethod(
         this, [this] { Watch(); }, Qt::QueuedConnection);
   }
@@ -102,6 +110,7 @@ class DdeCell : public Cell {
   win32::DdeStation& station_;
   HCONV conversation_ = nullptr;
   QTimer look_;
+  int left_out_ = 0;
 };
 
 class DdeSeat : public Seat, public win32::DdeService {
@@ -127,19 +136,25 @@ class DdeSeat : public Seat, public win32::DdeService {
   }
   bool IsDeaf() override { return options_.attention == Attention::kDeaf; }
   std::optional<std::string> Give(const std::string& item) override {
+    last_was_given_ = EqualIgnoringCase(item, kLastItem);
     return ItemText(options_.workstation, item);
   }
   bool Take(const std::string&, const std::string&) override { return false; }
   void Hear(const std::string&, const std::string& text) override { cell_.Hear(text); }
-  void Lose(HCONV conversation) override { cell_.Lose(conversation); }
+  void Lose(HCONV conversation) override {
+    cell_.Lose(conversation);
+    if (std::exchange(last_was_given_, false)) cell_.Meet();
+  }
+  // Its requests follow.
   void Meet(const std::string& application) override {
-    if (EqualIgnoringCase(application, kLogbookDdeApplication)) cell_.Meet();
+    if (EqualIgnoringCase(application, kLogbookDdeApplication)) cell_.LeaveInPeace();
   }
 
  private:
   const HostOptions& options_;
   win32::DdeStation station_;
   DdeCell cell_;
+  bool last_was_given_ = false;
 };
 
 }  // namespace
