@@ -194,6 +194,13 @@ def find_page(place):
                key=lambda measured: measured.value)
 
 
+@figure("find.look", "the look at the folders of 100,000 logs / walked with stat", "x", 1.5,
+        is_long=True)
+def find_look(place):
+    samples = found_samples(place)
+    return ratio(samples["look"], samples["look.base"])
+
+
 # Start
 
 

@@ -10,6 +10,7 @@
 #include "Verbs.h"
 #include "insight/Baselines.h"
 #include "insight/DifferenceText.h"
+#include "insight/VisibleText.h"
 
 namespace logbook::cli {
 namespace {
@@ -106,13 +107,23 @@ int KeepBaseline(Call& call, const Catalogues& catalogues, const DiffRequest& re
   return kSuccess;
 }
 
+// One that cannot be read is told and does not hide the others.
 int ListBaselines(Call& call) {
+  int status = kSuccess;
   for (const std::string& name : Baselines().Names()) {
-    const LogReading reading = Baselines().Find(name);
-    call.out << name << '\t' << reading.Identity.Root << '/' << reading.Identity.Folder << '\t'
-             << reading.Identity.Date << '\n';
+    try {
+      const LogReading reading = Baselines().Find(name);
+      call.out << name << '\t'
+               << insight::VisibleText(reading.Identity.Root + '/' + reading.Identity.Folder +
+                                       '\t' + reading.Identity.Date)
+               << '\n';
+    } catch (const insight::BaselineError& error) {
+      call.Tell("baseline \"" + name + "\" cannot be read: " + error.what() +
+                "; keep it anew, or forget it by --drop-baseline " + name);
+      status = kDiffTrouble;
+    }
   }
-  return kSuccess;
+  return status;
 }
 
 void Print(Call& call, const Catalogues& catalogues, const DiffRequest& request,

@@ -143,7 +143,7 @@ std::string TargetOf(const Call& call, const std::string& typed) {
 int Export(Call& call, const ExportRequest& request) {
   const std::shared_ptr<const Job> job = MakeJob(call, request);
   if (request.file == "-") {
-    if (!IsText(*job)) throw UserError("a " + request.format + " is a file: name one");
+    if (!IsText(*job)) throw WrongUse("a " + request.format + " is a file: name one");
     ExportText(call, *job, call.out);
     return kSuccess;
   }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
+#include <charconv>
 #include <memory>
 #include <ostream>
 
@@ -25,6 +26,7 @@ struct FindOptions {
   std::size_t limit = 0;
   bool json = false;
   bool csv = false;
+  bool no_scan = false;
 };
 
 std::vector<std::string> Split(const std::string& text) {
@@ -58,6 +60,28 @@ void TakeColumns(const Catalogues& catalogues, const std::string& typed, FindAns
   }
 }
 
+// What is wrong with a number of logs as it was typed; empty if nothing is.
+std::string LimitFault(const std::string& typed) {
+  std::size_t number = 0;
+  const char* const end = typed.data() + typed.size();
+  const auto [stop, error] = std::from_chars(typed.data(), end, number);
+  if (error == std::errc() && stop == end && number > 0) return {};
+  return "\"" + typed + "\" is no number of logs: expected a whole number of 1 or more";
+}
+
+// The rows of a sort key. A row with something behind a colon that is no order is told so.
+insight::RowGroup SortRowOf(const Catalogues& catalogues, const std::string& typed) {
+  const std::size_t colon = typed.rfind(':');
+  const bool whole = !insight::FindRow(catalogues, typed).Rows.empty();
+  if (whole || colon == std::string::npos) return FindRowGroups(catalogues, typed).front();
+  const std::string key = typed.substr(0, colon);
+  if (key == "date" || key == "log" || !insight::FindRow(catalogues, key).Rows.empty()) {
+    throw WrongUse("\"" + typed.substr(colon + 1) + "\" is no order: expected \"" + key +
+                   ":asc\" or \"" + key + ":desc\"");
+  }
+  return FindRowGroups(catalogues, typed).front();
+}
+
 // KEY, KEY:asc or KEY:desc. Dates begin with the newest, all else with the least.
 void TakeSort(const Catalogues& catalogues, std::string typed, FindRequest& request) {
   const bool ascending = typed.ends_with(":asc");
@@ -68,17 +92,30 @@ void TakeSort(const Catalogues& catalogues, std::string typed, FindRequest& requ
   if (typed == "date") request.SortBy = FindRequest::Key::kDate;
   if (typed == "log") request.SortBy = FindRequest::Key::kFolder;
   if (request.SortBy == FindRequest::Key::kRow) {
-    request.SortRow = FindRowGroups(catalogues, typed).front();
+    request.SortRow = SortRowOf(catalogues, typed);
   }
   const bool down = descending || (!ascending && request.SortBy == FindRequest::Key::kDate);
   request.SortOrder = down ? FindRequest::Order::kDescending : FindRequest::Order::kAscending;
 }
 
+// An answer that may be behind the folders says so.
+void TellAge(const Call& call, const std::string& root,
+             const std::optional<std::string>& looked_at) {
+  if (!looked_at) {
+    call.Tell(root + " has no whole index yet, so its folders were looked at");
+  } else {
+    call.Tell(root + " as of " + *looked_at + "; what changed since then is not seen");
+  }
+}
+
 void Search(Call& call, const Catalogues& catalogues, const std::vector<std::string>& roots,
-            const FindRequest& request, FindAnswer& answer) {
+            const FindRequest& request, insight::IndexLook look, FindAnswer& answer) {
   for (const std::string& root : roots) {
-    insight::LogIndex index(*call.machine.code_page, catalogues, root, IndexSettingsFor(call));
+    insight::IndexSettings settings = IndexSettingsFor(call);
+    settings.Look = look;
+    insight::LogIndex index(*call.machine.code_page, catalogues, root, std::move(settings));
     insight::FindResult result = index.Find(request);
+    if (look == insight::IndexLook::kNone) TellAge(call, root, index.AsOf());
     answer.Count += result.Count;
     for (insight::FoundLog& log : result.Logs) answer.Logs.push_back({root, std::move(log)});
   }
@@ -99,7 +136,8 @@ int PrintFound(Call& call, const FindOptions& options) {
   request.Columns = answer.Rows;
   // What logs of several roots are sorted by comes with them.
   if (!request.SortRow.empty()) request.Columns.push_back(request.SortRow);
-  Search(call, catalogues, FindLogRoots(call, options.roots), request, answer);
+  const auto look = options.no_scan ? insight::IndexLook::kNone : insight::IndexLook::kAtFolders;
+  Search(call, catalogues, FindLogRoots(call, options.roots), request, look, answer);
   if (options.json) {
     call.out << FindJson(answer, catalogues);
   } else if (options.csv) {
@@ -131,7 +169,9 @@ void AddFind(Frame& frame) {
       ->type_name("KEY");
   verb.add_option("--limit", options->limit, "Show so many logs at most")
       ->type_name("NUMBER")
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Validator(LimitFault, ""));
+  verb.add_flag("--no-scan", options->no_scan,
+                "Answer from the index as it stands, without a look at the folders");
   CLI::Option* json = verb.add_flag("--json", options->json, "Print one JSON document");
   verb.add_flag("--csv", options->csv, "Print comma-separated values")->excludes(json);
 }

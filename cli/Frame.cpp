@@ -13,6 +13,7 @@
 #include "Completion.h"
 #include "HelpFormatter.h"
 #include "base/RunTimeError.h"
+#include "insight/VisibleText.h"
 
 namespace logbook::cli {
 namespace {
@@ -20,7 +21,9 @@ namespace {
 constexpr const char* kProgram = "logbookctl";
 
 std::string Line(const std::string& subject, const std::string& words) {
-  return std::string(kProgram) + ": " + (subject.empty() ? "" : subject + ": ") + words + '\n';
+  return insight::VisibleText(std::string(kProgram) + ": " +
+                              (subject.empty() ? "" : subject + ": ") + words) +
+         '\n';
 }
 
 std::string WordsFor(const RunTimeError& error) {
@@ -103,7 +106,8 @@ int Frame::Run(int argc, const char* const* argv) {
   try {
     app_.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app_.exit(error, out_, err_) == 0 ? kSuccess : kWrongUse;
+    if (app_.exit(error, out_, err_) != 0) return kWrongUse;
+    return IsWritten() ? kSuccess : kTrouble;
   } catch (...) {
     err_ << Line("", WordsForRaised()) << std::flush;
     return kTrouble;
@@ -112,6 +116,13 @@ int Frame::Run(int argc, const char* const* argv) {
     if (app_.got_subcommand(verb.app)) return RunVerb(verb);
   }
   return kWrongUse;
+}
+
+bool Frame::IsWritten() {
+  if (out_.flush()) return true;
+  err_ << Line("standard output", WordsFor(RunTimeError(ErrorNumber::kDeviceInputOutput)))
+       << std::flush;
+  return false;
 }
 
 int Frame::RunVerb(const Verb& verb) {
@@ -124,6 +135,9 @@ int Frame::RunVerb(const Verb& verb) {
     if (out_.flush()) return status;
     call.subject += ": standard output";
     throw RunTimeError(ErrorNumber::kDeviceInputOutput);
+  } catch (const WrongUse& error) {
+    call.Tell(error.what());
+    return kWrongUse;
   } catch (...) {
     call.Tell(WordsForRaised());
     return verb.trouble;

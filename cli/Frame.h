@@ -10,6 +10,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <iosfwd>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,13 @@ struct Call {
   void Tell(const std::string& words) const;
 };
 
+// A command line that is wrong in a way that only the verb can see, such as a query; ends it with
+// kWrongUse.
+class WrongUse : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 // The work of a verb; returns the exit status. What it raises is told and ends the program.
 using Action = std::function<int(Call& call)>;
 
@@ -50,8 +58,8 @@ class Frame {
                     int trouble = kTrouble);
 
   // Reads the command line and runs the verb that it names; returns the exit status: that of the
-  // action, `trouble` of the verb if the action raises anything or its output cannot be written,
-  // kWrongUse if the command line is wrong. Raises nothing.
+  // action, `trouble` of the verb (kTrouble without one) if the action raises anything or its
+  // output cannot be written, kWrongUse if the command line is wrong. Raises nothing.
   int Run(int argc, const char* const* argv);
 
  private:
@@ -62,6 +70,8 @@ class Frame {
   };
 
   int RunVerb(const Verb& verb);
+  // Tells of an output that could not be written.
+  bool IsWritten();
   std::string WordsForWrongUse(const CLI::Error& error) const;
 
   std::ostream& out_;

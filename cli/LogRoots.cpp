@@ -117,7 +117,7 @@ insight::LogReading ReadLogAt(const Call& call, const Catalogues& catalogues,
 insight::LocalDay TodayOf(const std::string& typed) {
   if (typed.empty()) return insight::Today();
   const auto day = insight::ParseDay(typed);
-  if (!day) throw UserError("\"" + typed + "\" is no day of the form YYYY-MM-DD");
+  if (!day) throw WrongUse("\"" + typed + "\" is no day of the form YYYY-MM-DD");
   return *day;
 }
 

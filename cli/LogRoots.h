@@ -46,7 +46,7 @@ insight::LogReading ReadLogAt(const Call& call, const Catalogues& catalogues,
 // How an index is used from here: what goes wrong without harm is told on standard error.
 insight::IndexSettings IndexSettingsFor(const Call& call);
 
-// The day that --today names, YYYY-MM-DD; that of the clock for an empty text. Raises UserError for
+// The day that --today names, YYYY-MM-DD; that of the clock for an empty text. Raises WrongUse for
 // any other text.
 insight::LocalDay TodayOf(const std::string& typed);
 

@@ -42,6 +42,15 @@ bool LiesBelow(const fs::path& path, const fs::path& root) {
   return end == root.end();
 }
 
+[[noreturn]] void RefuseAmongLogs(const std::string& typed) {
+  throw UserError("\"" + typed + "\" lies among the logs, where nothing is ever written");
+}
+
+// True for the folder of a log, whatever root it belongs to.
+bool IsLogFolder(const Call& call, const fs::path& folder) {
+  return Exists(call.machine, PathText(folder.string()) + "\\logfile.ini");
+}
+
 }  // namespace
 
 void RefuseBelowRoots(const Call& call, const std::string& typed,
@@ -49,9 +58,9 @@ void RefuseBelowRoots(const Call& call, const std::string& typed,
   if (typed == "-") return;
   const fs::path path = Real(NativePath(call.machine, TypedPathText(typed)));
   for (const std::string& root : roots) {
-    if (!LiesBelow(path, Real(root))) continue;
-    throw UserError("\"" + typed + "\" lies among the logs, where nothing is ever written");
+    if (LiesBelow(path, Real(root))) RefuseAmongLogs(typed);
   }
+  if (IsLogFolder(call, path.parent_path())) RefuseAmongLogs(typed);
 }
 
 void WriteOutput(Call& call, const std::string& typed, std::string_view text,

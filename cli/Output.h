@@ -13,8 +13,8 @@
 
 namespace logbook::cli {
 
-// Raises UserError if the file (as typed) lies below one of the roots (native paths), also by way
-// of links: nothing below a root is ever changed.
+// Raises UserError if the file (as typed) lies below one of the roots (native paths) or in the
+// folder of any other log, also by way of links: nothing there is ever changed.
 void RefuseBelowRoots(const Call& call, const std::string& typed,
                       const std::vector<std::string>& roots);
 

@@ -21,7 +21,7 @@ std::string Suggesting(const std::string& problem, const std::vector<std::string
 
 std::vector<RowGroup> FindRowGroups(const Catalogues& catalogues, const std::string& typed) {
   const insight::RowSearch found = insight::FindRow(catalogues, typed);
-  if (found.Rows.empty()) throw UserError(Suggesting(found.Problem, found.Near));
+  if (found.Rows.empty()) throw WrongUse(Suggesting(found.Problem, found.Near));
   std::vector<RowGroup> groups;
   for (const RowId& id : found.Rows) {
     const auto same = std::find_if(groups.begin(), groups.end(), [&](const RowGroup& group) {
@@ -45,7 +45,7 @@ insight::Query QueryOf(const Catalogues& catalogues, const std::string& typed) {
   try {
     return insight::ParseQuery(catalogues, typed);
   } catch (const insight::QueryError& error) {
-    throw UserError(Explain(error, typed));
+    throw WrongUse(Explain(error, typed));
   }
 }
 

@@ -53,7 +53,7 @@ std::vector<RowGroup> GroupsOf(const Catalogues& catalogues, const std::vector<s
   for (const std::string& typed : rows) {
     for (RowGroup& group : FindRowGroups(catalogues, typed)) {
       const bool text = KindOf(catalogues, group.front()) == insight::RowKind::kText;
-      if (text) throw UserError("\"" + typed + "\" is a text, and a trend is of numbers");
+      if (text) throw WrongUse("\"" + typed + "\" is a text, and a trend is of numbers");
       if (std::find(groups.begin(), groups.end(), group) == groups.end()) {
         groups.push_back(std::move(group));
       }
@@ -83,7 +83,7 @@ insight::Ticks MarksOf(const std::vector<std::string>& typed) {
   if (typed.empty()) marks.fill(true);
   for (const std::string& each : typed) {
     const insight::TickSearch found = insight::FindTick(each);
-    if (!found.Item) throw UserError(Suggesting(found.Problem, found.Near));
+    if (!found.Item) throw WrongUse(Suggesting(found.Problem, found.Near));
     marks[static_cast<std::size_t>(*found.Item)] = true;
   }
   return marks;
@@ -96,7 +96,7 @@ std::shared_ptr<const Plan> MakePlan(Call& call, const TrendRequest& request) {
   plan->find.Columns = plan->groups;
   plan->find.What = QueryOf(plan->catalogues, request.where);
   const auto rules = insight::ParseControlRules(request.rules);
-  if (!rules) throw UserError("\"" + request.rules + "\" names no rules; see --help");
+  if (!rules) throw WrongUse("\"" + request.rules + "\" names no rules; see --help");
   plan->rules = *rules;
   plan->marks = MarksOf(request.marks);
   ReadLimits(call, request, *plan);

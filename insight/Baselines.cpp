@@ -120,8 +120,8 @@ std::string ReadingText(const LogReading& reading) {
 LogReading ParseReading(std::string_view text) {
   try {
     return FromJson(Json::parse(text));
-  } catch (const Json::exception& error) {
-    throw BaselineError(error.what());
+  } catch (const Json::exception&) {
+    throw BaselineError("it is damaged, or no baseline");
   } catch (const std::out_of_range&) {
     throw BaselineError("a tick that does not exist");
   }

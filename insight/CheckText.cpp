@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "insight/VisibleText.h"
+
 namespace logbook::insight {
 namespace {
 
@@ -30,7 +32,7 @@ std::string FindingsText(const RootFindings& findings) {
     text += std::string(kind.code) + ": " + std::string(kind.meaning) + "; " +
             std::string(kind.action) + ".\n" + lines;
   }
-  return text;
+  return VisibleText(text);
 }
 
 std::string FindingsJson(const std::vector<RootFindings>& roots) {

@@ -8,6 +8,7 @@
 #include "insight/HtmlPage.h"
 #include "insight/Markup.h"
 #include "insight/TextTable.h"
+#include "insight/VisibleText.h"
 
 namespace logbook::insight {
 namespace {
@@ -82,6 +83,7 @@ std::string DifferenceText(const Catalogues& catalogues, const LogDifference& di
   std::string text;
   AddHead("old", difference.left, text);
   AddHead("new", difference.right, text);
+  text = VisibleText(text);
   if (!difference.Different()) return text.append(kNoDifference) + '\n';
   TextTable table({"", "", "", ">", ">"});
   if (!difference.options.empty()) table.AddLine("Options");

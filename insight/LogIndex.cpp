@@ -6,8 +6,11 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
+#include <fstream>
 
 #include "base/Environment.h"
 #include "base/RunTimeError.h"
@@ -20,6 +23,7 @@ namespace fs = std::filesystem;
 
 constexpr int kMostAttempts = 4;
 constexpr std::string_view kSuffix = ".db";
+constexpr std::string_view kMarkSuffix = "-looked";
 
 std::string Hexadecimal(std::uint64_t number) {
   std::array<char, 17> digits{};
@@ -72,6 +76,21 @@ int HighestNumber(const std::string& folder, const std::string& index_name) {
   return highest;
 }
 
+// When a file was last written, in local time; nothing if it is not there.
+std::optional<std::string> TimeOf(const std::string& path) {
+  std::error_code failure;
+  const fs::file_time_type written = fs::last_write_time(Utf8Path(path), failure);
+  if (failure) return std::nullopt;
+  const auto since = fs::file_time_type::clock::now() - written;
+  const std::time_t time =
+      std::time(nullptr) - std::chrono::duration_cast<std::chrono::seconds>(since).count();
+  const std::tm* const local = std::localtime(&time);
+  std::array<char, 32> text{};
+  if (local == nullptr) return std::nullopt;
+  return std::string(text.data(),
+                     std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", local));
+}
+
 void MakeFolder(const std::string& folder) {
   std::error_code failure;
   if (!fs::create_directories(Utf8Path(folder), failure)) return;
@@ -118,11 +137,28 @@ void LogIndex::Prepare() {
   if (store_ != nullptr) return;
   if (walk_ == nullptr) walk_ = std::make_unique<LogRootWalk>(root_);
   Open();
-  if (IsMostlyWaste(*store_)) {
+  if (settings_.Look == IndexLook::kAtFolders && IsMostlyWaste(*store_)) {
     Retire();
     Open();
   }
+  // An index that holds nothing may have been thrown away since.
+  const bool is_there = !in_memory_ && store_->NextId() > 0;
+  as_of_ = settings_.Look == IndexLook::kNone && is_there ? TimeOf(MarkFile()) : std::nullopt;
+  if (as_of_) return;
   UpdateIndex(*store_, code_page_, catalogues_, *walk_, settings_.Progress);
+  if (!in_memory_) MarkLook();
+}
+
+std::string LogIndex::MarkFile() const {
+  return file_ + std::string(kMarkSuffix);
+}
+
+// Where it cannot be written, the next use looks again.
+void LogIndex::MarkLook() const {
+  std::error_code failure;
+  const fs::path mark = Utf8Path(MarkFile());
+  if (!fs::exists(mark, failure)) std::ofstream(mark).flush();
+  fs::last_write_time(mark, fs::file_time_type::clock::now(), failure);
 }
 
 void LogIndex::Open() {
@@ -150,8 +186,9 @@ void LogIndex::Retire() {
   for (int each = 1; each <= number; ++each) {
     const std::string path =
         settings_.Folder + "/" + name + "." + std::to_string(each) + std::string(kSuffix);
-    for (const char* part : {"", "-wal", "-shm", "-journal"})
-      fs::remove(Utf8Path(path + part), ignored);
+    for (const std::string_view part : {"", "-wal", "-shm", "-journal", kMarkSuffix.data()}) {
+      fs::remove(Utf8Path(path + std::string(part)), ignored);
+    }
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "base/CodePage.h"
@@ -21,10 +22,17 @@ namespace logbook::insight {
 // A native path; empty if the environment names no such folder.
 std::string DefaultIndexFolder();
 
+// Whether a use of the index looks first at what has changed in the root.
+enum class IndexLook {
+  kAtFolders,
+  kNone  // not if it was brought up to date before, however long ago
+};
+
 struct IndexSettings {
   // Native path, made if it is missing; with an empty one the index is kept in memory alone.
   std::string Folder = DefaultIndexFolder();
   ProgressSink Progress = [](const UpdateProgress&) {};
+  IndexLook Look = IndexLook::kAtFolders;
   // Is told, as sentences for the user, what went wrong without harm to the result.
   std::function<void(const std::string&)> Warn = [](const std::string&) {};
 };
@@ -39,19 +47,26 @@ class LogIndex {
   LogIndex(const LogIndex&) = delete;
   LogIndex& operator=(const LogIndex&) = delete;
 
-  // Brings the index up to date, if that has not been done yet, and gives the answer. Raises
+  // Brings the index up to date, if that has not been done yet and is wanted, and gives the answer.
+  // Raises
   // kPathNotFound if the root cannot be found, kDeviceInputOutput if it cannot be read, and
   // IndexError if there is no room in memory either.
   FindResult Find(const FindRequest& request);
 
   // The native path of the root as it was opened, with no link in it.
   const std::string& Root() const { return root_; }
+  // After Find with IndexLook::kNone: the local time, "YYYY-MM-DD HH:MM:SS", at which the index was
+  // last brought up to date; nothing if the folders had to be looked at.
+  const std::optional<std::string>& AsOf() const { return as_of_; }
   // The native path of the index file in use; empty for one in memory.
   const std::string& File() const { return file_; }
 
  private:
   void Open();
   void Prepare();
+  // The empty file beside that of the index whose time is that of the last look.
+  std::string MarkFile() const;
+  void MarkLook() const;
   // Leaves the present file behind and goes on with the next one.
   void Retire();
   void Recover(const IndexError& error);
@@ -62,6 +77,7 @@ class LogIndex {
   IndexSettings settings_;
   std::string file_;
   bool in_memory_ = false;
+  std::optional<std::string> as_of_;
   std::unique_ptr<LogRootWalk> walk_;
   std::unique_ptr<IndexStore> store_;
 };

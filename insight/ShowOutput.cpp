@@ -11,6 +11,7 @@
 #include "insight/Csv.h"
 #include "insight/RowNames.h"
 #include "insight/TextTable.h"
+#include "insight/VisibleText.h"
 
 namespace logbook::insight {
 namespace {
@@ -115,7 +116,7 @@ std::string ShowText(const Catalogues& catalogues, const LogReading& reading,
     table.Add({"  " + NameOf(id), info.Label, ReadingOf(catalogues, id, value),
                value.State == ValueState::kOk ? info.Unit : ""});
   }
-  return HeadText(reading) + table.Text();
+  return VisibleText(HeadText(reading)) + table.Text();
 }
 
 std::string ShowJson(const Catalogues& catalogues, const LogReading& reading,

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "insight/VisibleText.h"
 #include "text/TextParts.h"
 
 namespace logbook::insight {
@@ -36,13 +37,14 @@ void TextTable::Add(std::vector<std::string> cells) {
     std::replace_if(
         cells[i].begin(), cells[i].end(),
         [](char each) { return each == '\n' || each == '\r' || each == '\t'; }, ' ');
+    cells[i] = VisibleText(cells[i]);
     columns_[i].width = std::max(columns_[i].width, Characters(cells[i]));
   }
   rows_.push_back(std::move(cells));
 }
 
-void TextTable::AddLine(std::string line) {
-  rows_.push_back({std::move(line)});
+void TextTable::AddLine(std::string_view line) {
+  rows_.push_back({VisibleText(line)});
 }
 
 std::string TextTable::Text() const {

@@ -22,11 +22,11 @@ class TextTable {
   explicit TextTable(const std::vector<std::string>& titles);
 
   // A row; cells beyond the titles are dropped, missing ones are empty. Line ends and tabs in a
-  // cell become blanks.
+  // cell become blanks; what else a terminal would obey is made visible (VisibleText.h).
   void Add(std::vector<std::string> cells);
 
   // A line of its own that no column follows, such as a heading.
-  void AddLine(std::string line);
+  void AddLine(std::string_view line);
 
   // All lines, each ended by a line feed and without blanks at its end.
   std::string Text() const;

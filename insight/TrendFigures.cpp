@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "insight/TrendTerminal.h"
+#include "insight/VisibleText.h"
 
 namespace logbook::insight {
 namespace {
@@ -140,7 +141,7 @@ std::string TrendFigures(const Trend& trend, const TerminalStyle& style) {
   if (trend.statistics.values > 0) AddControl(trend, style, lines);
   AddLimits(trend, style, lines);
   AddMarks(trend, lines);
-  return std::move(lines).Text();
+  return VisibleText(std::move(lines).Text());
 }
 
 }  // namespace logbook::insight

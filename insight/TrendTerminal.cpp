@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "insight/TrendTerminal.h"
+#include "insight/VisibleText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -261,7 +262,7 @@ class Chart {
 }  // namespace
 
 std::string TrendChart(const Trend& trend, const TerminalStyle& style) {
-  const std::string title = TitleOf(trend.series) + '\n';
+  const std::string title = VisibleText(TitleOf(trend.series)) + '\n';
   if (trend.value_points.empty()) return title + "no value\n";
   return title + Chart(trend, style).Draw();
 }

@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
+#include <tuple>
 
 #include "LogbookctlRun.h"
 #include "RandomLogs.h"
@@ -193,7 +194,7 @@ TEST_F(AnalysingVerbs, TrendTakesOnlyTheLogsOfAQuery) {
   ASSERT_EQ(trend.at("values").size(), 1U);
   EXPECT_EQ(trend.at("values").at(0).at("log"), folders_[2]);
   const Outcome wrong = OnRoot("trend", "Oxide --where 'after:'");
-  EXPECT_EQ(wrong.status, 1);
+  EXPECT_EQ(wrong.status, 2);
   EXPECT_NE(wrong.err.find('^'), std::string::npos) << "the place of the mistake";
 }
 
@@ -217,13 +218,13 @@ TEST_F(AnalysingVerbs, TrendPrintsTheLimitsWithTheVerdict) {
 }
 
 TEST_F(AnalysingVerbs, TrendTellsWhatItCannotDraw) {
-  for (const auto& [arguments, words] :
-       {std::pair("tune:62", "is a text"), std::pair("Oxyde", "perhaps Oxide"),
-        std::pair("Oxide --rules 0", "names no rules"),
-        std::pair("Oxide --mark 'Clean Spoons'", "Clean"),
-        std::pair("Oxide --limits /nowhere", "/nowhere")}) {
+  for (const auto& [arguments, status, words] :
+       {std::tuple("tune:62", 2, "is a text"), std::tuple("Oxyde", 2, "perhaps Oxide"),
+        std::tuple("Oxide --rules 0", 2, "names no rules"),
+        std::tuple("Oxide --mark 'Clean Spoons'", 2, "Clean"),
+        std::tuple("Oxide --limits /nowhere", 1, "/nowhere")}) {
     const Outcome outcome = OnRoot("trend", arguments);
-    EXPECT_EQ(outcome.status, 1) << arguments;
+    EXPECT_EQ(outcome.status, status) << arguments;
     EXPECT_EQ(outcome.out, "") << arguments;
     EXPECT_NE(outcome.err.find(words), std::string::npos) << outcome.err;
   }
@@ -292,7 +293,7 @@ TEST_F(AnalysingVerbs, DueReckonsForTheDayThatIsAsked) {
   EXPECT_EQ(item.at("due"), "2020-03-01");
   EXPECT_EQ(item.at("days_left"), 1);
   EXPECT_EQ(item.at("state"), "soon");
-  EXPECT_EQ(OnRoot("due", "--today 2020-02-30").status, 1);
+  EXPECT_EQ(OnRoot("due", "--today 2020-02-30").status, 2);
   const Outcome wrong = OnRoot("due", "--intervals " + Put("w.ini", "[Intervals]\nX=1\n"));
   EXPECT_EQ(wrong.status, 1);
   EXPECT_NE(wrong.err.find("w.ini:2: there is no item \"X\""), std::string::npos) << wrong.err;
@@ -368,6 +369,52 @@ TEST_F(AnalysingVerbs, ABaselineOutlivesItsLog) {
   EXPECT_EQ(Run("diff --baselines").out, "");
 }
 
+TEST_F(AnalysingVerbs, ADamagedBaselineIsNamedAndDoesNotHideTheOthers) {
+  for (const char* name : {"first", "second", "third"}) {
+    EXPECT_EQ(OnRoot("diff", folders_[0] + " --keep-baseline " + name).status, 0);
+  }
+  Put("config/quorex-logbook/baselines/second.json", "{\"version\": 1, \"root");
+  const Outcome outcome = Run("diff --baselines");
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_TRUE(outcome.out.starts_with("first\t")) << outcome.out;
+  EXPECT_NE(outcome.out.find("\nthird\t"), std::string::npos) << outcome.out;
+  EXPECT_NE(outcome.err.find("baseline \"second\" cannot be read: "), std::string::npos);
+  EXPECT_NE(outcome.err.find("damaged"), std::string::npos) << outcome.err;
+  EXPECT_EQ(outcome.err.find("json.exception"), std::string::npos) << outcome.err;
+}
+
+TEST_F(AnalysingVerbs, NoOutputGoesIntoALogOfAnyRoot) {
+  const std::string other = away_ + "/other/26010100";
+  fs::create_directories(other);
+  std::ofstream(other + "/LOGFILE.INI") << "[LogFile]\r\n";
+  const auto before = test::Everything(other);
+  for (const std::string& arguments :
+       {"export --format csv " + Quoted(other + "/e.csv"),
+        "trend Oxide --csv " + Quoted(other + "/t.csv"), "due --ics " + Quoted(other + "/d.ics"),
+        "diff " + folders_[0] + " " + folders_[1] + " --html " + Quoted(other + "/d.html")}) {
+    const Outcome outcome = Run(arguments + " --log-root " + Quoted(root_));
+    EXPECT_NE(outcome.status, 0) << arguments;
+    EXPECT_NE(outcome.err.find("lies among the logs"), std::string::npos) << outcome.err;
+  }
+  EXPECT_EQ(test::Everything(other), before);
+}
+
+TEST_F(AnalysingVerbs, NothingThatATerminalObeysComesOutOfALog) {
+  PutIntoLog(folders_[0], "comment.txt", "red \x1B[31m\x1B]0;title\x07 \x7F end\r\n");
+  const std::string pair = folders_[0] + " " + folders_[1];
+  for (const auto& [verb, arguments] : {std::pair<std::string, std::string>("find", "red"),
+                                        {"show", folders_[0]},
+                                        {"diff", pair}}) {
+    const std::string out = OnRoot(verb, arguments).out;
+    EXPECT_NE(out.find("red \\x1B[31m\\x1B]0;title\\x07 \\x7F end"), std::string::npos) << out;
+    EXPECT_EQ(out.find_first_of("\x1B\x07\x7F"), std::string::npos) << verb;
+  }
+  const json kept = json::parse(OnRoot("find", "red --json").out);
+  EXPECT_EQ(kept.at("logs").at(0).at("comment"), "red \x1B[31m\x1B]0;title\x07 \x7F end");
+  const Outcome told = OnRoot("show", "'no\x1B[2Jlog'");
+  EXPECT_EQ(told.err.find('\x1B'), std::string::npos) << told.err;
+}
+
 TEST_F(AnalysingVerbs, ExportWritesTheSameToAFileAndToStandardOutput) {
   for (const char* format : {"csv", "jsonl"}) {
     for (const char* shape : {"long", "wide"}) {
@@ -392,9 +439,9 @@ TEST_F(AnalysingVerbs, ExportTakesOnlyTheLogsOfAQuery) {
 TEST_F(AnalysingVerbs, AnExportThatFailsLeavesTheOlderFileAndNothingElse) {
   const std::string file = Put("e.csv", "an older file");
   EXPECT_EQ(OnRoot("export", "--format csv /nowhere/e.csv").status, 1);
-  EXPECT_EQ(OnRoot("export", "--format xlsx -").status, 1);
+  EXPECT_EQ(OnRoot("export", "--format xlsx -").status, 2);
   EXPECT_EQ(OnRoot("export", "--format sqlite " + Quoted(away_)).status, 1);
-  EXPECT_EQ(OnRoot("export", "--format csv --where 'after:' " + file).status, 1);
+  EXPECT_EQ(OnRoot("export", "--format csv --where 'after:' " + file).status, 2);
   EXPECT_EQ(OnRoot("export", "--format none " + file).status, 2);
   EXPECT_EQ(test::Read(File("e.csv")), "an older file");
   EXPECT_FALSE(fs::exists(File("e.csv.part~")));

@@ -65,7 +65,37 @@ TEST_F(FindingVerbs, LimitIsAtLeastOne) {
     const Outcome outcome = Find(std::string("--limit ") + wrong);
     EXPECT_EQ(outcome.status, 2) << wrong;
     EXPECT_EQ(outcome.out, "") << wrong;
+    EXPECT_NE(outcome.err.find("expected a whole number of 1 or more"), std::string::npos)
+        << outcome.err;
   }
+}
+
+TEST_F(FindingVerbs, AnOrderThatIsNoneIsToldWithWhatWasExpected) {
+  for (const char* key : {"date", "meter:0", "log"}) {
+    const Outcome outcome = Find(std::string("--sort ") + key + ":up");
+    EXPECT_EQ(outcome.status, 2) << key;
+    EXPECT_EQ(outcome.err, std::string("logbookctl: find: \"up\" is no order: expected \"") + key +
+                               ":asc\" or \"" + key + ":desc\"\n");
+  }
+}
+
+TEST_F(FindingVerbs, WithoutAScanTheIndexAnswersAsItStandsAndSaysSo) {
+  const Outcome first = Find("--no-scan --columns log");
+  EXPECT_NE(first.err.find("has no whole index yet"), std::string::npos) << first.err;
+  EXPECT_EQ(std::count(first.out.begin(), first.out.end(), '\n'), 6);
+  fs::remove_all(logs_.NativeRoot() + "/" + folders_[2]);
+  const Outcome behind = Find("--no-scan --columns log");
+  EXPECT_EQ(behind.out, first.out);
+  EXPECT_NE(behind.err.find(" as of 20"), std::string::npos) << behind.err;
+  EXPECT_NE(Find("--columns log").out, first.out);
+  const Outcome after = Find("--no-scan --columns log");
+  EXPECT_EQ(after.out.find(folders_[2]), std::string::npos);
+  EXPECT_EQ(after.status, 0);
+  // Without the file of the index there is nothing to answer from.
+  for (const auto& entry : fs::recursive_directory_iterator(scratch_.home() + "/cache")) {
+    if (entry.path().extension() == ".db") fs::remove(entry.path());
+  }
+  EXPECT_EQ(Find("--no-scan --columns log").out, after.out);
 }
 
 TEST_F(FindingVerbs, CsvHoldsNoFormulas) {
@@ -87,7 +117,7 @@ TEST_F(FindingVerbs, JsonHoldsValuesWithTheirStates) {
 
 TEST_F(FindingVerbs, WrongQueryIsMarkedAndLabelsAreOffered) {
   const Outcome outcome = Find("tune:Oxyde");
-  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.status, 2);
   EXPECT_EQ(outcome.out, "");
   EXPECT_NE(outcome.err.find("character 6: no label of catalogue tune begins with \"Oxyde\""),
             std::string::npos);

@@ -103,6 +103,25 @@ TEST_F(FrameTest, AnOutputThatFailsIsTrouble) {
             "logbookctl: print: standard output: run-time error 57: Device I/O error\n");
 }
 
+TEST_F(FrameTest, AHelpThatCannotBeWrittenIsTrouble) {
+  frame_.AddVerb("run", "", [](Call&) { return kSuccess; });
+  for (const char* option : {"--help", "--version"}) {
+    err_.str("");
+    out_.clear();
+    EXPECT_EQ(Run({option}), 0) << option;
+    out_.setstate(std::ios::badbit);
+    EXPECT_EQ(Run({option}), 1) << option;
+    EXPECT_EQ(err_.str(), "logbookctl: standard output: run-time error 57: Device I/O error\n");
+  }
+}
+
+TEST_F(FrameTest, WhatTheVerbAloneFindsWrongIsWrongUse) {
+  frame_.AddVerb(
+      "find", "", [](Call&) -> int { throw WrongUse("no such \x1B row"); }, 1);
+  EXPECT_EQ(Run({"find"}), 2);
+  EXPECT_EQ(err_.str(), "logbookctl: find: no such \\x1B row\n");
+}
+
 TEST_F(FrameTest, WhatABoxWouldShowIsToldWithTheSubject) {
   frame_.AddVerb("ask", "", [](Call& call) {
     call.subject += " one";

@@ -34,7 +34,7 @@ const std::string& Python() {
 }
 
 #define NEED_PYTHON() \
-  if (Python().empty()) GTEST_SKIP() << "the machine has no python3 with openpyxl"
+  if (Python().empty()) GTEST_FAIL() << "the machine has no python3-openpyxl; ./test installs it"
 
 // Runs a reader on a file; the reader leaves its result in `result`.
 json ReadBack(const std::string& scratch, const std::string& file, const std::string& reader) {

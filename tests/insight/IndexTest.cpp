@@ -79,7 +79,9 @@ class Cache {
   const std::string& Folder() const { return folder_; }
   std::vector<fs::path> Files() const {
     std::vector<fs::path> files;
-    for (const auto& entry : fs::directory_iterator(folder_)) files.push_back(entry.path());
+    for (const auto& entry : fs::directory_iterator(folder_)) {
+      if (!entry.path().string().ends_with("-looked")) files.push_back(entry.path());
+    }
     return files;
   }
 

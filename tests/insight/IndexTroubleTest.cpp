@@ -29,6 +29,15 @@ using test::RandomLogs;
 // More than a block of small logs.
 constexpr int kLogs = 300;
 
+// The write after this one that is tried: each, or a sample of them that grows thinner.
+int Next(int number) {
+#ifdef EVERY_POINT
+  return number + 1;
+#else
+  return number + 1 + number / 3;
+#endif
+}
+
 class IndexTrouble : public testing::Test {
  protected:
   IndexTrouble() {
@@ -85,7 +94,7 @@ class IndexTrouble : public testing::Test {
 
 TEST_F(IndexTrouble, KilledAtAnyWriteTheNextUseIsRight) {
   int kills = 0;
-  for (int number = 1;; number += 1 + number / 3) {
+  for (int number = 1;; number = Next(number)) {
     fs::remove_all(Settings().Folder);
     const int status = InChild([&] {
       const test::CountedWrites disk(number, test::AtWrite::kKill);

@@ -83,7 +83,7 @@ std::vector<DueItem> OddDays() {
 TEST(UpkeepCalendar, EventsAreWholeLocalDaysAcrossSummerTimeAndLeapDays) {
   const std::string calendar = UpdateCalendar("", kRoot, OddDays(), kFirst);
   ExpectGolden("due-odd-days.ics", calendar);
-  if (!HasReader()) GTEST_SKIP() << "the machine has no python3-icalendar";
+  if (!HasReader()) GTEST_FAIL() << "the machine has no python3-icalendar; ./test installs it";
   const json events = ReadBack(calendar);
   const std::vector<std::string> days = {"2026-03-29", "2026-03-30", "2026-10-25", "2026-10-26",
                                          "2028-02-29", "2028-03-01", "2029-02-28", "2028-02-29"};
@@ -110,7 +110,7 @@ TEST(UpkeepCalendar, ASecondWritingUpdatesAndNeverDoubles) {
   later[1] = Item(1, "2026-04-20", "2 days");
   const std::string second = UpdateCalendar(first, kRoot, later, kSecond);
   ExpectGolden("due-updated.ics", second);
-  if (!HasReader()) GTEST_SKIP() << "the machine has no python3-icalendar";
+  if (!HasReader()) GTEST_FAIL() << "the machine has no python3-icalendar; ./test installs it";
   const json events = ReadBack(second);
   ASSERT_EQ(events.size(), 8U);
   EXPECT_EQ(events[1]["UID"], ReadBack(first)[1]["UID"]);
@@ -121,7 +121,7 @@ TEST(UpkeepCalendar, ASecondWritingUpdatesAndNeverDoubles) {
 }
 
 TEST(UpkeepCalendar, AnItemThatIsNoLongerDueIsCancelledAndComesBack) {
-  if (!HasReader()) GTEST_SKIP() << "the machine has no python3-icalendar";
+  if (!HasReader()) GTEST_FAIL() << "the machine has no python3-icalendar; ./test installs it";
   const std::string first =
       UpdateCalendar("", kRoot, std::vector{Item(1, "2026-01-01", "30")}, kFirst);
   const std::string second = UpdateCalendar(first, kRoot, std::vector{WithoutDay(1)}, kSecond);
@@ -136,7 +136,7 @@ TEST(UpkeepCalendar, AnItemThatIsNoLongerDueIsCancelledAndComesBack) {
 }
 
 TEST(UpkeepCalendar, WhatElseTheCalendarHoldsStays) {
-  if (!HasReader()) GTEST_SKIP() << "the machine has no python3-icalendar";
+  if (!HasReader()) GTEST_FAIL() << "the machine has no python3-icalendar; ./test installs it";
   const std::string foreign =
       "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//other//EN\r\nX-WR-CALNAME:Lab\r\n"
       "BEGIN:VEVENT\r\nUID:party\r\nDTSTAMP:20250101T000000Z\r\nDTSTART;VALUE=DATE:20260501\r\n"
