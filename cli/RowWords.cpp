@@ -20,6 +20,9 @@ std::string Suggesting(const std::string& problem, const std::vector<std::string
 }
 
 std::vector<RowGroup> FindRowGroups(const Catalogues& catalogues, const std::string& typed) {
+  if (typed.empty()) {
+    throw WrongUse("a name is missing: expected a label, its beginning, or CATALOGUE:NUMBER");
+  }
   const insight::RowSearch found = insight::FindRow(catalogues, typed);
   if (found.Rows.empty()) throw WrongUse(Suggesting(found.Problem, found.Near));
   std::vector<RowGroup> groups;

@@ -70,6 +70,15 @@ TEST_F(FindingVerbs, LimitIsAtLeastOne) {
   }
 }
 
+TEST_F(FindingVerbs, AMissingNameIsToldWithWhatWasExpected) {
+  for (const char* arguments : {"--columns ''", "--columns date,,log", "--sort ''"}) {
+    const Outcome outcome = Find(arguments);
+    EXPECT_EQ(outcome.status, 2) << arguments;
+    EXPECT_NE(outcome.err.find("find: a name is missing: expected a label"), std::string::npos)
+        << outcome.err;
+  }
+}
+
 TEST_F(FindingVerbs, AnOrderThatIsNoneIsToldWithWhatWasExpected) {
   for (const char* key : {"date", "meter:0", "log"}) {
     const Outcome outcome = Find(std::string("--sort ") + key + ":up");
