@@ -10,6 +10,7 @@
 #include <iterator>
 
 #include "archive/Archive.h"
+#include "base/Utf8Path.h"
 #include "support/TestMachine.h"
 #include "support/TimeZone.h"
 
@@ -25,7 +26,7 @@ class ArchiveBytesTest : public testing::Test {
   // A file or folder that nobody has touched since a day in November.
   void Settle(const std::string& path, fs::perms rights) const {
     constexpr std::time_t kDay = 1794760170;  // 2026-11-15 16:29:30
-    fs::permissions(disk.Native(path), rights);
+    fs::permissions(Utf8Path(disk.Native(path)), rights);
     SetModified(disk.Native(path), kDay);
   }
   void PutLog(const std::string& folder) const {

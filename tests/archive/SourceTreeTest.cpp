@@ -39,7 +39,7 @@ TEST_F(SourceTreeTest, AFileIsReadAtItsPlace) {
   EXPECT_EQ(Read(tree, "sub/a.txt"), "a");
   EXPECT_EQ(Read(tree, "sub/none.txt"), "ENOENT");
   EXPECT_EQ(tree.PathOf("sub/a.txt"),
-            fs::canonical(disk.Native("C:\\log")).string() + "/sub/a.txt");
+            fs::canonical(disk.Native("C:\\log")).generic_string() + "/sub/a.txt");
 }
 
 TEST_F(SourceTreeTest, AFolderThatBecomesALinkAfterItWasListedLeadsNowhere) {

@@ -93,6 +93,7 @@ void RequireFolderItself(const std::string& native) {
 
 std::vector<FolderEntry> ScanFolder(const Machine& machine, std::string_view folder) {
   const std::string native = NativePath(machine, folder);
+  if (native.empty()) throw RunTimeError(ErrorNumber::kPathNotFound);
   struct Sorted {
     std::u16string upper;
     FolderEntry entry;
