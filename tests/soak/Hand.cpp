@@ -15,6 +15,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QThread>
 #include <QTimer>
 #include <cstdio>
 
@@ -85,6 +86,7 @@ void Hand::Press(const QString& button) {
     return;
   }
   Tell(QStringLiteral("pressed"));
+  for (int i = 0; i < wakes_; ++i) QThread::usleep(1);
   control->click();
   // What was deleted meanwhile is taken away at the next turn of the event loop.
   QTimer::singleShot(0, this, [] { Tell(QStringLiteral("done %1").arg(BytesInUse())); });
@@ -118,10 +120,7 @@ void Hand::Plant() {
   if (!qEnvironmentVariableIsSet("SOAK_PLANT")) return;
   new QByteArray(200'000, 'x');
   for (int i = 0; i < 4; ++i) open("/dev/null", O_RDONLY | O_CLOEXEC);
-  auto* const timer = new QTimer(this);
-  connect(timer, &QTimer::timeout, this, [] {});
-  interval_ /= 2;
-  timer->start(interval_);
+  wakes_ += 20;
 }
 
 class HandPlugin : public QGenericPlugin {

@@ -46,7 +46,7 @@ class Hand : public QObject {
   QSocketNotifier commands_;
   QByteArray read_;
   QString comment_;
-  int interval_ = 64;  // milliseconds between the wake-ups that are used up
+  int wakes_ = 0;  // that are used up at each command
 };
 
 }  // namespace logbook::soak
