@@ -232,7 +232,11 @@ def judge(samples):
         points = [(row["recordings"], row[figure]) for row in samples.rows
                   if row[figure] is not None]
         points = points[len(points) // 10:]
-        verdict = flat(points, each, in_all, surely=len(points) >= MANY)
+        many = len(points) >= MANY
+        # A wait that a busy machine makes longer has some more: two or three points do not show that.
+        if figure == "wakes" and not many:
+            in_all *= 10
+        verdict = flat(points, each, in_all, surely=many)
         print("%-26s %s" % (name, verdict.text))
         is_flat = is_flat and verdict.is_flat
     return is_flat
