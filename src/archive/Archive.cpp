@@ -33,6 +33,19 @@ void Fill(std::string& buffer, const std::string& text) {
   buffer.replace(0, count, text, 0, count);
 }
 
+// The code of the failure that is being handled, with its words in the buffer.
+std::int16_t CodeOfFailure(std::string& buffer) {
+  try {
+    throw;
+  } catch (const ZipFailure& failure) {
+    Fill(buffer, failure.reason);
+    return static_cast<std::int16_t>(failure.code);
+  } catch (const std::exception& error) {
+    Fill(buffer, error.what());
+    return static_cast<std::int16_t>(ZipResult::kFailed);
+  }
+}
+
 struct Options {
   bool add = false;
   bool recurse = false;
@@ -165,7 +178,7 @@ void ZipWriter::State::Drop() {
 void ZipWriter::State::CheckResult() {
   try {
     if (!in_parts) Open();
-  } catch (const ZipFailure&) {
+  } catch (...) {
     Drop();
     throw;
   }
@@ -208,12 +221,8 @@ std::int16_t ZipWriter::arZip(std::int32_t, std::string_view zip_file, std::stri
     if (state.target.empty()) state.Begin(target, wanted.add);
     state.Add(folder, wanted.recurse);
     return 0;
-  } catch (const ZipFailure& failure) {
-    Fill(result, failure.reason);
-    return static_cast<std::int16_t>(failure.code);
-  } catch (const std::exception& error) {
-    Fill(result, error.what());
-    return static_cast<std::int16_t>(ZipResult::kFailed);
+  } catch (...) {
+    return CodeOfFailure(result);
   }
 }
 
@@ -221,9 +230,8 @@ std::int16_t ZipWriter::Finish(std::string& result) {
   try {
     if (!state_->target.empty()) state_->Rename();
     return 0;
-  } catch (const ZipFailure& failure) {
-    Fill(result, failure.reason);
-    return static_cast<std::int16_t>(failure.code);
+  } catch (...) {
+    return CodeOfFailure(result);
   }
 }
 
