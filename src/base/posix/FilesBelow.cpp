@@ -100,8 +100,8 @@ struct FilesBelow::State {
     return error == 0 ? Found::kFile : Found::kUnclear;
   }
 
-  static bool IsSmallFile(const struct stat& status) {
-    return S_ISREG(status.st_mode) && status.st_size <= static_cast<off_t>(kMostBytes);
+  static bool IsSmallFile(mode_t mode, std::uint64_t size) {
+    return S_ISREG(mode) && size <= kMostBytes;
   }
 
   // The bytes of an open file; nothing on failure, or if it has grown too large meanwhile.
@@ -137,12 +137,16 @@ FileStamp FilesBelow::Stamp() const {
 }
 
 FilesBelow::Found FilesBelow::Look(std::string_view sub, std::string_view name, FileStamp& stamp) {
-  struct stat status = {};
+  // On a network drive the server is asked, as it is when a file is opened: what the system has
+  // kept of the file may be older than a change by another machine.
+  constexpr int kFlags = AT_SYMLINK_NOFOLLOW | AT_STATX_FORCE_SYNC;
+  struct statx status = {};
   const Found found = state_->Find(sub, name, [&](const char* path) -> Try {
-    return fstatat(state_->folder.Number(), path, &status, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
+    const int folder = state_->folder.Number();
+    return statx(folder, path, kFlags, STATX_BASIC_STATS, &status) == 0 ? 0 : errno;
   });
   if (found != Found::kFile) return found;
-  if (!State::IsSmallFile(status)) return Found::kUnclear;
+  if (!State::IsSmallFile(status.stx_mode, status.stx_size)) return Found::kUnclear;
   stamp = posix::StampFrom(status);
   return found;
 }
@@ -158,7 +162,9 @@ FilesBelow::Found FilesBelow::Read(std::string_view sub, std::string_view name, 
   });
   if (found != Found::kFile) return found;
   struct stat status = {};
-  if (fstat(file.Number(), &status) != 0 || !State::IsSmallFile(status)) return Found::kUnclear;
+  if (fstat(file.Number(), &status) != 0 ||
+      !State::IsSmallFile(status.st_mode, static_cast<std::uint64_t>(status.st_size)))
+    return Found::kUnclear;
   const auto read = state_->ReadAll(file, status.st_size);
   if (!read) return Found::kUnclear;
   stamp = posix::StampFrom(status);

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <memory>
 #include <utility>
@@ -161,13 +162,16 @@ std::string DrivesFolder(const Machine& machine) {
 // Most letters have no drive, and each look at one that has none is a reading of the folder.
 std::string DrivesIn(const std::string& folder) {
   const std::unique_ptr<DIR, int (*)(DIR*)> scan(opendir(folder.c_str()), closedir);
-  if (scan == nullptr) return "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+  constexpr const char* kAll = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+  if (scan == nullptr) return kAll;
   std::string letters;
+  errno = 0;
   while (const dirent* entry = readdir(scan.get())) {
     const std::string_view name = entry->d_name;
     if (name.size() == 1 && IsLetter(name[0])) letters += static_cast<char>(name[0] & ~0x20);
+    errno = 0;
   }
-  return letters;
+  return errno == 0 ? letters : kAll;
 }
 
 // True for the folder itself too.
