@@ -8,6 +8,7 @@
 #include "Verbs.h"
 #include "base/Files.h"
 #include "insight/CheckText.h"
+#include "insight/VisibleText.h"
 
 namespace logbook::cli {
 namespace {
@@ -34,7 +35,7 @@ int TellFindings(Call& call, const CheckRequest& request) {
   if (request.json) call.out << FindingsJson(roots);
   for (const insight::RootFindings& root : roots) {
     if (request.json) break;
-    if (roots.size() > 1) call.out << root.root << '\n';
+    if (roots.size() > 1) call.out << insight::VisibleName(root.root) << '\n';
     call.out << FindingsText(root);
   }
   return any ? kFindings : kSuccess;

@@ -93,7 +93,7 @@ Compared ReadCompared(Call& call, const Catalogues& catalogues, const DiffReques
   if (!request.baseline.empty()) compared.readings.push_back(Baselines().Find(request.baseline));
   for (const std::string& typed : request.logs) {
     const LogPlace place = FindLog(call, request.roots, typed);
-    compared.readings.push_back(ReadLogAt(call, catalogues, place));
+    compared.readings.push_back(ReadNamedLog(call, catalogues, place));
     compared.roots.push_back(place.root);
   }
   return compared;
@@ -103,7 +103,7 @@ int KeepBaseline(Call& call, const Catalogues& catalogues, const DiffRequest& re
   if (request.logs.size() != 1) throw UserError("--keep-baseline wants one LOG");
   const LogPlace place = FindLog(call, request.roots, request.logs.front());
   RefuseBelowRoots(call, insight::ConfigFolder(), {place.root});
-  Baselines().Keep(request.keep, ReadLogAt(call, catalogues, place));
+  Baselines().Keep(request.keep, ReadNamedLog(call, catalogues, place));
   return kSuccess;
 }
 
@@ -114,9 +114,8 @@ int ListBaselines(Call& call) {
     try {
       const LogReading reading = Baselines().Find(name);
       call.out << name << '\t'
-               << insight::VisibleText(reading.Identity.Root + '/' + reading.Identity.Folder +
-                                       '\t' + reading.Identity.Date)
-               << '\n';
+               << insight::VisibleName(reading.Identity.Root + '/' + reading.Identity.Folder)
+               << '\t' << insight::VisibleName(reading.Identity.Date) << '\n';
     } catch (const insight::BaselineError& error) {
       call.Tell("baseline \"" + name + "\" cannot be read: " + error.what() +
                 "; keep it anew, or forget it by --drop-baseline " + name);
@@ -140,9 +139,28 @@ void Print(Call& call, const Catalogues& catalogues, const DiffRequest& request,
   }
 }
 
+// What would otherwise be passed over in silence.
+void RefuseContradictions(const DiffRequest& request) {
+  const bool compares = !request.list && request.drop.empty() && request.keep.empty();
+  if (compares) {
+    if (request.json && request.html == "-") {
+      throw WrongUse("--json and --html - are two documents on standard output");
+    }
+    return;
+  }
+  if (request.keep.empty() && !request.logs.empty()) {
+    throw WrongUse("--baselines and --drop-baseline take no LOG");
+  }
+  if (request.json || !request.html.empty() || !request.tolerance.empty() ||
+      !request.tolerances.empty()) {
+    throw WrongUse("the options of a comparison do not go with the keeping of baselines");
+  }
+}
+
 int TellDifferences(Call& call, const DiffRequest& request) {
   Catalogues catalogues;
   FillCatalogues(catalogues);
+  RefuseContradictions(request);
   if (request.list) return ListBaselines(call);
   if (!request.drop.empty()) {
     Baselines().Drop(request.drop);
@@ -166,16 +184,26 @@ int TellDifferences(Call& call, const DiffRequest& request) {
 }
 
 void AddBaselineOptions(CLI::App& verb, DiffRequest& request) {
-  verb.add_option("--baseline", request.baseline, "Compare with the baseline of this name")
-      ->type_name("NAME");
+  const CLI::Validator name(
+      [](const std::string& typed) {
+        return insight::IsBaselineName(typed) ? "" : "\"" + typed + "\" is no name for a baseline";
+      },
+      "");
+  auto* baseline =
+      verb.add_option("--baseline", request.baseline, "Compare with the baseline of this name")
+          ->type_name("NAME")
+          ->check(name);
   auto* keep =
       verb.add_option("--keep-baseline", request.keep, "Keep the log as the baseline of this name")
-          ->type_name("NAME");
-  auto* drop =
-      verb.add_option("--drop-baseline", request.drop, "Forget a baseline")->type_name("NAME");
+          ->type_name("NAME")
+          ->check(name);
+  auto* drop = verb.add_option("--drop-baseline", request.drop, "Forget a baseline")
+                   ->type_name("NAME")
+                   ->check(name);
   auto* list = verb.add_flag("--baselines", request.list, "List the baselines");
   keep->excludes(drop)->excludes(list);
   drop->excludes(list);
+  baseline->excludes(keep)->excludes(drop)->excludes(list);
 }
 
 }  // namespace

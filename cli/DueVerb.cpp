@@ -12,6 +12,7 @@
 #include "insight/Collectors.h"
 #include "insight/UpkeepCalendar.h"
 #include "insight/UpkeepText.h"
+#include "insight/VisibleText.h"
 
 namespace logbook::cli {
 namespace {
@@ -71,7 +72,7 @@ int TellDue(Call& call, const DueRequest& request) {
     call.out << DueJson(reports);
   } else if (request.calendar != "-") {
     for (const DueReport& report : reports) {
-      if (reports.size() > 1) call.out << report.root << '\n';
+      if (reports.size() > 1) call.out << insight::VisibleName(report.root) << '\n';
       call.out << DueTable(report);
     }
   }

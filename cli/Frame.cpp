@@ -21,9 +21,9 @@ namespace {
 constexpr const char* kProgram = "logbookctl";
 
 std::string Line(const std::string& subject, const std::string& words) {
-  return insight::VisibleText(std::string(kProgram) + ": " +
-                              (subject.empty() ? "" : subject + ": ") + words) +
-         '\n';
+  return std::string(kProgram) + ": " +
+         (subject.empty() ? "" : insight::VisibleName(subject) + ": ") +
+         insight::VisibleText(words) + '\n';
 }
 
 std::string WordsFor(const RunTimeError& error) {

@@ -108,6 +108,31 @@ LogPlace FindLog(Call& call, const LogRootOptions& options, const std::string& a
   return {absolute.parent_path().generic_string(), absolute.filename().string()};
 }
 
+std::vector<std::string> UsualRoots(const Call& call) {
+  std::vector<std::string> roots;
+  const std::string named = EnvironmentText("LOGBOOK_ROOT");
+  const std::string demo = EnvironmentText("LOGBOOK_DEMO");
+  for (const std::string& root :
+       {named.empty() ? named : Trimmed(NativeOf(call, named)),
+        NativePath(call.machine, kWorkstationRoot),
+        demo.empty() ? demo : Trimmed(NativeOf(call, demo + kDemonstrationRoot))}) {
+    if (!root.empty() && IsFolder(call, root)) roots.push_back(root);
+  }
+  return roots;
+}
+
+insight::LogReading ReadNamedLog(const Call& call, const Catalogues& catalogues,
+                                 const LogPlace& place) {
+  const insight::LogFiles files =
+      insight::LoadLogFiles(call.machine, PathText(place.root), place.folder);
+  const std::string path = place.root + "/" + place.folder;
+  std::error_code error;
+  const std::filesystem::directory_iterator opened(Utf8Path(path), error);
+  if (error) throw UserError("\"" + path + "\" cannot be opened; see to its owner and rights");
+  if (!insight::HoldsLog(files)) throw UserError("\"" + path + "\" holds no file of a log");
+  return ReadLog(*call.machine.code_page, catalogues, files);
+}
+
 insight::LogReading ReadLogAt(const Call& call, const Catalogues& catalogues,
                               const LogPlace& place) {
   return ReadLog(*call.machine.code_page, catalogues,
@@ -123,6 +148,7 @@ insight::LocalDay TodayOf(const std::string& typed) {
 
 insight::IndexSettings IndexSettingsFor(const Call& call) {
   insight::IndexSettings settings;
+  settings.GuardedRoots = UsualRoots(call);
   settings.Warn = [&call](const std::string& words) { call.Tell(words); };
   if (!ErrorsGoToTerminal()) return settings;
   const auto pace = std::make_shared<insight::ProgressPace>();

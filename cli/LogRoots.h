@@ -43,6 +43,15 @@ LogPlace FindLog(Call& call, const LogRootOptions& options, const std::string& t
 insight::LogReading ReadLogAt(const Call& call, const Catalogues& catalogues,
                               const LogPlace& place);
 
+// The same for a log that the user named. Raises UserError for a folder that cannot be opened or
+// holds no file of a log.
+insight::LogReading ReadNamedLog(const Call& call, const Catalogues& catalogues,
+                                 const LogPlace& place);
+
+// The roots that are used unless others are named, as far as they are there: nothing is written
+// into them either.
+std::vector<std::string> UsualRoots(const Call& call);
+
 // How an index is used from here: what goes wrong without harm is told on standard error.
 insight::IndexSettings IndexSettingsFor(const Call& call);
 

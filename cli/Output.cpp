@@ -57,7 +57,9 @@ void RefuseBelowRoots(const Call& call, const std::string& typed,
                       const std::vector<std::string>& roots) {
   if (typed == "-") return;
   const fs::path path = Real(NativePath(call.machine, TypedPathText(typed)));
-  for (const std::string& root : roots) {
+  std::vector<std::string> guarded = UsualRoots(call);
+  guarded.insert(guarded.end(), roots.begin(), roots.end());
+  for (const std::string& root : guarded) {
     if (LiesBelow(path, Real(root))) RefuseAmongLogs(typed);
   }
   if (IsLogFolder(call, path.parent_path())) RefuseAmongLogs(typed);

@@ -13,7 +13,8 @@
 
 namespace logbook::cli {
 
-// Raises UserError if the file (as typed) lies below one of the roots (native paths) or in the
+// Raises UserError if the file (as typed) lies below one of the roots (native paths), one of those
+// that are used unless others are named, or in the
 // folder of any other log, also by way of links: nothing there is ever changed.
 void RefuseBelowRoots(const Call& call, const std::string& typed,
                       const std::vector<std::string>& roots);

@@ -35,7 +35,7 @@ int PrintLog(Call& call, const ShowOptions& options) {
   FillCatalogues(catalogues);
   const std::vector<insight::RowId> rows = RowsOf(catalogues, options.rows);
   const LogPlace place = FindLog(call, options.roots, options.log);
-  const insight::LogReading reading = ReadLogAt(call, catalogues, place);
+  const insight::LogReading reading = ReadNamedLog(call, catalogues, place);
   call.out << (options.json ? ShowJson(catalogues, reading, rows)
                             : ShowText(catalogues, reading, rows));
   return kSuccess;

@@ -66,9 +66,17 @@ void ReadLimits(Call& call, const TrendRequest& request, Plan& plan) {
   plan.limits.resize(plan.groups.size());
   const std::string file = SettingsFileOr(call, request.limits, "limits.ini");
   if (file.empty()) return;
+  std::vector<insight::RowId> named_before;
   for (const insight::RowLimits& row : insight::ParseLimits(file, ReadSettingsFile(call, file))) {
     const std::vector<insight::RowId> ids =
         FindSettingsRows(plan.catalogues, file, row.line, row.row);
+    for (const insight::RowId& id : ids) {
+      const auto& before = named_before;
+      if (std::find(before.begin(), before.end(), id) != before.end()) {
+        throw insight::SettingsError(file, row.line, "the row has limits already");
+      }
+    }
+    named_before.insert(named_before.end(), ids.begin(), ids.end());
     for (std::size_t i = 0; i < plan.groups.size(); ++i) {
       const bool named = std::any_of(ids.begin(), ids.end(), [&](const insight::RowId& id) {
         return std::find(plan.groups[i].begin(), plan.groups[i].end(), id) != plan.groups[i].end();
@@ -134,7 +142,15 @@ void PrintCharts(Call& call, const TrendRequest& request, const std::vector<Tren
   }
 }
 
+// One document goes to standard output.
+void RefuseTwoDocuments(const TrendRequest& request) {
+  const auto count = static_cast<int>(request.json) + static_cast<int>(request.svg == "-") +
+                     static_cast<int>(request.html == "-") + static_cast<int>(request.csv == "-");
+  if (count > 1) throw WrongUse("two documents are asked of standard output");
+}
+
 int TellTrend(Call& call, const TrendRequest& request) {
+  RefuseTwoDocuments(request);
   const std::shared_ptr<const Plan> plan = MakePlan(call, request);
   const std::vector<std::string> roots = FindLogRoots(call, request.roots);
   std::vector<Trend> trends;

@@ -8,6 +8,7 @@
 #include <map>
 
 #include "base/TemporaryName.h"
+#include "base/UpperCase.h"
 #include "base/Utf8.h"
 #include "insight/Collectors.h"
 #include "snapshot/BitWords.h"
@@ -100,6 +101,9 @@ class LogCheck {
   }
 
   void CheckDescriptor() {
+    // What cannot be read says nothing; that is a finding of its own.
+    const LogFile* descriptor = files_.Find("logfile.ini");
+    if (descriptor != nullptr && descriptor->What != LogFile::Kind::kFile) return;
     if (!reading_.HasTicks) Add("unfinished");
     if (reading_.Identity.Date.empty()) {
       Add("date-missing");
@@ -192,7 +196,13 @@ void CheckDates(const RootFacts& facts, std::vector<Finding>& findings) {
 
 void CheckLength(const RootFacts& facts, LocalDay today, std::vector<Finding>& findings) {
   const auto count = static_cast<int>(facts.logs.size());
-  if (count >= kListRows) {
+  if (count == kListRows) {
+    findings.push_back(
+        {"list-overflow", "",
+         std::to_string(count) + " logs: full today, the next one will not be shown"});
+    return;
+  }
+  if (count > kListRows) {
     findings.push_back({"list-full", "",
                         std::to_string(count) + " logs, " + std::to_string(count - kListRows) +
                             " of them not shown"});
@@ -239,7 +249,7 @@ std::vector<Finding> CheckRoot(const RootFacts& facts, LocalDay today) {
   CheckLength(facts, today, findings);
   CheckDates(facts, findings);
   for (const std::string& file : facts.files) {
-    if (file.ends_with(".qkvzip")) findings.push_back({"package-left", "", file});
+    if (EndsInIgnoringCase(file, ".qkvzip")) findings.push_back({"package-left", "", file});
   }
   for (const std::string& name : facts.staged) {
     if (IsOldStaging(name, today)) findings.push_back({"staging-left", "", name});

@@ -66,6 +66,12 @@ std::vector<Finding> CheckLogRoot(const Machine& machine, const Catalogues& cata
   }
   for (const std::string& folder : ScanLogRoot(machine, root)) {
     const LogFiles files = LoadLogFiles(machine, root, folder);
+    std::error_code closed;
+    if (fs::directory_iterator(Utf8Path(files.Root + "/" + folder), closed); closed) {
+      facts.logs.push_back({folder, std::nullopt});
+      of_logs.push_back({"file-unreadable", folder, "the folder itself"});
+      continue;
+    }
     const LogReading reading = ReadLog(*machine.code_page, catalogues, files);
     facts.logs.push_back({folder, reading.Date});
     const std::vector<Finding> found =

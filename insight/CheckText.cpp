@@ -13,8 +13,9 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 std::string Line(const Finding& finding) {
-  std::string line = "  " + (finding.log.empty() ? std::string("log root") : finding.log);
-  if (!finding.detail.empty()) line += ": " + finding.detail;
+  std::string line =
+      "  " + (finding.log.empty() ? std::string("log root") : VisibleName(finding.log));
+  if (!finding.detail.empty()) line += ": " + VisibleName(finding.detail);
   return line + '\n';
 }
 
@@ -32,7 +33,7 @@ std::string FindingsText(const RootFindings& findings) {
     text += std::string(kind.code) + ": " + std::string(kind.meaning) + "; " +
             std::string(kind.action) + ".\n" + lines;
   }
-  return VisibleText(text);
+  return text;
 }
 
 std::string FindingsJson(const std::vector<RootFindings>& roots) {

@@ -7,6 +7,8 @@
 #include <charconv>
 #include <utility>
 
+#include "base/Utf8.h"
+
 namespace logbook::insight {
 
 std::string Neutralised(std::string_view text) {
@@ -23,7 +25,24 @@ std::string ExactNumber(double value) {
   return {buffer.data(), end.ptr};
 }
 
-CsvLine& CsvLine::Add(std::string_view field) {
+namespace {
+
+// The text with U+FFFD for each byte that is no UTF-8.
+std::string WholeUtf8(std::string_view text) {
+  std::string whole;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t begin = at;
+    const bool sound = NextCharacter(text, at) != kNotUtf8;
+    whole += sound ? text.substr(begin, at - begin) : std::string_view("\xEF\xBF\xBD");
+  }
+  return whole;
+}
+
+}  // namespace
+
+CsvLine& CsvLine::Add(std::string_view any) {
+  const std::string whole = IsAscii(any) ? std::string() : WholeUtf8(any);
+  const std::string_view field = IsAscii(any) ? any : std::string_view(whole);
   if (!empty_) line_ += ',';
   empty_ = false;
   if (field.find_first_of(",\"\r\n") == std::string_view::npos) {

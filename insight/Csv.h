@@ -21,6 +21,7 @@ std::string ExactNumber(double value);
 // One line, field by field.
 class CsvLine {
  public:
+  // Bytes that are no UTF-8 become U+FFFD, as in JSON.
   CsvLine& Add(std::string_view field);
   // A field for text from outside: made harmless first.
   CsvLine& AddText(std::string_view text) { return Add(Neutralised(text)); }

@@ -16,10 +16,11 @@ namespace {
 constexpr std::string_view kNoDifference = "no difference";
 
 void AddHead(std::string_view name, const LogHead& head, std::string& text) {
-  text += std::string(name) + "  " + WordsOf(head) + "\n     ticks: " + TickWords(head) + "\n";
+  text += std::string(name) + "  " + VisibleName(WordsOf(head)) +
+          "\n     ticks: " + TickWords(head) + "\n";
   if (head.comment.empty()) return;
   text += "     comment: ";
-  for (const char each : head.comment) {
+  for (const char each : VisibleText(head.comment)) {
     text += each;
     if (each == '\n') text += "              ";
   }
@@ -83,7 +84,6 @@ std::string DifferenceText(const Catalogues& catalogues, const LogDifference& di
   std::string text;
   AddHead("old", difference.left, text);
   AddHead("new", difference.right, text);
-  text = VisibleText(text);
   if (!difference.Different()) return text.append(kNoDifference) + '\n';
   TextTable table({"", "", "", ">", ">"});
   if (!difference.options.empty()) table.AddLine("Options");

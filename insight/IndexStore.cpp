@@ -16,7 +16,7 @@ namespace logbook::insight {
 namespace {
 
 // Raised with every change of the tables or of what lies in them.
-constexpr int kVersion = 2;
+constexpr int kVersion = 3;
 constexpr int kPatience = 60'000;  // milliseconds to wait for another writer
 constexpr std::int64_t kColumns = 1024;
 constexpr std::size_t kMostTexts = 4096;

@@ -16,6 +16,11 @@ namespace {
 constexpr auto kViewerFiles = std::to_array<std::string_view>(
     {"analog.rpt", "meter.rpt", "Sys.rpt", "bitout.rpt", "bitin.rpt", "mainte.rpt", "tune.bin"});
 
+constexpr auto kLogNames = std::to_array<std::string_view>(
+    {"logfile.ini", "comment.txt", "auser.txt", "aall.txt", "sys.txt", "bout.txt", "bin.txt",
+     "sensevar.mac", "senseva2.mac", "othervar.mac", "otherva2.mac", "resovar.mac", "paramvar.mac",
+     "acqlog.txt", "sequence.log", "chnseq.log", "errlog.txt", "ceerrlog.txt", "tune.rpt"});
+
 // A mixing of words of eight bytes, in the order of their bytes whatever the machine.
 class Mixer {
  public:
@@ -88,6 +93,11 @@ const LogFile* LogFiles::Find(std::string_view name) const {
     if (found == nullptr && EqualIgnoringCase(file.Name, name)) found = &file;
   }
   return found;
+}
+
+bool HoldsLog(const LogFiles& files) {
+  return std::any_of(kLogNames.begin(), kLogNames.end(),
+                     [&](std::string_view name) { return files.Find(name) != nullptr; });
 }
 
 bool IsWrittenByViewer(std::string_view name) {

@@ -38,6 +38,9 @@ struct LogFiles {
   const LogFile* Find(std::string_view name) const;
 };
 
+// True if any of the files is one that a log consists of, whatever becomes of reading it.
+bool HoldsLog(const LogFiles& files);
+
 // True for the files that the viewer writes anew when a report is shown: *.rpt of its reports and
 // tune.bin. They say nothing of the log.
 bool IsWrittenByViewer(std::string_view name);

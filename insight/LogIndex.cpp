@@ -111,7 +111,10 @@ LogIndex::LogIndex(const CodePage& code_page, const Catalogues& catalogues,
       catalogues_(catalogues),
       root_(Canonical(native_root)),
       settings_(std::move(settings)) {
-  in_memory_ = settings_.Folder.empty() || LiesIn(root_, Canonical(settings_.Folder));
+  const std::string folder = Canonical(settings_.Folder);
+  const auto holds = [&](const std::string& root) { return LiesIn(Canonical(root), folder); };
+  in_memory_ = settings_.Folder.empty() || LiesIn(root_, folder) ||
+               std::any_of(settings_.GuardedRoots.begin(), settings_.GuardedRoots.end(), holds);
   if (!in_memory_) return;
   settings_.Warn(settings_.Folder.empty()
                      ? "the environment names no folder for the cache, so no index is kept"

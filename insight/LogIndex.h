@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/CodePage.h"
 #include "insight/IndexSearch.h"
@@ -32,6 +33,8 @@ struct IndexSettings {
   // Native path, made if it is missing; with an empty one the index is kept in memory alone.
   std::string Folder = DefaultIndexFolder();
   ProgressSink Progress = [](const UpdateProgress&) {};
+  // No index is kept below them, nor below the root itself; native paths.
+  std::vector<std::string> GuardedRoots;
   IndexLook Look = IndexLook::kAtFolders;
   // Is told, as sentences for the user, what went wrong without harm to the result.
   std::function<void(const std::string&)> Warn = [](const std::string&) {};

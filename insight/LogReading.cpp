@@ -143,7 +143,9 @@ LogReading LogReader::Read(const LogFiles& files) const {
   ReadDescriptor(machine, BytesOf(files, "logfile.ini"), reading);
   ReadComment(code_page_, files, reading);
   for (const LogFile& file : files.Files) {
-    if (file.What == LogFile::Kind::kRefused) reading.RefusedFiles.push_back(file.Name);
+    // A descriptor that leads nowhere hides all that it said.
+    const bool lost = file.What == LogFile::Kind::kNothing && &file == files.Find("logfile.ini");
+    if (lost || file.What == LogFile::Kind::kRefused) reading.RefusedFiles.push_back(file.Name);
   }
   reading.Values = ReadRows({code_page_, catalogues_, reading.Options,
                              gates_->Of(catalogues_, reading.Options), files, macros_});

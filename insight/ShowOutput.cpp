@@ -63,17 +63,18 @@ std::string CommentText(const LogReading& reading) {
     text += byte;
     if (byte == '\n') text += "          ";
   }
-  return text.empty() ? "none" : text;
+  return text.empty() ? "none" : VisibleText(text);
 }
 
 std::string HeadText(const LogReading& reading) {
-  std::string text =
-      "Log:      " + reading.Identity.Folder + "\nRoot:     " + reading.Identity.Root +
-      "\nDate:     " + reading.Identity.Date + (reading.Automatic ? "\nRecord:   automatic" : "") +
-      "\nOptions:  " + OptionsText(reading) + "\nTicks:    " + TicksText(reading) +
-      "\nComment:  " + CommentText(reading) + "\n";
+  std::string text = "Log:      " + VisibleName(reading.Identity.Folder) +
+                     "\nRoot:     " + VisibleName(reading.Identity.Root) +
+                     "\nDate:     " + VisibleName(reading.Identity.Date) +
+                     (reading.Automatic ? "\nRecord:   automatic" : "") +
+                     "\nOptions:  " + OptionsText(reading) + "\nTicks:    " + TicksText(reading) +
+                     "\nComment:  " + CommentText(reading) + "\n";
   for (const std::string& name : reading.RefusedFiles) {
-    text += "Cannot be opened: " + name + "\n";
+    text += "Cannot be opened: " + VisibleName(name) + "\n";
   }
   return text;
 }
@@ -116,7 +117,7 @@ std::string ShowText(const Catalogues& catalogues, const LogReading& reading,
     table.Add({"  " + NameOf(id), info.Label, ReadingOf(catalogues, id, value),
                value.State == ValueState::kOk ? info.Unit : ""});
   }
-  return VisibleText(HeadText(reading)) + table.Text();
+  return HeadText(reading) + table.Text();
 }
 
 std::string ShowJson(const Catalogues& catalogues, const LogReading& reading,

@@ -64,8 +64,9 @@ void AddHits(const Trend& trend, const TerminalStyle& style, Lines& lines) {
   const auto& hits = trend.control->hits;
   for (std::size_t i = 0; i < hits.size(); ++i) {
     const SeriesPoint& point = trend.series.points[trend.value_points[hits[i].value]];
-    std::string text = TimeText(point.when) + ' ' + point.log + ' ' + Number(*point.value) + ": " +
-                       "rule " + std::to_string(static_cast<int>(hits[i].rule)) + ", " +
+    std::string text = TimeText(point.when) + ' ' + VisibleName(point.log) + ' ' +
+                       Number(*point.value) + ": " + "rule " +
+                       std::to_string(static_cast<int>(hits[i].rule)) + ", " +
                        std::string(RuleText(hits[i].rule));
     if (style.color) text = "\x1B[1;31m" + text + "\x1B[0m";
     lines.Add("", text);
@@ -115,14 +116,14 @@ void AddLimits(const Trend& trend, const TerminalStyle& style, Lines& lines) {
   const Verdict verdict = JudgeValue(limits, *last->value);
   std::string word(VerdictText(verdict));
   if (style.color && verdict != Verdict::kWithin) word = "\x1B[1;31m" + word + "\x1B[0m";
-  lines.Add("last",
-            Number(*last->value) + " at " + TimeText(last->when) + ' ' + last->log + ": " + word);
+  lines.Add("last", Number(*last->value) + " at " + TimeText(last->when) + ' ' +
+                        VisibleName(last->log) + ": " + word);
 }
 
 void AddMarks(const Trend& trend, Lines& lines) {
   for (const MarkChange& change : trend.changes) {
     const MaintenanceMark& mark = trend.series.marks[change.mark];
-    std::string text = TimeText(mark.when) + ' ' + mark.log + ' ' + MarkText(mark);
+    std::string text = TimeText(mark.when) + ' ' + VisibleName(mark.log) + ' ' + MarkText(mark);
     if (change.difference) {
       text += ": median " + Number(*change.before) + " -> " + Number(*change.after) + " (" +
               SignedNumber(*change.difference, 5);
@@ -141,7 +142,7 @@ std::string TrendFigures(const Trend& trend, const TerminalStyle& style) {
   if (trend.statistics.values > 0) AddControl(trend, style, lines);
   AddLimits(trend, style, lines);
   AddMarks(trend, lines);
-  return VisibleText(std::move(lines).Text());
+  return std::move(lines).Text();
 }
 
 }  // namespace logbook::insight

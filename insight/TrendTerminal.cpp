@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: MIT
 
 #include "insight/TrendTerminal.h"
-#include "insight/VisibleText.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
+
+#include "insight/VisibleText.h"
 
 namespace logbook::insight {
 namespace {
@@ -262,7 +263,7 @@ class Chart {
 }  // namespace
 
 std::string TrendChart(const Trend& trend, const TerminalStyle& style) {
-  const std::string title = VisibleText(TitleOf(trend.series)) + '\n';
+  const std::string title = VisibleName(TitleOf(trend.series)) + '\n';
   if (trend.value_points.empty()) return title + "no value\n";
   return title + Chart(trend, style).Draw();
 }

@@ -13,8 +13,7 @@ namespace logbook::insight {
 namespace {
 
 bool IsControl(char32_t character) {
-  const bool harmless = character == '\n' || character == '\t';
-  return (character < 0x20 && !harmless) || (character >= 0x7F && character < 0xA0);
+  return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
 // Marks, embeddings, overrides and isolates of the direction of writing.
@@ -30,9 +29,8 @@ std::string Code(const char* picture, char32_t value) {
   return code.data();
 }
 
-}  // namespace
-
-std::string VisibleText(std::string_view text) {
+// All but the characters of `kept`.
+std::string Visible(std::string_view text, std::string_view kept) {
   std::string visible;
   visible.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
@@ -40,7 +38,7 @@ std::string VisibleText(std::string_view text) {
     const char32_t character = NextCharacter(text, at);
     if (character == kNotUtf8) {
       visible += Code("\\x%02X", static_cast<unsigned char>(text[begin]));
-    } else if (IsControl(character)) {
+    } else if (IsControl(character) && kept.find(text[begin]) == std::string_view::npos) {
       visible += Code(character < 0x80 ? "\\x%02X" : "\\u%04X", character);
     } else if (TurnsDirection(character)) {
       visible += Code("\\u%04X", character);
@@ -49,6 +47,16 @@ std::string VisibleText(std::string_view text) {
     }
   }
   return visible;
+}
+
+}  // namespace
+
+std::string VisibleText(std::string_view text) {
+  return Visible(text, "\n\t");
+}
+
+std::string VisibleName(std::string_view name) {
+  return Visible(name, "");
 }
 
 }  // namespace logbook::insight

@@ -16,4 +16,7 @@ namespace logbook::insight {
 // "\xFF". All else, a backslash too, stays as it is.
 std::string VisibleText(std::string_view text);
 
+// The same of a name or another text that has to stay in its line: line feed and tab too.
+std::string VisibleName(std::string_view name);
+
 }  // namespace logbook::insight

@@ -113,8 +113,9 @@ LogFile LoadFile(int folder, const char* name, struct stat& status) {
   const Descriptor descriptor(viewed ? -1 : openat(folder, name, posix::kOpenForReading));
   const bool known = descriptor.IsOpen() ? fstat(descriptor.Number(), &status) == 0
                                          : fstatat(folder, name, &status, 0) == 0;
+  const bool refused = !known && errno == EACCES;
   if (!known) status = {};
-  file.What = known ? KindOf(status) : LogFile::Kind::kNothing;
+  file.What = known ? KindOf(status) : refused ? LogFile::Kind::kRefused : LogFile::Kind::kNothing;
   file.Size = file.What == LogFile::Kind::kFile ? static_cast<std::uint64_t>(status.st_size) : 0;
   if (file.What != LogFile::Kind::kFile || viewed) return file;
   try {

@@ -415,6 +415,78 @@ TEST_F(AnalysingVerbs, NothingThatATerminalObeysComesOutOfALog) {
   EXPECT_EQ(told.err.find('\x1B'), std::string::npos) << told.err;
 }
 
+TEST_F(AnalysingVerbs, NoOutputGoesBelowTheUsualRootsEither) {
+  const test::TestMachine other;
+  const std::string named = other.home() + "/logs/26010100";
+  fs::create_directories(named);
+  const std::string variables = "LOGBOOK_ROOT=" + Quoted(other.home() + "/logs");
+  // The root of the call is neither that of the variable nor that of the workstation.
+  const std::string call = " --log-root " + Quoted(File("elsewhere"));
+  fs::create_directories(File("elsewhere"));
+  for (const std::string& target :
+       {other.home() + "/logs/e.csv", named + "/e.csv", root_ + "/e.csv"}) {
+    const Outcome outcome = Run("export --format csv " + Quoted(target) + call, variables);
+    EXPECT_NE(outcome.status, 0) << target;
+    EXPECT_FALSE(fs::exists(target)) << target;
+  }
+  const Outcome found =
+      Run("find" + call, "XDG_CACHE_HOME=" + Quoted(other.home() + "/logs") + " " + variables);
+  EXPECT_NE(found.err.find("the cache lies among the logs"), std::string::npos) << found.err;
+  EXPECT_FALSE(fs::exists(other.home() + "/logs/quorex-logbook"));
+}
+
+TEST_F(AnalysingVerbs, WhatCannotBothBeDoneIsRefused) {
+  const std::string pair = folders_[0] + " " + folders_[1] + " ";
+  EXPECT_EQ(OnRoot("diff", folders_[0] + " --keep-baseline works").status, 0);
+  for (const auto& [verb, arguments] : std::vector<std::pair<std::string, std::string>>{
+           {"diff", pair + "--json --html -"},
+           {"diff", folders_[0] + " --keep-baseline a --baseline works"},
+           {"diff", folders_[0] + " --keep-baseline ''"},
+           {"diff", folders_[0] + " --baselines"},
+           {"diff", folders_[0] + " --drop-baseline works"},
+           {"diff", "--baselines --json"},
+           {"trend", "Oxide --json --csv -"},
+           {"trend", "Oxide --svg - --html -"}}) {
+    const Outcome outcome = OnRoot(verb, arguments);
+    EXPECT_EQ(outcome.status, 2) << arguments;
+    EXPECT_EQ(outcome.out, "") << arguments;
+  }
+  EXPECT_TRUE(Run("diff --baselines").out.starts_with("works\t"));
+}
+
+TEST_F(AnalysingVerbs, ARowHasLimitsOnce) {
+  const std::string file = Put("l.ini",
+                               "[tune:63]\nReference=1\nAction=1\n"
+                               "[Oxide]\nReference=2\nAction=1\n");
+  const Outcome outcome = OnRoot("trend", "Oxide --limits " + file);
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_NE(outcome.err.find("l.ini:4: the row has limits already"), std::string::npos)
+      << outcome.err;
+}
+
+TEST_F(AnalysingVerbs, AFolderThatIsNoLogIsToldAsThat) {
+  fs::create_directories(File("nothing"));
+  for (const std::string& arguments :
+       {"show " + Quoted(File("nothing")),
+        "diff " + Quoted(File("nothing")) + " " + Quoted(root_ + "/" + folders_[0])}) {
+    const Outcome outcome = Run(arguments);
+    EXPECT_NE(outcome.status, 0) << arguments;
+    EXPECT_NE(outcome.err.find("holds no file of a log"), std::string::npos) << outcome.err;
+  }
+}
+
+TEST_F(AnalysingVerbs, ANameWithALineEndForgesNoLine) {
+  const std::string forged = "26\nlog root: sound";
+  fs::copy(root_ + "/" + folders_[0], root_ + "/" + forged);
+  for (const std::string& verb :
+       {std::string("check"), std::string("find --columns log"), "show '" + forged + "'",
+        "diff " + folders_[0] + " '" + forged + "'"}) {
+    const std::string out = Run(verb + " --log-root " + Quoted(root_)).out;
+    EXPECT_NE(out.find("log root: sound"), std::string::npos) << verb;
+    EXPECT_EQ(out.find("\nlog root: sound"), std::string::npos) << out;
+  }
+}
+
 TEST_F(AnalysingVerbs, ExportWritesTheSameToAFileAndToStandardOutput) {
   for (const char* format : {"csv", "jsonl"}) {
     for (const char* shape : {"long", "wide"}) {

@@ -92,6 +92,7 @@ def chart_is_as_wide_as_the_terminal_and_in_colour(place):
         longest = max(len(line) for line in chart)
         expect(columns - 3 <= longest <= columns, "%d columns: %d" % (columns, longest))
         expect("\x1b[1;31m" in shown, "no colour")
+        expect("\\x1B" not in shown, "colour as text")
         expect("┤" in shown and "●" in shown, "no chart")
 
 

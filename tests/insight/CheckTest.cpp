@@ -183,7 +183,9 @@ TEST(Check, AListThatIsFullOrSoonWillBeIsTold) {
   EXPECT_TRUE(CheckRoot(RootWith(200, today - std::chrono::days(90)), today).empty())
       << "nothing has been recorded of late";
   const auto full = CheckRoot(RootWith(256, today), today);
-  EXPECT_EQ(full.at(0).code, "list-full");
+  EXPECT_EQ(full.at(0).code, "list-overflow");
+  EXPECT_EQ(full.at(0).detail, "256 logs: full today, the next one will not be shown");
+  EXPECT_EQ(CheckRoot(RootWith(257, today), today).at(0).code, "list-full");
   EXPECT_EQ(CheckRoot(RootWith(300, today), today).at(0).detail, "300 logs, 44 of them not shown");
 }
 

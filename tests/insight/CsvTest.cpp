@@ -38,5 +38,9 @@ TEST(Csv, ANumberReadsBackAsTheSame) {
   EXPECT_EQ(ExactNumber(700), "700");
 }
 
+TEST(Csv, BytesThatAreNoUtf8AreReplaced) {
+  EXPECT_EQ(CsvLine().Add("a\xFF\xC3z").Add("\u00E4").Take(), "a\uFFFD\uFFFDz,\u00E4\r\n");
+}
+
 }  // namespace
 }  // namespace logbook::insight

@@ -29,6 +29,10 @@ TEST(VisibleText, AllElseStays) {
   EXPECT_EQ(VisibleText(text), text);
 }
 
+TEST(VisibleText, ANameStaysInItsLine) {
+  EXPECT_EQ(VisibleName("a\nlog root: all is well\t\x1B"), "a\\x0Alog root: all is well\\x09\\x1B");
+}
+
 TEST(VisibleText, ATableIsAsWideAsWhatItShows) {
   TextTable table({"A", "B"});
   table.Add({"\x1B", "x"});
