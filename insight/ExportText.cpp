@@ -62,7 +62,7 @@ class CsvExporter : public TextExporter {
     rows_.ForEach(reading, [&](const ExportCell& cell) {
       if (WithRoot()) line.AddText(reading.Identity.Root);
       line.AddText(reading.Identity.Folder).AddText(date).Add(cell.catalogue);
-      line.Add(std::to_string(cell.row)).Add(cell.label).Add(cell.unit).Add(cell.section);
+      line.Add(std::to_string(cell.row)).AddText(cell.label).Add(cell.unit).Add(cell.section);
       line.Add(cell.value ? ExactNumber(*cell.value) : "");
       cell.foreign ? line.AddText(cell.text) : line.Add(cell.text);
       lines += line.Add(cell.state).Take();

@@ -162,7 +162,7 @@ std::string FindTable(const FindAnswer& answer, const Catalogues& catalogues) {
 
 std::string FindCsv(const FindAnswer& answer, const Catalogues& catalogues) {
   CsvLine line;
-  for (const FindColumn& column : answer.Columns) line.Add(TitleOf(answer, catalogues, column));
+  for (const FindColumn& column : answer.Columns) line.AddText(TitleOf(answer, catalogues, column));
   std::string text = line.Take();
   for (const FindAnswer::Entry& entry : answer.Logs) {
     for (const FindColumn& column : answer.Columns) {

@@ -144,7 +144,7 @@ void AddPoint(const Trend& trend, std::size_t index, CsvLine& line) {
     rules += (rules.empty() ? "" : ";") + std::to_string(static_cast<int>(rule));
   }
   line.AddText(point.log).Add(TimeText(point.when)).Add(series.catalogue);
-  line.Add(std::to_string(series.row)).Add(series.label).Add(series.unit);
+  line.Add(std::to_string(series.row)).AddText(series.label).Add(series.unit);
   line.Add(point.value ? ExactNumber(*point.value) : "").Add(point.text).Add(point.state);
   line.Add(rules).Add(MarksAt(series, point.when, point.log));
 }

@@ -70,6 +70,12 @@ TEST_F(FindingVerbs, LimitIsAtLeastOne) {
   }
 }
 
+TEST_F(FindingVerbs, ALabelIsNoFormulaInCsvEither) {
+  EXPECT_TRUE(Find("--csv --columns analog:22").out.starts_with("'+5V(Press gauge) (V)\r\n"));
+  const Outcome trend = Run("trend analog:22 --csv - --log-root " + Quoted(logs_.NativeRoot()));
+  EXPECT_NE(trend.out.find(",analog,22,'+5V(Press gauge),V,"), std::string::npos) << trend.err;
+}
+
 TEST_F(FindingVerbs, AMissingNameIsToldWithWhatWasExpected) {
   for (const char* arguments : {"--columns ''", "--columns date,,log", "--sort ''"}) {
     const Outcome outcome = Find(arguments);

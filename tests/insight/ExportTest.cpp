@@ -130,7 +130,7 @@ TEST(Export, CsvLongReadsBackAsTheReadings) {
       const json expected = ExpectedLong(reading, id);
       ASSERT_EQ(row["catalogue"], InfoOf(id.Which).Name);
       ASSERT_EQ(row["row"], std::to_string(id.Row));
-      EXPECT_EQ(row["label"], info.Label);
+      EXPECT_EQ(row["label"], Shown(info.Label));
       EXPECT_EQ(row["unit"], info.Unit);
       EXPECT_EQ(row["section"], info.Section);
       EXPECT_EQ(row["state"], expected[2]);
