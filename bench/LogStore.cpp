@@ -30,9 +30,11 @@ constexpr const char* kLogfileIni =
     "AFC=1\r\nSC=1\r\nOPGS=1\r\nPMP2=0\r\nCOLOPGS=1\r\n[Maintenance]\r\n"
     "Item0=1\r\nItem1=0\r\nItem2=1\r\n";
 
-std::string Numbers(int count) {
+// Another log has other digits behind the point.
+std::string Numbers(int count, int log) {
   std::string text;
-  for (int i = 0; i < count; ++i) text += std::to_string(i) + "." + std::to_string(i % 7) + "\r\n";
+  for (int i = 0; i < count; ++i)
+    text += std::to_string(i) + "." + std::to_string((i + log) % 7) + "\r\n";
   return text;
 }
 
@@ -98,15 +100,15 @@ void LogStore::MakeLog(int log) const {
   const fs::path folder = LogFolder(log);
   Write(folder / "logfile.ini", kLogfileIni);
   Write(folder / "comment.txt", "Cones were cleaned and the torch was changed.\r\n\r\n");
-  Write(folder / "auser.txt", Numbers(kMeterRowCount));
-  Write(folder / "aall.txt", Numbers(kAnalogRowCount));
+  Write(folder / "auser.txt", Numbers(kMeterRowCount, log));
+  Write(folder / "aall.txt", Numbers(kAnalogRowCount, log));
   Write(folder / "SENSEVAR.MAC", Macro("sensevar.mac"));
   Write(folder / "PARAMVAR.MAC", Macro("paramvar.mac"));
   Write(folder / "OTHERVAR.MAC", Macro("othervar.mac"));
   Write(folder / "RESOVAR.MAC", Macro("resovar.mac"));
-  Write(folder / "sys.txt", Numbers(kSysRowCount));
-  Write(folder / "bin.txt", Numbers(16));
-  Write(folder / "bout.txt", Numbers(16));
+  Write(folder / "sys.txt", Numbers(kSysRowCount, log));
+  Write(folder / "bin.txt", Numbers(16, log));
+  Write(folder / "bout.txt", Numbers(16, log));
   Write(folder / "tune.rpt", std::string(8000, 'x'));
 }
 

@@ -21,7 +21,8 @@ class LogStore {
   explicit LogStore(const std::string& home);
 
   // Makes home, logs and logbook.ini. The files get the time stamps of yesterday, for a store is
-  // older than what looks at it.
+  // older than what looks at it. Two logs whose numbers are seven apart have the same values,
+  // others differ in each row of their files of numbers.
   void Make(int logs) const;
 
   // The state of a run over this store, before its first rebuild.

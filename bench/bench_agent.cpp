@@ -9,8 +9,11 @@
 //   bench_agent requests HOME URL        prints the agent's requests for that outbox for "curl -K"
 //   bench_agent handle HOME URL          makes them with one handle
 //   bench_agent serve                    a WebDAV server in memory; prints its address
-//   bench_agent expect URL FILES         fails unless the server holds so many files below this
-//                                        address, and no half one
+//   bench_agent expect URL PACKAGES UNKNOWN
+//                                        fails unless the server holds the files of so many
+//                                        packages below this address, no half one, and has had the
+//                                        requests for them there: of each kind as many as they
+//                                        need, no other, and so many without the password
 
 #include <arpa/inet.h>
 #include <curl/curl.h>
@@ -26,6 +29,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <map>
 #include <stdexcept>
 #include <unordered_map>
 #include <vector>
@@ -185,7 +189,16 @@ std::size_t Keep(char* bytes, std::size_t size, std::size_t count, void* text) {
   return size * count;
 }
 
-bool ServerHolds(const std::string& url, const std::string& files) {
+// What the server tells of packages that have arrived (Server::CountBelow): for each a folder, and
+// for each of its three files a look, the sending, another look and the renaming.
+std::string CountsOf(int packages, int unknown) {
+  const int files = 3 * packages;
+  return std::to_string(files) + " 0" + (unknown > 0 ? " 401=" + std::to_string(unknown) : "") +
+         " GET=" + std::to_string(2 * files) + " MKCOL=" + std::to_string(packages) +
+         " MOVE=" + std::to_string(files) + " PUT=" + std::to_string(files);
+}
+
+bool ServerHolds(const std::string& url, const std::string& wanted) {
   CURL* const curl = curl_easy_init();
   std::string counted;
   curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
@@ -196,8 +209,8 @@ bool ServerHolds(const std::string& url, const std::string& files) {
   curl_easy_setopt(curl, CURLOPT_WRITEDATA, &counted);
   const bool answered = curl_easy_perform(curl) == CURLE_OK;
   curl_easy_cleanup(curl);
-  if (answered && counted == files + " 0") return true;
-  std::cerr << "bench_agent: the server holds \"" << counted << "\" files, not " << files << "\n";
+  if (answered && counted == wanted) return true;
+  std::cerr << "bench_agent: the server has \"" << counted << "\", not \"" << wanted << "\"\n";
   return false;
 }
 
@@ -252,21 +265,32 @@ class Server {
   static std::string Whole(const std::string& body) {
     return "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
   }
-  // "WHOLE HALF": how many files with an end and without one.
+  // The first folder of a path: each side of a comparison has one of its own.
+  static std::string TopOf(const std::string& path) {
+    return path.substr(0, path.find('/', 1) + 1);
+  }
+  // "WHOLE HALF METHOD=REQUESTS...": how many files with an end and without one, and the requests
+  // by method; those without the password under "401".
   std::string CountBelow(const std::string& folder) const {
     std::size_t whole = 0, half = 0;
     for (const auto& [path, bytes] : files_) {
       if (!path.starts_with(folder)) continue;
       ++(path.ends_with(".part") || bytes.empty() ? half : whole);
     }
-    return std::to_string(whole) + " " + std::to_string(half);
+    std::string counts = std::to_string(whole) + " " + std::to_string(half);
+    const auto requests = requests_.find(TopOf(folder));
+    if (requests == requests_.end()) return counts;
+    for (const auto& [method, number] : requests->second)
+      counts += " " + method + "=" + std::to_string(number);
+    return counts;
   }
   std::string AnswerTo(const std::string& head, const std::string& body) {
-    if (Line(head, "Authorization") != std::string("Basic ") + kLogOn)
-      return Status("401 Unauthorized", "WWW-Authenticate: Basic realm=\"bench\"\r\n");
     const std::size_t blank = head.find(' ');
     const std::string method = head.substr(0, blank);
     const std::string path = head.substr(blank + 1, head.find(' ', blank + 1) - blank - 1);
+    const bool is_known = Line(head, "Authorization") == std::string("Basic ") + kLogOn;
+    if (method != "COUNT") ++requests_[TopOf(path)][is_known ? method : "401"];
+    if (!is_known) return Status("401 Unauthorized", "WWW-Authenticate: Basic realm=\"bench\"\r\n");
     if (method == "MKCOL") return Status("201 Created");
     if (method == "PUT") {
       files_[path] = body;
@@ -288,6 +312,7 @@ class Server {
   int socket_ = -1;
   std::string bytes_;
   std::unordered_map<std::string, std::string> files_;
+  std::map<std::string, std::map<std::string, int>> requests_;  // by top folder and method
 };
 
 int RunServer() {
@@ -314,7 +339,8 @@ int RunServer() {
 int main(int argc, char** argv) {
   const std::string job = argc > 1 ? argv[1] : "";
   if (job == "serve") return RunServer();
-  if (job == "expect" && argc == 4) return ServerHolds(argv[2], argv[3]) ? 0 : 1;
+  if (job == "expect" && argc == 5)
+    return ServerHolds(argv[2], CountsOf(std::atoi(argv[3]), std::atoi(argv[4]))) ? 0 : 1;
   if (job == "make" && argc == 5) {
     Make(argv[2], argv[3], std::atoi(argv[4]));
   } else if (job == "requests" && argc == 4) {
@@ -325,7 +351,7 @@ int main(int argc, char** argv) {
     DeliverAll(handle, argv[2]);
   } else {
     std::cerr << "usage: bench_agent make HOME URL PACKAGES | requests|handle HOME URL | serve "
-                 "| expect URL FILES\n";
+                 "| expect URL PACKAGES UNKNOWN\n";
     return 2;
   }
   return 0;

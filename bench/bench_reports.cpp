@@ -9,8 +9,8 @@
 //                               reports.tunebin (the same of tune.bin alone). The store is one that
 //                               bench_list has made.
 //
-//   bench_reports HOME same     all of the first log once, whatever is there: for counting system
-//                               calls from outside
+//   bench_reports HOME once     all of the first log once, whatever is there, and nothing else: for
+//                               counting instructions and system calls from outside
 //
 // Each time it is looked at whether the files are there with their text, and whether those with the
 // same bytes were left alone.
@@ -98,11 +98,11 @@ void Round(const LogStore& store, int log) {
 
 int main(int argc, char** argv) {
   if (argc != 3) {
-    std::cerr << "usage: bench_reports HOME ROUNDS|same\n";
+    std::cerr << "usage: bench_reports HOME ROUNDS|once\n";
     return 2;
   }
   const LogStore store(argv[1]);
-  if (std::strcmp(argv[2], "same") == 0) {
+  if (std::strcmp(argv[2], "once") == 0) {
     WriteAllReports(store, LogStore::LogFolderText(0));
     return 0;
   }

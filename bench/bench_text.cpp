@@ -6,8 +6,9 @@
 //   bench_text HOME make MEGABYTES   makes C:\chnseq.log in this home
 //   bench_text HOME first            the wall time until the first text is in the pane (text.first)
 //   bench_text HOME all              the memory taken when all of it is, in bytes a byte of the
-//   file
-//                                    (text.memory)
+//                                    file (text.memory)
+//
+// Each time it is looked at whether the pane holds the log's own text, as much as was to be shown.
 
 #include <QApplication>
 #include <QPlainTextEdit>
@@ -67,8 +68,28 @@ class Viewer {
     while (!view_.ReportRest.AtEnd()) Append(view_.ReportRest.Take(kSlice));
   }
 
+  // That the pane holds the first lines of the log, and no others.
+  void ExpectFirst(const std::string& home) const {
+    const QString shown = pane_.toPlainText();
+    std::ifstream file(NativeLog(home), std::ios::binary);
+    std::string begin(view_.ReportText.size(), 0);
+    file.read(begin.data(), static_cast<std::streamsize>(begin.size()));
+    Expect(begin.size() >= kLeastFirst && file, "the first text");
+    Expect(shown == QString::fromStdString(begin).remove(QLatin1Char('\r')), "the log's own text");
+  }
+  // That all lines are there with all their characters; a line end is one in the pane.
+  void ExpectAll(const std::string& home) const {
+    std::ifstream file(NativeLog(home), std::ios::binary);
+    long long lines = 0, characters = 0;
+    for (std::string line; std::getline(file, line); ++lines)
+      characters += static_cast<long long>(line.size());
+    Expect(pane_.document()->blockCount() == lines + 1, "all lines");
+    Expect(pane_.document()->characterCount() - 1 == characters, "all characters");
+  }
+
  private:
   static constexpr std::size_t kSlice = 128 * 1024;
+  static constexpr std::size_t kLeastFirst = 10000;  // more than a pane shows at once
 
   void Append(const std::string& text) {
     QTextCursor end(pane_.document());
@@ -88,6 +109,7 @@ void First(const std::string& home) {
   const double start = WallSeconds();
   viewer.ShowFirst();
   Report("text.first", WallSeconds() - start);
+  viewer.ExpectFirst(home);
 }
 
 void All(const std::string& home) {
@@ -97,6 +119,7 @@ void All(const std::string& home) {
   viewer.ShowRest();
   const auto size = static_cast<double>(std::filesystem::file_size(NativeLog(home)));
   Report("text.memory", (PeakBytes() - before) / size);
+  viewer.ExpectAll(home);
 }
 
 }  // namespace

@@ -153,6 +153,13 @@ class Workplace:
         return self.once(home, lambda: (self.run(self.program("bench_list"), home, "make", logs),
                                         home)[1])
 
+    @staticmethod
+    def remove_list(home):
+        """Takes listlog.csv away, so that the next rebuild of the list writes it."""
+        path = os.path.join(home, "drives/c/QUOREX/inst1/maintain/listlog.csv")
+        with contextlib.suppress(FileNotFoundError):
+            os.remove(path)
+
     def expect_list(self, logs):
         """Raises unless the list beside the logs of the store has a line for each."""
         path = os.path.join(self.store(logs), "drives/c/QUOREX/inst1/maintain/listlog.csv")

@@ -2,12 +2,13 @@
 # SPDX-FileCopyrightText: The Maintenance LogBook authors
 # SPDX-License-Identifier: MIT
 """bench/run fails where it should: its verdict, its status, its table and its JSON, over figures
-that measure nothing.
+that measure nothing; and so does the check of the paper beside it.
 
     VerdictTest.py TOP CASE    TOP is the project's folder; CASE is the name of a rule below
 """
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -33,6 +34,15 @@ def run(*measures, options=(), more=""):
             [sys.executable, str(top / "bench/run"), "--programs", folder, "--figures",
              str(figures), "--json", str(out), *options], capture_output=True, text=True, check=False)
         return result.returncode, json.loads(out.read_text())["figures"], result.stdout
+
+
+def paper():
+    """The module of the paper, and that of the figures' verdicts."""
+    sys.path.insert(0, str(pathlib.Path(sys.argv[1], "bench")))
+    sys.dont_write_bytecode = True
+    import paper as module
+    import verdict
+    return module, verdict
 
 
 def value(number):
@@ -73,6 +83,35 @@ class Verdict:
     def ARatioIsThatOfTheMedians():
         status, rows, _ = run("lambda place: ratio([9, 3, 2], [2, 1, 70])")
         expect((status, rows[0]["value"], rows[0]["subject"], rows[0]["base"]), (0, 1.5, 3, 2))
+
+    @staticmethod
+    def APaperWithAVerdictThatIsNotThatOfTheValueIsRefused():
+        module, verdict = paper()
+        figures = [verdict.Figure("a", "title", "x", 4, None),
+                   verdict.Figure("t", "told", "ms", None, None)]
+        for cell, is_right in (
+                ("4 x", True), ("3.24 x", True), ("0 x", True), ("4.25 x", False),
+                ("4.25 x, missed by less than a tenth", True), ("4.25 x, **missed**", False),
+                ("4.5 x, **missed**", True), ("4.5 x, missed by less than a tenth", False),
+                ("4.5 x", False), ("3.9 x, **missed**", False), ("not measured", True), ("", False),
+                # 4.001, as it is written
+                ("4 x, missed by less than a tenth", True)):
+            text = "| `a` | title | | %s | 4 x | |\n| `t` | told | | 99 ms | - | |\n" % cell
+            found = module.findings(re.sub(r"\| +\|", "|  |", text), figures)
+            expect((cell, not found), (cell, is_right))
+
+    @staticmethod
+    def ARunIsToldAsOneIfAllButTheLongFiguresAreOfIt():
+        module, verdict = paper()
+        figures = [verdict.Figure(name, name, "x", 4, None, is_long=name == "long")
+                   for name in ("a", "b", "long")]
+        run = {"processors": 2, "minutes": 3.5, "load_before": 0.1, "load_after": 1}
+        rows = [verdict.Row(figure, verdict.Measured(1)) for figure in figures]
+        told = {count: module.run_text(rows[:count], run, figures) for count in (1, 2, 3)}
+        expect([told[count].startswith("Measured in one run") for count in told],
+               [False, True, True])
+        expect(["`long`" in told[count] for count in told], [False, True, False])
+        expect(["3.5 minutes" in told[count] for count in told], [False, True, True])
 
     @staticmethod
     def AFigureWithoutATargetIsToldAndNotJudged():
