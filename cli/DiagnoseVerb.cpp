@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -160,6 +161,41 @@ std::vector<std::string> RootsFor(Call& call, const LogRootOptions& options, std
   }
 }
 
+// Letters of a folder name, for the question where one ends.
+bool IsInName(char byte) {
+  return static_cast<unsigned char>(byte) >= 0x80 ||
+         std::isalnum(static_cast<unsigned char>(byte)) != 0 ||
+         std::string_view("_-.").find(byte) != std::string_view::npos;
+}
+
+// The text with ~ for a folder. Only whole names count: with /home/ann, /home/anna stays.
+std::string WithTilde(const std::string& text, const std::string& folder) {
+  std::string told;
+  std::size_t from = 0;
+  for (std::size_t at = 0; (at = text.find(folder, from)) != std::string::npos;) {
+    const std::size_t behind = at + folder.size();
+    const bool is_whole = behind == text.size() || !IsInName(text[behind]);
+    told.append(text, from, at - from).append(is_whole ? "~" : folder);
+    from = behind;
+  }
+  return told.append(text, from);
+}
+
+// The user's folder mostly has the user's name, so that no spelling of it stands in the text.
+std::string WithoutUserFolder(std::string text) {
+  const std::string folder = UserFolder();
+  if (folder.empty()) return text;
+  std::error_code missing;
+  const std::string real = fs::canonical(Utf8Path(folder), missing).generic_string();
+  for (std::string each : {folder, missing ? folder : real}) {
+    if (each == "/") continue;
+    text = WithTilde(text, each);
+    std::ranges::replace(each, '/', '\\');
+    text = WithTilde(text, each);
+  }
+  return text;
+}
+
 int Diagnose(Call& call, const DiagnoseRequest& request) {
   std::string text = "Maintenance LogBook, state of " + ClockText() + "\n";
   AddPrograms(text, request.application);
@@ -169,7 +205,7 @@ int Diagnose(Call& call, const DiagnoseRequest& request) {
   AddUpload(text, call.machine, request.application);
   const std::vector<std::string> roots = RootsFor(call, request.roots, text);
   for (const std::string& root : roots) AddRoot(text, call, root);
-  WriteOutput(call, request.file, text, roots);
+  WriteOutput(call, request.file, WithoutUserFolder(text), roots);
   return kSuccess;
 }
 

@@ -14,6 +14,10 @@ namespace logbook::cli {
 // nothing.
 std::vector<std::pair<std::string, std::string>> SystemFacts();
 
+// The folder of the user, a native path with slashes and none at its end; empty if the system names
+// none.
+std::string UserFolder();
+
 // The time of the clock as YYYY-MM-DD HH:MM:SS and the distance from UTC.
 std::string ClockText();
 

@@ -59,6 +59,12 @@ std::vector<std::pair<std::string, std::string>> SystemFacts() {
   return facts;
 }
 
+std::string UserFolder() {
+  std::string folder = EnvironmentText("HOME");
+  while (folder.ends_with('/')) folder.pop_back();
+  return folder;
+}
+
 std::string ClockText() {
   const std::time_t now = std::time(nullptr);
   std::tm local{};

@@ -3,6 +3,7 @@
 
 #include "SystemFacts.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 
@@ -42,6 +43,13 @@ std::vector<std::pair<std::string, std::string>> SystemFacts() {
        {"QT_QPA_PLATFORM", "QT_SCALE_FACTOR", "LOGBOOK_HOME", "LOGBOOK_ROOT", "LOGBOOK_DEMO"})
     facts.emplace_back(name, EnvironmentText(name));
   return facts;
+}
+
+std::string UserFolder() {
+  std::string folder = EnvironmentText("USERPROFILE");
+  std::replace(folder.begin(), folder.end(), '\\', '/');
+  while (folder.ends_with('/')) folder.pop_back();
+  return folder;
 }
 
 std::string ClockText() {

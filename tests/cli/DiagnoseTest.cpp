@@ -74,6 +74,28 @@ TEST_F(Diagnose, HoldsNoPasswordAndNothingThatStandsInALog) {
   }
 }
 
+// Where nothing names a home it lies below the user's folder, which bears the user's name.
+TEST_F(Diagnose, WritesATildeForTheUsersFolder) {
+  const std::string user = scratch_.home() + "/users/meyer";
+  const std::string home = user + "/.local/share/quorex-logbook";
+  const std::string neighbour = user + "a/maintain";
+  fs::create_directories(neighbour);
+  fs::create_directories(fs::path(home).parent_path());
+  fs::copy(home_, home, fs::copy_options::recursive);
+  fs::create_directories(home + "/drives");
+  fs::create_directory_symlink(user + "/papers", home + "/drives/p");
+  const Outcome told = test::RunLogbookctl(
+      "", "diagnose --app " + Quoted(user + "/programs") + " --log-root " + Quoted(neighbour),
+      "HOME=" + Quoted(user + "/") + " XDG_DATA_HOME=");
+  EXPECT_EQ(told.status, 0) << told.err;
+  EXPECT_THAT(
+      told.out,
+      AllOf(HasSubstr("Folder: ~/.local/share/quorex-logbook\n"), HasSubstr("Folder: ~/programs\n"),
+            HasSubstr("Drive p: a link to ~/papers\n"), HasSubstr("Logs in " + neighbour + "\n")));
+  EXPECT_THAT(told.out, Not(HasSubstr("meyer/")));
+  EXPECT_THAT(told.out, Not(HasSubstr("meyer\\")));
+}
+
 TEST_F(Diagnose, CountsWhatIsWrongWithTheLogs) {
   fs::remove(fs::directory_iterator(logs_.NativeRoot())->path() / "comment.txt");
   const std::string told = OnRoot().out;
