@@ -1,0 +1,140 @@
+# SPDX-FileCopyrightText: The Maintenance LogBook authors
+# SPDX-License-Identifier: MIT
+
+# What belongs to the package and can be judged without making it. The argument RULE names one.
+#   PackagingTest.py SOURCES BUILD RULE
+
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import xml.etree.ElementTree as xml
+
+SOURCES, BUILD, RULE = sys.argv[1:4]
+SKIPPED = 77
+
+
+def text(*path):
+    with open(os.path.join(SOURCES, *path), encoding="utf-8") as file:
+        return file.read()
+
+
+def check(arguments, **variables):
+    with tempfile.TemporaryDirectory() as work:
+        return subprocess.run([os.path.join(SOURCES, "packaging/check"), *arguments], text=True,
+                              env={**os.environ, "WORK": work, **variables}, capture_output=True)
+
+
+def demand(what, findings):
+    if findings:
+        sys.exit(f"{what}: {findings}")
+
+
+# The names of packages in a list of dependencies; what the builder fills in is left out.
+def names(dependencies):
+    each = (entry.split("(")[0].strip() for entry in dependencies.split(","))
+    return sorted(entry for entry in each if entry and not entry.startswith("${"))
+
+
+def field_of_control(name):
+    return names(re.search(rf"^{name}:((?:.*\n)(?: .*\n)*)", text("debian/control").split(
+        "\nPackage:")[1], re.MULTILINE).group(1))
+
+
+def fields_of_cpack():
+    script = os.path.join(SOURCES, "packaging/CMakeLists.txt")
+    lines = [line for line in open(script, encoding="utf-8")]
+    start = next(at for at, line in enumerate(lines) if "CPACK_GENERATOR" in line)
+    wanted = [line for line in lines[start:] if "include(CPack)" not in line]
+    with tempfile.TemporaryDirectory() as folder:
+        asked = os.path.join(folder, "fields.cmake")
+        with open(asked, "w", encoding="utf-8") as file:
+            file.write("".join(wanted))
+            for field in ("DEPENDS", "RECOMMENDS", "SUGGESTS"):
+                file.write(f'message("{field}=${{CPACK_DEBIAN_PACKAGE_{field}}}")\n')
+        told = subprocess.run(["cmake", "-P", asked], text=True, capture_output=True, check=True)
+    return dict(re.findall(r"^([A-Z]+)=(.*)$", told.stderr, re.MULTILINE))
+
+
+def BothWaysNameTheSameDependencies():
+    packed = fields_of_cpack()
+    for field in ("Depends", "Recommends", "Suggests"):
+        control, cpack = field_of_control(field), names(packed[field.upper()])
+        if not control or control != cpack:
+            sys.exit(f"{field}: debian/control has {control}, cpack {cpack}")
+
+
+# Libraries that are loaded when they are first needed, which no tool sees in the programs.
+def LibrariesThatAreLoadedLateAreDependencies():
+    macros = set()
+    for room in ("src", "insight", "cli", "host", "agent"):
+        for folder, _, files in os.walk(os.path.join(SOURCES, room)):
+            for name in files:
+                if name.endswith(".cpp"):
+                    macros |= set(re.findall(r"LateLibrary \w+\((\w+)\)", text(folder, name)))
+    ninja = open(os.path.join(BUILD, "build.ninja"), encoding="utf-8").read()
+    sonames = dict(re.findall(r'(LOGBOOK_\w+_LIBRARY)=\\+"([^"\\]+)', ninja))
+    demand("no soname in the build", macros - set(sonames))
+    if not macros:
+        sys.exit("no library is loaded late; this rule looks at nothing")
+    if not shutil.which("dpkg-query"):
+        sys.exit(SKIPPED)
+    depended = field_of_control("Depends")
+    for macro in sorted(macros):
+        found = subprocess.run(["dpkg-query", "-S", "*/" + sonames[macro]], text=True,
+                               capture_output=True).stdout
+        owners = {line.split(":")[0] for line in found.splitlines()}
+        print(sonames[macro], "is of", *owners)
+        if not owners & set(depended):
+            sys.exit(f"{sonames[macro]} of {owners} is not among {depended}")
+
+
+def VersionIsTheSameInEveryPaper():
+    data = xml.fromstring(text("packaging/com.norvane.Quorex.Logbook.metainfo.xml"))
+    release = data.find("releases/release")
+    changes = re.findall(r"^## \[(\d\S*)\] - (\S+)$", text("CHANGELOG.md"), re.MULTILINE)
+    versions = {
+        "CMakeLists.txt": re.search(r"project\(\w+ VERSION (\S+)", text("CMakeLists.txt")).group(1),
+        "CHANGELOG.md": changes[0][0],
+        "debian/changelog": re.match(r"\S+ \((.*?)\)", text("debian/changelog")).group(1),
+        "metainfo": release.get("version")}
+    if len(set(versions.values())) != 1 or changes[0][1] != release.get("date"):
+        sys.exit(f"{versions}, {changes[0][1]}, {release.get('date')}")
+
+
+def AStepThatWantsABuildFailsWithoutOne():
+    for step, tool in (("lintian", "lintian"), ("symbols", "readelf"), ("cpack", "cpack"),
+                       ("again", "dh")):
+        done = check([step])
+        if shutil.which(tool):
+            if done.returncode != 1 or "FAIL" not in done.stdout or "OK" in done.stdout:
+                sys.exit(f"{step}: {done}")
+        elif "SKIP" not in done.stdout:
+            sys.exit(f"{step}: {done}")
+
+
+def EveryStepIsToldWhereNoPackageCanBeBuilt():
+    with tempfile.TemporaryDirectory() as tools:
+        for name in ("bash", "cat", "dirname", "env", "git", "grep", "mkdir", "mktemp", "rm", "sed"):
+            os.symlink(shutil.which(name), os.path.join(tools, name))
+        done = check(["all"], PATH=tools)
+    told = re.findall(r"^SKIP +(\w+) \((.*)\)$", done.stdout, re.MULTILINE)
+    expected = [("build", "dpkg-buildpackage is not here"),
+                ("metadata", "desktop-file-validate is not here"),
+                *((step, "there is no build")
+                  for step in ("lintian", "symbols", "cpack", "again", "chroot"))]
+    if told != expected or done.returncode != 0:
+        sys.exit(f"{told}\n{done}")
+
+
+def AskedForHelpItSucceedsAndAWrongStepIsWrongUse():
+    helped, wrong = check(["--help"]), check(["nonsense"])
+    if helped.returncode != 0 or "packaging/check" not in helped.stdout:
+        sys.exit(str(helped))
+    if wrong.returncode != 2 or wrong.stdout or "packaging/check" not in wrong.stderr:
+        sys.exit(str(wrong))
+
+
+globals()[RULE]()
