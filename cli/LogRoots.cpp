@@ -21,6 +21,8 @@ namespace {
 
 // Where the simulated host's workstation has its logs.
 constexpr const char* kWorkstationRoot = "C:\\QUOREX\\inst1\\maintain";
+// Where the simulated host makes its demonstration, below the user's data folder.
+constexpr const char* kOwnDemonstration = "/quorex-logbook-demonstration";
 constexpr const char* kDemonstrationRoot = "/drives/c/QUOREX/inst1/maintain";
 
 std::string NativeOf(const Call& call, const std::string& typed) {
@@ -40,6 +42,25 @@ double Seconds() {
 std::string Trimmed(std::string path) {
   while (path.size() > 1 && path.ends_with('/')) path.pop_back();
   return path;
+}
+
+// The root where the user has named none. A demonstration that nobody has named is told, so that
+// its logs are not taken for those of an instrument.
+std::string UnnamedRoot(const Call& call) {
+  const std::string workstation = NativePath(call.machine, kWorkstationRoot);
+  if (IsFolder(call, workstation)) return workstation;
+  const std::string named = EnvironmentText("LOGBOOK_DEMO");
+  if (!named.empty() && IsFolder(call, named + kDemonstrationRoot))
+    return named + kDemonstrationRoot;
+  if (named.empty()) {
+    for (const std::string& folder : {std::string("demo"), UserDataFolder() + kOwnDemonstration}) {
+      const std::string root = folder + kDemonstrationRoot;
+      if (!IsFolder(call, root)) continue;
+      call.Tell("the logs are those of the demonstration in " + folder);
+      return root;
+    }
+  }
+  throw UserError("no folder of logs: give --log-root DIR or set LOGBOOK_ROOT");
 }
 
 }  // namespace
@@ -70,12 +91,7 @@ std::vector<std::string> FindLogRoots(Call& call, const LogRootOptions& options)
     if (!is_there) roots.push_back(root);
   }
   if (!roots.empty()) return roots;
-  const std::string demo = EnvironmentText("LOGBOOK_DEMO");
-  for (const std::string& each : {NativePath(call.machine, kWorkstationRoot),
-                                  (demo.empty() ? "demo" : demo) + kDemonstrationRoot}) {
-    if (IsFolder(call, each)) return {each};
-  }
-  throw UserError("no folder of logs: give --log-root DIR or set LOGBOOK_ROOT");
+  return {UnnamedRoot(call)};
 }
 
 namespace {

@@ -24,9 +24,10 @@ struct LogRootOptions {
 void AddLogRootOption(CLI::App& verb, LogRootOptions& options);
 
 // The native paths of the roots: those that were typed, else $LOGBOOK_ROOT, else that of the
-// workstation at this home, else that of the demonstration ($LOGBOOK_DEMO, or the folder demo of
-// the working folder). Raises UserError if there is none of them, and kPathNotFound, with the root
-// in the call's subject, for one that is no folder.
+// workstation at this home, else that of the demonstration: $LOGBOOK_DEMO, or where that is not
+// set, and this is told on standard error, the folder demo of the working folder, or the one that
+// "quorex-host demo" makes in the user's data folder. Raises UserError if there is none of them,
+// and kPathNotFound, with the root in the call's subject, for one that is no folder.
 std::vector<std::string> FindLogRoots(Call& call, const LogRootOptions& options);
 
 // A log by its root (native path) and folder name.

@@ -3,7 +3,7 @@
 
 // The verbs find and show, as a user calls them.
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -21,6 +21,7 @@ using nlohmann::json;
 using test::Outcome;
 using test::Quoted;
 using test::RandomLogs;
+using testing::HasSubstr;
 
 class FindingVerbs : public testing::Test {
  protected:
@@ -42,6 +43,52 @@ class FindingVerbs : public testing::Test {
   std::vector<std::string> folders_;
   test::TestMachine scratch_;
 };
+
+// A home without a workstation, and the demonstration's logs in a folder of the user.
+class DemonstrationRoot : public testing::Test {
+ protected:
+  DemonstrationRoot() { names_ = logs_.Add(2); }
+
+  void PutDemonstration(const std::string& folder) {
+    std::filesystem::create_directories(folder);
+    std::filesystem::copy(logs_.disk().home(), folder, std::filesystem::copy_options::recursive);
+  }
+  Outcome Find(const std::string& variables = "") {
+    return test::RunLogbookctl(
+        user_.home() + "/nothing", "find ''",
+        "env -C " + Quoted(user_.home()) + " HOME=" + Quoted(user_.home()) +
+            " XDG_DATA_HOME= XDG_CACHE_HOME= LOGBOOK_ROOT= LOGBOOK_DEMO= " + variables);
+  }
+
+  RandomLogs logs_{11};
+  test::TestMachine user_;
+  std::vector<std::string> names_;
+};
+
+TEST_F(DemonstrationRoot, TheOneInTheUsersDataFolderIsFoundAndTold) {
+  EXPECT_EQ(Find().status, 1);
+  PutDemonstration(user_.home() + "/.local/share/quorex-logbook-demonstration");
+  const Outcome found = Find();
+  EXPECT_EQ(found.status, 0) << found.err;
+  EXPECT_THAT(found.out, HasSubstr(names_.at(0)));
+  EXPECT_THAT(found.err, HasSubstr("the logs are those of the demonstration in " + user_.home() +
+                                   "/.local/share/quorex-logbook-demonstration\n"));
+}
+
+TEST_F(DemonstrationRoot, TheOneOfTheWorkingFolderGoesBeforeAndIsTold) {
+  PutDemonstration(user_.home() + "/.local/share/quorex-logbook-demonstration");
+  PutDemonstration(user_.home() + "/demo");
+  EXPECT_THAT(Find().err, HasSubstr("the logs are those of the demonstration in demo\n"));
+}
+
+TEST_F(DemonstrationRoot, OneThatAVariableNamesIsTheOnlyOneAndNotTold) {
+  PutDemonstration(user_.home() + "/demo");
+  PutDemonstration(user_.home() + "/named");
+  const Outcome found = Find("LOGBOOK_DEMO=named");
+  EXPECT_EQ(found.status, 0);
+  EXPECT_EQ(found.err, "");
+  EXPECT_EQ(Find("LOGBOOK_DEMO=elsewhere").status, 1);
+}
 
 TEST_F(FindingVerbs, FoundLogsAreATableTheNewestFirst) {
   const Outcome outcome = Find("cones --columns log,comment");
