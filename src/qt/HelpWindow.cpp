@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QSplitter>
@@ -25,6 +26,8 @@ namespace logbook {
 namespace {
 
 constexpr int kWidth = 960, kHeight = 680, kContentsWidth = 240;
+// What the desktop puts around a window, generously: nobody tells before the window is shown.
+constexpr QSize kFrame(16, 48);
 // Room around pages, and around their tables, which have none of their own.
 constexpr double kPageMargin = 10;
 constexpr char kPageStyle[] = "table { margin-top: 8px; margin-bottom: 8px }";
@@ -44,7 +47,8 @@ HelpWindow::HelpWindow(HelpBook book, const QString& folder, const QString& noti
   setAttribute(Qt::WA_DeleteOnClose);
   setAttribute(Qt::WA_QuitOnClose, false);
   setWindowTitle(ToQt(book_.Title));
-  resize(kWidth, kHeight);
+  // Dense screens have few of the toolkit's pixels.
+  resize(QSize(kWidth, kHeight).boundedTo(screen()->availableSize() - kFrame));
 
   text_->setObjectName(QStringLiteral("HelpText"));
   text_->setAccessibleName(ToQt(LoadResString(1413)));

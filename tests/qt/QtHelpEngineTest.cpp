@@ -11,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QTextBrowser>
 #include <QTreeWidget>
 #include <filesystem>
@@ -125,6 +126,16 @@ TEST_F(QtHelpEngineTest, ATopicOfABookShowsItsPageAndMarksItInTheContents) {
   EXPECT_EQ(Page(), "Page editor");
   EXPECT_EQ(Entry(), "Editor");
   EXPECT_EQ(Part<QLabel>("HelpNotice"), nullptr);
+}
+
+TEST_F(QtHelpEngineTest, TheWindowIsNoLargerThanTheScreenHasRoom) {
+  Html("C:\\help\\quorex.hhbook", kContext, 16703);
+  const QSize room = HelpWindow()->screen()->availableSize();
+  ASSERT_LT(room.width(), 960) << "this screen has room for the window as it would like to be";
+  EXPECT_LT(HelpWindow()->width(), room.width());
+  EXPECT_LT(HelpWindow()->height(), room.height());
+  // A screen of 1280 pixels shows half as many at twice the size.
+  EXPECT_LT(HelpWindow()->minimumSizeHint().width(), 1280 / 2);
 }
 
 TEST_F(QtHelpEngineTest, TheOtherEngineShowsTopicsOfTheSameBook) {
