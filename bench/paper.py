@@ -60,10 +60,10 @@ def run_text(rows, run, figures):
     measured = {row.figure.name for row in rows}
     left = [figure for figure in figures if figure.name not in measured]
     if any(not figure.is_long for figure in left):
-        return ("Measured in several runs, the last of which was of some rows alone; none was of "
-                "all, so how long that takes was not measured.")
+        return ("Measured in several runs, the last of which was of some rows alone; how long one of "
+                "all takes is not told here.")
     text = ("Measured in one run on %d processors, the load %.1f at its begin and %.1f at its end. "
-            "It took %.1f minutes without the build" % (
+            "It took %.1f minutes without the build and the removal of its data" % (
                 run["processors"], run["load_before"], run["load_after"], run["minutes"]))
     if not left:
         return text + ", the long rows among them."
