@@ -17,9 +17,18 @@ using std::chrono::days;
 using std::chrono::hours;
 using std::chrono::year_month_day;
 
+// The number nearest to a power of ten. The platforms' pow() differ in the last bit, and a drawing
+// shows that where a value lies just between two dots.
+double PowerOfTen(int exponent) {
+  const std::string text = "1e" + std::to_string(exponent);
+  double power = 0;
+  std::from_chars(text.data(), text.data() + text.size(), power);
+  return power;
+}
+
 // The round number 1, 2 or 5 times a power of ten that is not smaller.
 double RoundStep(double step) {
-  const double power = std::pow(10, std::floor(std::log10(step)));
+  const double power = PowerOfTen(static_cast<int>(std::floor(std::log10(step))));
   for (const double factor : {1.0, 2.0, 5.0}) {
     if (step <= factor * power * (1 + 1e-9)) return factor * power;
   }
