@@ -10,6 +10,7 @@
 
 #include "base/NativeFile.h"
 #include "base/RunTimeError.h"
+#include "base/TemporaryName.h"
 #include "base/win32/Status.h"
 
 namespace logbook::insight {
@@ -18,9 +19,10 @@ namespace {
 using win32::Follow;
 using win32::Status;
 
-// A name that is no part of a file in the making.
-bool Counts(std::string_view name) {
-  return !name.starts_with(kTemporaryName);
+// An entry that is no file in the making. A folder or a link never is one, whatever its name.
+bool Counts(std::string_view name, DWORD attributes) {
+  constexpr DWORD kNoPlainFile = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+  return !IsTemporaryName(name) || (attributes & kNoPlainFile) != 0;
 }
 
 std::uint64_t Mixed(std::uint64_t state, std::uint64_t word) {
@@ -108,7 +110,7 @@ class StampInMaking {
 bool NamesThatCount(const std::string& folder, std::vector<std::string>& names) {
   return win32::ForEachEntry(folder, [&names](const WIN32_FIND_DATAW& entry) {
     std::string name = win32::Narrow(entry.cFileName);
-    if (Counts(name)) names.push_back(std::move(name));
+    if (Counts(name, entry.dwFileAttributes)) names.push_back(std::move(name));
   });
 }
 
