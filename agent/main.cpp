@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
   std::string application = logbook::OwnProgramFolder();
   bool status = false;
   bool once = false;
-  app.add_option("--home", home, "Home of the logbook, with its drives and its registry hive")
+  app.add_option("--home", home, "Home of the logbook, with its drives and\nits registry hive")
       ->type_name("FOLDER");
   app.add_option("--app", application, "Folder of the logbook's program, with arecm.cfg")
       ->type_name("FOLDER");

@@ -131,12 +131,31 @@ void TellFiles(const Names& names) {
   for (const std::string& name : names) Tell("             " + name);
 }
 
+// Lines too long for a terminal go on in the next one, behind a comma.
+void TellFolded(const std::string& line) {
+  constexpr std::size_t kColumns = 80;
+  std::string part = "  ";
+  bool has_field = false;
+  for (std::size_t from = 0; from < line.size();) {
+    const std::size_t comma = std::min(line.find(',', from), line.size() - 1);
+    const std::string field = line.substr(from, comma + 1 - from);
+    if (has_field && part.size() + field.size() > kColumns) {
+      Tell(part);
+      part = "      ";
+    }
+    part += field;
+    has_field = true;
+    from = comma + 1;
+  }
+  Tell(part);
+}
+
 void TellList(const fs::path& list) {
-  Tell("\nThe list of logs, as the logbook has written it:\n");
+  Tell("\nThe list of logs, as the logbook has written it (long lines folded):\n");
   std::ifstream file(list, std::ios::binary);
   for (std::string line; std::getline(file, line);) {
     if (line.ends_with('\r')) line.pop_back();
-    Tell("  " + line);
+    TellFolded(line);
   }
 }
 

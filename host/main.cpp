@@ -176,8 +176,9 @@ int Demo(const CommandLine& line, int argc, char** argv) {
 
 void AddInstrument(CLI::App& command, CommandLine& line) {
   command.add_option("--build", line.build,
-                     "Instrument: plain, lumarin, trz-cs or trz-ce, then +OPTION for each of "
-                     "security styleb new_rf qptype afc sc opgs pmp2 colopgs");
+                     "Instrument: plain, lumarin, trz-cs or trz-ce,\n"
+                     "then +OPTION for each of security styleb\n"
+                     "new_rf qptype afc sc opgs pmp2 colopgs");
 }
 
 void AddCommonOptions(CLI::App& command, CommandLine& line) {
@@ -189,8 +190,9 @@ void AddCommonOptions(CLI::App& command, CommandLine& line) {
 
 void AddSnapshotOptions(CLI::App& command, CommandLine& line) {
   command.add_option("--broken", line.damages,
-                     "Write damaged files: short, truncated, empty, binary or missing, then "
-                     ":FILE for a single one; may be given several times");
+                     "Write damaged files: short, truncated, empty,\n"
+                     "binary or missing, then :FILE for a single\n"
+                     "one; may be given several times");
   command.add_option("--log-kilobytes", line.log_kilobytes,
                      "Let the running logs grow to so many kilobytes");
 }
@@ -236,25 +238,24 @@ void AddRun(CLI::App& app, CommandLine& line) {
   run->add_option("--slow", line.slow, "Milliseconds that a job takes")
       ->check(CLI::NonNegativeNumber);
   run->add_option("--busy", line.busy,
-                  "Milliseconds that the cell is held at the logbook's start and after a job")
+                  "Milliseconds that the cell is held at the\nlogbook's start and after a job")
       ->check(CLI::NonNegativeNumber);
   auto* dead = run->add_flag("--dead", line.dead, "Answer requests and never touch the cell");
   run->add_flag("--deaf", line.deaf, "Never answer anything")->excludes(dead);
 }
 
 void AddDemo(CLI::App& app, CommandLine& line) {
-  CLI::App* demo =
-      app.add_subcommand("demo", "Start host and logbook at a demonstration workstation");
+  CLI::App* demo = app.add_subcommand("demo", "Start host and logbook at a demonstration");
   demo->add_option("--home", line.demonstration,
-                   "Folder of the demonstration ($LOGBOOK_DEMO); it is kept")
+                   "Folder of the demonstration, which is kept\n($LOGBOOK_DEMO)")
       ->capture_default_str();
   AddInstrument(*demo, line);
   demo->add_option("--manual", line.manual, "Folder of the help book (beside the program)");
   auto* fresh =
-      demo->add_flag("--fresh", line.fresh, "Make a new demonstration and throw the old one away");
+      demo->add_flag("--fresh", line.fresh, "Make a new demonstration and throw the\nold one away");
   demo->add_flag("--yes", line.yes, "Throw it away without a question")->needs(fresh);
   demo->add_flag("--autorec", line.auto_rec,
-                 "Make one automatic record, which is also what happens without a display");
+                 "Make one automatic record, which is also\nwhat happens without a display");
   demo->add_flag("--ce", line.ce, "Start the logbook with the word CE");
 }
 

@@ -51,8 +51,8 @@ constexpr char kHelp[] =
     "  CE       extended columns and reports\n"
     "  AutoRec  record one log without a user, then end\n"
     "\n"
-    "Without arguments, without an answering host, or beside a running logbook it ends\n"
-    "silently.\n";
+    "Without arguments, without an answering host, or beside a running logbook\n"
+    "it ends silently.\n";
 
 // Index of the manual that lies beside the program; the English one where the language has none.
 QString ManualOfTheProgram() {

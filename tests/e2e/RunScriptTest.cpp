@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <sstream>
 
 #include "Pages.h"
 #include "Workplace.h"
@@ -100,6 +101,9 @@ TEST_F(RunScriptTest, WithoutADisplayItSaysSoAndMakesOneAutomaticRecord) {
   EXPECT_TRUE(Holds(first.output, "Date Logged,Logbook Folder,")) << first.output;
   EXPECT_TRUE(Holds(first.output, "Automatically logged on Tune Report generation."));
   EXPECT_TRUE(Holds(first.output, "comment.txt")) << first.output;
+  const auto list = first.output.find("The list of logs");
+  std::istringstream lines(first.output.substr(list, first.output.find("\nNew log") - list));
+  for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
   const long logs = Logs();
   EXPECT_EQ(Arrived(".qkvzip"), 1) << first.output;
   EXPECT_EQ(Arrived("listlog.csv"), 1);
