@@ -104,6 +104,27 @@ def VersionIsTheSameInEveryPaper():
         sys.exit(f"{versions}, {changes[0][1]}, {release.get('date')}")
 
 
+def TheMetadataNameEveryProgramAndTheVisibleEntryInEveryLanguage():
+    data = xml.fromstring(text("packaging/com.norvane.Quorex.Logbook.metainfo.xml"))
+    programs = {each.text for each in data.findall("provides/binary")}
+    installed = set(re.search(r"foreach\(program IN ITEMS (.*?)\)",
+                              text("packaging/CMakeLists.txt")).group(1).split())
+    demand("not provided", installed ^ programs)
+    language = "{http://www.w3.org/XML/1998/namespace}lang"
+    spoken = set(os.listdir(os.path.join(SOURCES, "src/resources"))) & {"de", "en", "ja"}
+    for tag in ("name", "summary"):
+        told = {each.get(language, "en") for each in data.findall(tag)}
+        demand(f"<{tag}> in other languages", spoken ^ told)
+    for launchable in data.findall("launchable"):
+        if "NoDisplay=true" in text("packaging", launchable.text):
+            sys.exit(f"{launchable.text} is not shown in any menu")
+    for name in ("Demonstration", "Logbook"):
+        entry = text(f"packaging/com.norvane.Quorex.{name}.desktop")
+        for key in ("Name", "GenericName", "Comment", "Keywords"):
+            told = set(re.findall(rf"^{key}\[(\w+)\]=.", entry, re.MULTILINE))
+            demand(f"{key} of {name} in other languages", (spoken - {"en"}) ^ told)
+
+
 def AStepThatWantsABuildFailsWithoutOne():
     for step, tool in (("lintian", "lintian"), ("symbols", "readelf"), ("cpack", "cpack"),
                        ("again", "dh")):
@@ -127,6 +148,19 @@ def EveryStepIsToldWhereNoPackageCanBeBuilt():
                   for step in ("lintian", "symbols", "cpack", "again", "chroot"))]
     if told != expected or done.returncode != 0:
         sys.exit(f"{told}\n{done}")
+
+
+# A terminal has 80 columns.
+def HelpOfEveryProgramFitsATerminal():
+    asked = [["logbook"], ["ecm-agent"], ["logbookctl"], ["quorex-host"],
+             *(["quorex-host", verb] for verb in ("demo", "fill", "init", "run", "snapshot"))]
+    for program, *verb in asked:
+        told = subprocess.run([os.path.join(BUILD, "bin", program), *verb, "--help"], text=True,
+                              env={"HOME": "/h", "QT_QPA_PLATFORM": "offscreen"},
+                              capture_output=True, check=True).stdout
+        if not told:
+            sys.exit(f"{program} tells nothing")
+        demand([program, *verb], [line for line in told.splitlines() if len(line) > 80])
 
 
 def AskedForHelpItSucceedsAndAWrongStepIsWrongUse():
