@@ -219,7 +219,7 @@ void AddSnapshot(CLI::App& app, CommandLine& line) {
   snapshot->add_option("--folder", line.folder, "The folder; made if it is missing")->required();
   snapshot
       ->add_option("--log-number", line.log_number,
-                   "Age of the instrument in logs (the number of folders beside)")
+                   "Age of the instrument in logs (the number\nof folders beside)")
       ->check(CLI::NonNegativeNumber);
   snapshot->add_option("--date", line.date, "Moment, YYYY-MM-DD[THH:MM:SS] (now)");
   snapshot->add_option("--code-page", line.code_page, "Code page of the files (the home's)");
