@@ -53,6 +53,7 @@ TEST_F(InstallTest, EveryFileIsAtItsPlaceAndEveryLinkLeadsToOne) {
                            "share/man/man1/logbookctl.1.gz",
                            "share/man/man1/quorex-host.1.gz",
                            "share/man/man1/ecm-agent.1.gz",
+                           "share/doc/maintenance-logbook/CHANGELOG.md",
                            "share/doc/maintenance-logbook/content-server.md"}) {
     EXPECT_TRUE(fs::is_regular_file(Top() + "/" + name)) << name;
   }
