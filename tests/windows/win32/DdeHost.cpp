@@ -46,14 +46,25 @@ bool DdeHost::FollowCell() {
   const HSZ application = DdeCreateStringHandleA(instance_, "logbook", CP_WINANSI);
   const HSZ topic = DdeCreateStringHandleA(instance_, kCell, CP_WINANSI);
   cell_ = DdeConnect(instance_, application, topic, nullptr);
-  return cell_ != nullptr && DdeClientTransaction(nullptr, 0, cell_, topic, CF_TEXT, XTYP_ADVSTART,
-                                                  kLongest, nullptr) != nullptr;
+  if (cell_ == nullptr || DdeClientTransaction(nullptr, 0, cell_, topic, CF_TEXT, XTYP_ADVSTART,
+                                               kLongest, nullptr) == nullptr)
+    return false;
+  stood_there_ = ReadCell();
+  if (!stood_there_.empty()) heard_.push_back(stood_there_);
+  return true;
 }
 
+// Wine 8 sends an acknowledgement behind the data of a request, and a request that follows at once
+// takes it for its own refusal. Delivered before, it is passed over; one that comes still later is
+// worth one repetition.
 std::string DdeHost::ReadCell() {
   const HSZ item = DdeCreateStringHandleA(instance_, kCell, CP_WINANSI);
-  const HDDEDATA data =
-      DdeClientTransaction(nullptr, 0, cell_, item, CF_TEXT, XTYP_REQUEST, kLongest, nullptr);
+  HDDEDATA data = nullptr;
+  for (int i = 0; i < 2 && data == nullptr; ++i) {
+    DeliverWhatIsThere();
+    data = DdeClientTransaction(nullptr, 0, cell_, item, CF_TEXT, XTYP_REQUEST, kLongest, nullptr);
+    if (data == nullptr && DdeGetLastError(instance_) != DMLERR_NOTPROCESSED) break;
+  }
   if (data == nullptr) return "no answer";
   const std::string text = TextOf(data);
   DdeFreeDataHandle(data);
@@ -76,17 +87,21 @@ bool DdeHost::RunUntil(const std::function<bool()>& condition,
   while (!condition()) {
     if (steady_clock::now() > end) return false;
     MsgWaitForMultipleObjects(0, nullptr, FALSE, kLook, QS_ALLINPUT);
-    MSG message = {};
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-      TranslateMessage(&message);
-      DispatchMessageA(&message);
-    }
+    DeliverWhatIsThere();
     while (delivered_ < heard_.size()) {
       const std::string text = heard_[delivered_++];
       if (on_text) on_text(text);
     }
   }
   return true;
+}
+
+void DdeHost::DeliverWhatIsThere() {
+  MSG message = {};
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
+  }
 }
 
 HDDEDATA CALLBACK DdeHost::Callback(UINT type, UINT, HCONV conversation, HSZ topic, HSZ item,
@@ -108,10 +123,16 @@ HDDEDATA DdeHost::Answer(UINT type, HCONV conversation, HSZ topic, HSZ item, HDD
                                  static_cast<DWORD>(text.size() + 1), 0, item, CF_TEXT, 0);
     }
     case XTYP_ADVDATA:
-      heard_.push_back(TextOf(data));
+      if (std::exchange(stood_there_, "") != TextOf(data)) heard_.push_back(TextOf(data));
       return reinterpret_cast<HDDEDATA>(static_cast<std::uintptr_t>(DDE_FACK));
+    case XTYP_CONNECT_CONFIRM:
+      ++asking_;
+      return nullptr;
     case XTYP_DISCONNECT:
-      if (conversation == cell_) cell_ = nullptr;
+      if (conversation == cell_)
+        cell_ = nullptr;
+      else
+        --asking_;
       return nullptr;
     default:
       return nullptr;

@@ -10,7 +10,9 @@
 #include <string>
 #include <vector>
 
+#ifndef NOMINMAX
 #define NOMINMAX
+#endif
 #include <windows.h>
 
 #include <ddeml.h>
@@ -28,12 +30,16 @@ class DdeHost {
   DdeHost(const DdeHost&) = delete;
   DdeHost& operator=(const DdeHost&) = delete;
 
+  // True once the logbook has asked for all its items and closed the last of its conversations.
+  // Earlier it waits for an answer, and may hear nothing else.
+  bool HasToldAll() const { return requests_.size() == items_.size() && asking_ == 0; }
   // The items that were asked for, in their order.
   const std::vector<std::string>& Requests() const { return requests_; }
   // All texts of the cell that were heard of, in their order.
   const std::vector<std::string>& Heard() const { return heard_; }
 
-  // Opens the conversation about the cell and asks to hear of its changes.
+  // Opens the conversation about the cell and asks to hear of its changes. A text that stands there
+  // already is heard of too.
   bool FollowCell();
   bool HasCell() const { return cell_ != nullptr; }
   std::string ReadCell();
@@ -49,14 +55,17 @@ class DdeHost {
                                     HDDEDATA data, ULONG_PTR, ULONG_PTR);
   HDDEDATA Answer(UINT type, HCONV conversation, HSZ topic, HSZ item, HDDEDATA data);
   std::string NameOf(HSZ handle) const;
+  static void DeliverWhatIsThere();
 
   const std::string application_;
   const std::map<std::string, std::string> items_;
   const Hearing hearing_;
   DWORD instance_ = 0;
   HCONV cell_ = nullptr;
+  int asking_ = 0;  // conversations that the logbook has opened
   std::vector<std::string> requests_;
   std::vector<std::string> heard_;
+  std::string stood_there_;  // what was read and may be announced once more
   std::size_t delivered_ = 0;
 };
 

@@ -65,7 +65,7 @@ TEST_F(DdeHostTest, AnAutomaticRecordGoesFromTheRequestsToTheNine) {
   DdeHost host("HOST", Items());
   Program logbook(LogbookProgram(), "HOST AutoRec");
   std::vector<std::string> jobs;
-  ASSERT_TRUE(host.RunUntil([&] { return host.Requests().size() == 4; }));
+  ASSERT_TRUE(host.RunUntil([&] { return host.HasToldAll(); }));
   ASSERT_TRUE(host.RunUntil([&] { return host.FollowCell(); }));
   const bool ended = host.RunUntil([&] { return !logbook.Runs(); },
                                    [&](const std::string& text) {
@@ -105,7 +105,7 @@ TEST_F(DdeHostTest, WithoutAHostItEndsAndLeavesNothing) {
 TEST_F(DdeHostTest, ASecondOneEndsWithoutARequestAndTheFirstStays) {
   DdeHost host("HOST", Items());
   Program first(LogbookProgram(), "HOST");
-  ASSERT_TRUE(host.RunUntil([&] { return host.Requests().size() == 4; }));
+  ASSERT_TRUE(host.RunUntil([&] { return host.HasToldAll(); }));
   ASSERT_TRUE(host.RunUntil([&] { return host.FollowCell(); }));
   Program second(LogbookProgram(), "HOST");
   ASSERT_TRUE(host.RunUntil([&] { return !second.Runs(); }));
@@ -119,7 +119,7 @@ TEST_F(DdeHostTest, ASecondOneEndsWithoutARequestAndTheFirstStays) {
 TEST_F(DdeHostTest, TheCellCanBeReadWrittenAndFollowed) {
   DdeHost host("HOST", Items());
   Program logbook(LogbookProgram(), "HOST");
-  ASSERT_TRUE(host.RunUntil([&] { return host.Requests().size() == 4; }));
+  ASSERT_TRUE(host.RunUntil([&] { return host.HasToldAll(); }));
   ASSERT_TRUE(host.RunUntil([&] { return host.FollowCell(); }));
   EXPECT_EQ(host.ReadCell(), "");
   EXPECT_TRUE(host.WriteCell("5"));
