@@ -6,8 +6,11 @@
 
 #include <gmock/gmock.h>
 
+#include <QLibraryInfo>
+#include <QTranslator>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 
 #include "PrintShop.h"
 #include "PrintedPages.h"
@@ -74,6 +77,7 @@ class LanguageTest : public PrintShop, public testing::WithParamInterface<std::s
   void Record();
   void View(const std::string& log);
   void PrintList();
+  void SeeWordsOfTheToolkit();
   void Archive(const std::string& log);
   void Help();
 };
@@ -128,11 +132,31 @@ void LanguageTest::PrintList() {
   EXPECT_THAT(pages.at(0).body.at(0), StartsWith(Word(121)));
 }
 
+// The program has loaded the toolkit's catalogue: its dialog labels the file name in the language.
+void LanguageTest::SeeWordsOfTheToolkit() {
+  QTranslator words;
+  const QString catalogue = QString::fromUtf8(language().toolkit);
+  std::string label = "File &name:";
+  if (!catalogue.isEmpty()) {
+    if (!words.load(catalogue, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) return;
+    label = words.translate("QFileDialog", label.c_str()).toStdString();
+    ASSERT_NE(label, "");
+  }
+  const std::string unmarked = std::regex_replace(label, std::regex("\\(&.\\)"), "");
+  std::erase(label, '&');
+  WaitFor("\"" + label + "\" in the save dialog", [&] {
+    for (const Readable& thing : reader().Read())
+      if (thing.name == label || thing.name == unmarked) return true;
+    return false;
+  });
+}
+
 void LanguageTest::Archive(const std::string& log) {
   ClickRow(log);
   Press(132);
   const WindowId dialog = desktop().WaitForWindow(Word(1193));
   Picture(dialog, "save.png");
+  SeeWordsOfTheToolkit();
   desktop().Key("Return");
   desktop().WaitUntilGone(dialog);
   WaitFor("the zip file", [&] {
