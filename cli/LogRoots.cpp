@@ -47,14 +47,14 @@ std::string Trimmed(std::string path) {
 // The root where the user has named none. A demonstration that nobody has named is told, so that
 // its logs are not taken for those of an instrument.
 std::string UnnamedRoot(const Call& call) {
-  const std::string workstation = NativePath(call.machine, kWorkstationRoot);
+  std::string workstation = NativePath(call.machine, kWorkstationRoot);
   if (IsFolder(call, workstation)) return workstation;
   const std::string named = EnvironmentText("LOGBOOK_DEMO");
   if (!named.empty() && IsFolder(call, named + kDemonstrationRoot))
     return named + kDemonstrationRoot;
   if (named.empty()) {
     for (const std::string& folder : {std::string("demo"), UserDataFolder() + kOwnDemonstration}) {
-      const std::string root = folder + kDemonstrationRoot;
+      std::string root = folder + kDemonstrationRoot;
       if (!IsFolder(call, root)) continue;
       call.Tell("the logs are those of the demonstration in " + folder);
       return root;

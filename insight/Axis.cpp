@@ -96,9 +96,11 @@ Axis ValueAxis(std::span<const double> values, int ticks) {
     low = *std::min_element(values.begin(), values.end());
     high = *std::max_element(values.begin(), values.end());
   }
+  // What is smaller than a step can be made from counts as no width.
+  constexpr double kSmallest = 1e-290;
   const double width = std::max(std::abs(low), std::abs(high));
-  if (high - low <= width * 1e-9) {
-    const double room = width == 0 ? 1 : width * 0.05;
+  if (high - low <= std::max(width * 1e-9, kSmallest)) {
+    const double room = width < kSmallest ? 1 : width * 0.05;
     low -= room;
     high += room;
   }
@@ -107,7 +109,11 @@ Axis ValueAxis(std::span<const double> values, int ticks) {
   const auto from = std::floor(low / step + 1e-9);
   const auto to = std::ceil(high / step - 1e-9);
   Axis axis{from * step, to * step, {}};
-  for (double i = from; i <= to; ++i) axis.ticks.push_back({i * step, ShortNumber(i * step)});
+  const auto steps = static_cast<int>(to - from);
+  for (int i = 0; i <= steps; ++i) {
+    const double value = (from + i) * step;
+    axis.ticks.push_back({value, ShortNumber(value)});
+  }
   return axis;
 }
 

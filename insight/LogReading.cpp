@@ -33,6 +33,7 @@ constexpr std::size_t kProfileBuffer = 512;
 std::vector<std::string> TickTexts(const Machine& machine, std::string_view profile) {
   static const std::vector<std::string> kKeys = [] {
     std::vector<std::string> keys;
+    keys.reserve(kItemHeaderCount);
     for (int item = 0; item < kItemHeaderCount; ++item) {
       keys.push_back("Item" + std::to_string(item));
     }

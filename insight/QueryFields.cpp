@@ -109,6 +109,7 @@ Query ParseOption(QueryScanner& scanner) {
                    [&](const OptionKey& each) { return EqualIgnoringCase(each.Key, name); });
   if (found == kOptionKeys.end()) {
     std::vector<std::string> names;
+    names.reserve(kOptionKeys.size());
     for (const OptionKey& each : kOptionKeys) names.emplace_back(each.Key);
     std::vector<std::string> near = NearNames(name, names);
     throw QueryError(place, "no option is called \"" + name + "\"",

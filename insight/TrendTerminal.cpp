@@ -61,7 +61,7 @@ class Canvas {
   std::string Row(int row) const {
     std::string text;
     for (int column = 0; column < columns_; ++column) {
-      const Cell& cell = cells_[static_cast<std::size_t>(row * columns_ + column)];
+      const Cell& cell = cells_[Place(column, row)];
       if (cell.red && style_.color) text += kRed;
       text += Glyph(cell);
       if (cell.red && style_.color) text += kPlain;
@@ -78,9 +78,12 @@ class Canvas {
   };
   using Cells = std::vector<Cell>;
 
-  Cell& At(int column, int row) {
-    return cells_[static_cast<std::size_t>(row * columns_ + column)];
+  std::size_t Place(int column, int row) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
+           static_cast<std::size_t>(column);
   }
+
+  Cell& At(int column, int row) { return cells_[Place(column, row)]; }
 
   // Braille patterns begin at U+2800, in UTF-8 E2 A0 80.
   std::string Glyph(const Cell& cell) const {

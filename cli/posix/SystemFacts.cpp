@@ -36,7 +36,7 @@ std::string Kernel() {
 // The locale by the order in which the system looks.
 std::string Locale() {
   for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    if (const std::string value = EnvironmentText(name); !value.empty()) return value;
+    if (std::string value = EnvironmentText(name); !value.empty()) return value;
   }
   return {};
 }

@@ -40,6 +40,7 @@ void RestartInOwnBus(const std::vector<std::string>& arguments) {
                                     std::filesystem::read_symlink("/proc/self/exe", ignored)};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   execvp(pointers.front(), pointers.data());

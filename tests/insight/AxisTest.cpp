@@ -57,6 +57,13 @@ TEST(Axis, NumbersOfAnyMagnitudeHaveAFewTicks) {
   }
 }
 
+TEST(Axis, NumbersTooSmallToBeDividedHaveRoomLikeZero) {
+  const Axis axis = ValueAxis(std::vector<double>{0, 5e-324}, 5);
+  EXPECT_LE(axis.low, -1);
+  EXPECT_GE(axis.high, 1);
+  EXPECT_GE(axis.ticks.size(), 3u);
+}
+
 TEST(Axis, DaysHaveTicksAtRoundDates) {
   EXPECT_EQ(Labels(TimeAxis(Noon("2026-01-20"), Noon("2026-12-20"), 6)),
             (Texts{"2026-03", "2026-05", "2026-07", "2026-09", "2026-11"}));

@@ -14,7 +14,7 @@ std::string WithoutTrailingSlash(std::string path) {
 }
 
 std::string UserFolder(const char* variable, const char* below_home) {
-  const std::string named = WithoutTrailingSlash(EnvironmentText(variable));
+  std::string named = WithoutTrailingSlash(EnvironmentText(variable));
   // A relative folder does not count there, by the rule for these variables.
   if (named.starts_with("/")) return named;
   const std::string home = WithoutTrailingSlash(EnvironmentText("HOME"));
