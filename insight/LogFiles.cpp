@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 
 #include "base/UpperCase.h"
+#include "insight/LittleEndian.h"
 
 namespace logbook::insight {
 namespace {
@@ -45,20 +45,6 @@ class Mixer {
   }
 
  private:
-  static std::uint64_t WordOf(std::string_view bytes) {
-    std::uint64_t word = 0;
-    if constexpr (std::endian::native == std::endian::little) {
-      if (bytes.size() == sizeof word) {
-        std::memcpy(&word, bytes.data(), sizeof word);
-        return word;
-      }
-    }
-    for (std::size_t i = bytes.size(); i > 0; --i) {
-      word = word << 8 | static_cast<unsigned char>(bytes[i - 1]);
-    }
-    return word;
-  }
-
   std::uint64_t state_ = 0x243F6A8885A308D3ULL;
 };
 

@@ -7,8 +7,9 @@
 #include <array>
 #include <bit>
 #include <cmath>
-#include <cstring>
 #include <limits>
+
+#include "insight/LittleEndian.h"
 
 namespace logbook::insight {
 namespace {
@@ -152,21 +153,6 @@ void UnpackNumbers(Source& source, std::size_t count, std::vector<double>& numbe
       for (std::size_t i = 0; i < count; ++i) numbers.push_back(source.TakeDouble());
       break;
   }
-}
-
-// Up to eight bytes as a number, the least first.
-std::uint64_t WordOf(std::string_view bytes) {
-  std::uint64_t word = 0;
-  if constexpr (std::endian::native == std::endian::little) {
-    if (bytes.size() == sizeof word) {
-      std::memcpy(&word, bytes.data(), sizeof word);
-      return word;
-    }
-  }
-  for (std::size_t i = bytes.size(); i > 0; --i) {
-    word = word << 8 | static_cast<unsigned char>(bytes[i - 1]);
-  }
-  return word;
 }
 
 }  // namespace

@@ -9,8 +9,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <optional>
 
+#include "base/FolderDeletion.h"
 #include "base/NativeFile.h"
 #include "base/RunTimeError.h"
 #include "base/UpperCase.h"
@@ -47,8 +47,6 @@ void DeleteNativeFile(const std::string& native_path) {
   }
   if (unlink(native_path.c_str()) != 0) RaiseFileError(errno, native_path);
 }
-
-enum class Deletion { kDone, kSpared, kIsFolder };
 
 // Deletes one name of a folder. Raises what the system refuses.
 Deletion DeleteIn(const Descriptor& folder, const std::string& name, const std::string& path) {
@@ -127,25 +125,15 @@ void DeleteFile(const Machine& machine, std::string_view path) {
 void DeleteFilesIn(const Machine& machine, std::string_view path) {
   const posix::NameInFolder place = posix::ExactName(machine, path);
   const Descriptor folder = posix::OpenFolderIn(posix::OpenFolder(place.folder), place.name);
-  bool matched = false;
-  bool read_only_stayed = false;
-  std::optional<RunTimeError> first_failure;
+  FolderDeletion deletion;
   std::vector<std::string> names = posix::NamesIn(folder);
   std::sort(names.begin(), names.end());
   for (const std::string& name : names) {
     if (name[0] == '.') continue;
-    try {
-      const Deletion result = DeleteIn(folder, name, place.folder + "/" + place.name + "/" + name);
-      matched |= result != Deletion::kIsFolder;
-      read_only_stayed |= result == Deletion::kSpared;
-    } catch (const RunTimeError& error) {
-      matched = true;
-      if (!first_failure) first_failure = error;
-    }
+    deletion.Try(
+        [&] { return DeleteIn(folder, name, place.folder + "/" + place.name + "/" + name); });
   }
-  if (!matched) throw RunTimeError(ErrorNumber::kFileNotFound);
-  if (read_only_stayed) throw RunTimeError(ErrorNumber::kPathFileAccess);
-  if (first_failure) throw RunTimeError(*first_failure);
+  deletion.Finish();
 }
 
 void CopyFile(const Machine& machine, std::string_view from, std::string_view to) {

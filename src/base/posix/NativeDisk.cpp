@@ -124,14 +124,6 @@ std::error_code Sync(const std::string& path) {
   return file.IsOpen() ? ResultOf(fsync(file.Number())) : ErrorOf(errno);
 }
 
-std::error_code NamesIn(const std::string& folder, std::vector<std::string>& names) {
-  std::vector<Entry> entries;
-  const std::error_code error = EntriesIn(folder, entries);
-  names.clear();
-  for (Entry& entry : entries) names.push_back(std::move(entry.name));
-  return error;
-}
-
 std::error_code EntriesIn(const std::string& folder, std::vector<Entry>& entries) {
   entries.clear();
   const OpenFolder opened(opendir(folder.c_str()), closedir);

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "base/Files.h"
+#include "base/PathParts.h"
 #include "base/UpperCase.h"
 #include "base/posix/Descriptor.h"
 #include "base/posix/OpenFolder.h"
@@ -22,23 +23,12 @@ namespace logbook {
 
 namespace {
 
-constexpr char kQuote = '"';
-
-bool IsSeparator(char byte) {
-  return byte == '\\' || byte == '/';
-}
-
-bool IsLetter(char byte) {
-  return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
-}
-
 struct Component {
   explicit Component(std::string_view text)
-      : is_exact(text.size() > 2 && text.front() == kQuote && text.back() == kQuote),
-        name(is_exact ? text.substr(1, text.size() - 2) : text) {}
+      : name(WithoutQuotes(text)), is_exact(name.size() != text.size()) {}
 
-  bool is_exact;
   std::string name;
+  bool is_exact;
 };
 
 template <typename Take>
@@ -55,10 +45,6 @@ std::vector<Component> ComponentsOf(std::string_view path) {
   std::vector<Component> components;
   ForEachComponent(path, [&](Component component) { components.push_back(std::move(component)); });
   return components;
-}
-
-bool HasDrive(std::string_view path) {
-  return path.size() >= 2 && path[1] == ':' && IsLetter(path[0]);
 }
 
 // The drive's letter in lower case.
@@ -135,7 +121,7 @@ std::string FindComponents(const std::string& start, const std::vector<Component
   auto [native_path, exact_count] = LongestExact(start, components);
   bool found = true;
   for (std::size_t i = exact_count; i < components.size(); ++i) {
-    const auto& [is_exact, name] = components[i];
+    const auto& [name, is_exact] = components[i];
     std::string next = Joined(native_path, name);
     // The first of these is known to be missing.
     if (found && (i == exact_count || !IsThere(next))) {
@@ -144,11 +130,6 @@ std::string FindComponents(const std::string& start, const std::vector<Component
     }
     native_path = std::move(next);
   }
-  return native_path;
-}
-
-std::string WithBackslashes(std::string native_path) {
-  std::replace(native_path.begin(), native_path.end(), '/', '\\');
   return native_path;
 }
 
@@ -205,15 +186,6 @@ posix::NameInFolder posix::ExactName(const Machine& machine, std::string_view pa
   return {folder.empty() ? "/" : std::move(folder), std::move(name)};
 }
 
-std::string ExactFolder(std::string_view path) {
-  while (!path.empty() && IsSeparator(path.back())) path.remove_suffix(1);
-  const std::size_t above = path.find_last_of("\\/");
-  const std::size_t begin = above != std::string_view::npos ? above + 1 : HasDrive(path) ? 2 : 0;
-  std::string exact(path.substr(0, begin));
-  if (begin < path.size()) exact.append({kQuote}).append(path.substr(begin)).append({kQuote});
-  return exact + '\\';
-}
-
 std::string PathText(const std::string& native_path) {
   std::error_code ignored;
   const std::filesystem::path full = std::filesystem::absolute(native_path, ignored);
@@ -247,10 +219,6 @@ std::string DrivePathText(const Machine& machine, const std::string& native_path
     }
   }
   return PathText(native_path);
-}
-
-std::string TypedPathText(const std::string& path) {
-  return HasDrive(path) || path.find('\\') != std::string::npos ? path : PathText(path);
 }
 
 bool Exists(const Machine& machine, std::string_view path) {

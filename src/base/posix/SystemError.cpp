@@ -7,32 +7,15 @@
 
 #include <cerrno>
 
-#include "base/RunTimeError.h"
+#include "base/FileFailure.h"
 
 namespace logbook::posix {
 
 namespace {
 
-ErrorNumber CommonNumber(int error) {
-  switch (error) {
-    case EISDIR:
-    case EEXIST:
-    case ENOTEMPTY:
-      return ErrorNumber::kPathFileAccess;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case ETXTBSY:
-      return ErrorNumber::kPermissionDenied;
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      return ErrorNumber::kDiskFull;
-    case ENOMEM:
-      return ErrorNumber::kOutOfMemory;
-    default:
-      return ErrorNumber::kDeviceInputOutput;
-  }
+// No room is left for this user, or for anybody.
+int WithoutQuota(int error) {
+  return error == EDQUOT ? ENOSPC : error;
 }
 
 }  // namespace
@@ -43,17 +26,11 @@ bool IsFolder(const std::string& native_path) {
 }
 
 void RaiseFileError(int error, const std::string& native_path) {
-  if (error == ENOENT && IsFolder(ParentOf(native_path))) {
-    throw RunTimeError(ErrorNumber::kFileNotFound);
-  }
-  if (error == ENOENT || error == ENOTDIR) throw RunTimeError(ErrorNumber::kPathNotFound);
-  throw RunTimeError(CommonNumber(error));
+  throw FileFailure(WithoutQuota(error), error == ENOENT && IsFolder(ParentOf(native_path)));
 }
 
 void RaiseFolderError(int error) {
-  if (error == ENOENT) throw RunTimeError(ErrorNumber::kPathNotFound);
-  if (error == ENOTDIR) throw RunTimeError(ErrorNumber::kPathFileAccess);
-  throw RunTimeError(CommonNumber(error));
+  throw FolderFailure(WithoutQuota(error));
 }
 
 void RaiseReadError(int error) {

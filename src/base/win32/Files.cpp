@@ -4,8 +4,8 @@
 #include "base/Files.h"
 
 #include <algorithm>
-#include <optional>
 
+#include "base/FolderDeletion.h"
 #include "base/NativeFile.h"
 #include "base/RunTimeError.h"
 #include "base/TemporaryName.h"
@@ -61,8 +61,6 @@ bool DeleteLink(const std::string& path, DWORD attributes) {
   return to_folder ? RemoveDirectoryW(WidePath(path).c_str()) != 0
                    : DeleteFileW(WidePath(path).c_str()) != 0;
 }
-
-enum class Deletion { kDone, kSpared, kIsFolder };
 
 // Deletes one name of a folder. Raises what the system refuses.
 Deletion DeleteIn(const std::string& folder, const RawEntry& entry) {
@@ -155,26 +153,15 @@ void DeleteFile(const Machine& machine, std::string_view path) {
 void DeleteFilesIn(const Machine& machine, std::string_view path) {
   const std::string native = NativePath(machine, path);
   RequireFolderItself(native);
-  bool matched = false;
-  bool read_only_stayed = false;
-  std::optional<RunTimeError> first_failure;
+  FolderDeletion deletion;
   std::vector<RawEntry> entries = EntriesOf(native);
   std::sort(entries.begin(), entries.end(),
             [](const RawEntry& a, const RawEntry& b) { return a.name < b.name; });
   for (const RawEntry& entry : entries) {
     if (IsHidden(entry)) continue;
-    try {
-      const Deletion result = DeleteIn(native, entry);
-      matched |= result != Deletion::kIsFolder;
-      read_only_stayed |= result == Deletion::kSpared;
-    } catch (const RunTimeError& error) {
-      matched = true;
-      if (!first_failure) first_failure = error;
-    }
+    deletion.Try([&] { return DeleteIn(native, entry); });
   }
-  if (!matched) throw RunTimeError(ErrorNumber::kFileNotFound);
-  if (read_only_stayed) throw RunTimeError(ErrorNumber::kPathFileAccess);
-  if (first_failure) throw RunTimeError(*first_failure);
+  deletion.Finish();
 }
 
 void CopyFile(const Machine& machine, std::string_view from, std::string_view to) {

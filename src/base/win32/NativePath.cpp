@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "base/Files.h"
+#include "base/PathParts.h"
 #include "base/UpperCase.h"
 #include "base/Utf8Path.h"
 #include "base/win32/Status.h"
@@ -18,30 +19,12 @@ namespace logbook {
 
 namespace {
 
-constexpr char kQuote = '"';
 // Before a path that is native already, whatever home the machine has.
 constexpr std::string_view kLiteral = "\\\\?\\";
-
-bool IsSeparator(char byte) {
-  return byte == '\\' || byte == '/';
-}
-
-bool IsLetter(char byte) {
-  return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
-}
-
-bool HasDrive(std::string_view path) {
-  return path.size() >= 2 && path[1] == ':' && IsLetter(path[0]);
-}
 
 // A computer's name and one of its folders.
 bool IsShare(std::string_view path) {
   return path.size() > 2 && IsSeparator(path[0]) && IsSeparator(path[1]) && !IsSeparator(path[2]);
-}
-
-std::string_view WithoutQuotes(std::string_view name) {
-  const bool quoted = name.size() > 2 && name.front() == kQuote && name.back() == kQuote;
-  return quoted ? name.substr(1, name.size() - 2) : name;
 }
 
 // The components with a slash before each.
@@ -59,11 +42,6 @@ std::string WithSlashes(std::string_view path) {
 std::string DriveOf(const Machine& machine, std::string_view path) {
   if (machine.home.empty()) return std::string(path.substr(0, 2));
   return machine.home + "/drives/" + static_cast<char>(path[0] | 0x20);
-}
-
-std::string WithBackslashes(std::string native_path) {
-  std::replace(native_path.begin(), native_path.end(), '/', '\\');
-  return native_path;
 }
 
 std::string WholePath(const std::string& native_path) {
@@ -93,15 +71,6 @@ std::string NativePath(const Machine& machine, std::string_view path) {
   return native_path.size() == 2 ? native_path + "/" : native_path;
 }
 
-std::string ExactFolder(std::string_view path) {
-  while (!path.empty() && IsSeparator(path.back())) path.remove_suffix(1);
-  const std::size_t above = path.find_last_of("\\/");
-  const std::size_t begin = above != std::string_view::npos ? above + 1 : HasDrive(path) ? 2 : 0;
-  std::string exact(path.substr(0, begin));
-  if (begin < path.size()) exact.append({kQuote}).append(path.substr(begin)).append({kQuote});
-  return exact + '\\';
-}
-
 std::string PathText(const std::string& native_path) {
   const std::string text = WithBackslashes(WholePath(native_path));
   return HasDrive(text) ? std::string(kLiteral) + text : text;
@@ -118,10 +87,6 @@ std::string DrivePathText(const Machine& machine, const std::string& native_path
     return text.size() == 2 ? text + "\\" : text;
   }
   return PathText(native_path);
-}
-
-std::string TypedPathText(const std::string& path) {
-  return HasDrive(path) || path.find('\\') != std::string::npos ? path : PathText(path);
 }
 
 bool Exists(const Machine& machine, std::string_view path) {

@@ -5,30 +5,11 @@
 
 #include <cerrno>
 
-#include "base/RunTimeError.h"
+#include "base/FileFailure.h"
 #include "base/win32/Status.h"
 #include "base/win32/System.h"
 
 namespace logbook::win32 {
-
-namespace {
-
-ErrorNumber CommonNumber(int error) {
-  switch (error) {
-    case EISDIR:
-    case EEXIST:
-    case ENOTEMPTY:
-      return ErrorNumber::kPathFileAccess;
-    case EACCES:
-      return ErrorNumber::kPermissionDenied;
-    case ENOSPC:
-      return ErrorNumber::kDiskFull;
-    default:
-      return ErrorNumber::kDeviceInputOutput;
-  }
-}
-
-}  // namespace
 
 int ErrnoOf(unsigned long error) {
   switch (error) {
@@ -57,6 +38,9 @@ int ErrnoOf(unsigned long error) {
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
       return ENOSPC;
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+      return ENOMEM;
     case ERROR_NOT_SUPPORTED:
       return ENOTSUP;
     default:
@@ -69,17 +53,11 @@ int LastErrno() {
 }
 
 void RaiseFileError(int error, const std::string& native_path) {
-  if (error == ENOENT && IsFolder(ParentOf(native_path))) {
-    throw RunTimeError(ErrorNumber::kFileNotFound);
-  }
-  if (error == ENOENT || error == ENOTDIR) throw RunTimeError(ErrorNumber::kPathNotFound);
-  throw RunTimeError(CommonNumber(error));
+  throw FileFailure(error, error == ENOENT && IsFolder(ParentOf(native_path)));
 }
 
 void RaiseFolderError(int error) {
-  if (error == ENOENT) throw RunTimeError(ErrorNumber::kPathNotFound);
-  if (error == ENOTDIR) throw RunTimeError(ErrorNumber::kPathFileAccess);
-  throw RunTimeError(CommonNumber(error));
+  throw FolderFailure(error);
 }
 
 std::string ParentOf(const std::string& native_path) {

@@ -17,7 +17,8 @@ int LastErrno();
 
 // Raises the run-time error for a failed call on a file; `error` is errno's number. A missing file
 // is 53, or 76 if its parent folder is missing; a folder or a taken name is 75; a refusal 70; no
-// room 61; anything else 57.
+// room 61;
+// no memory 7; anything else 57.
 [[noreturn]] void RaiseFileError(int error, const std::string& native_path);
 
 // As above for a call on a folder: a missing folder or parent is 76, a folder that is not empty or
