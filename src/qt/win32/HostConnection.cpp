@@ -6,8 +6,10 @@
 
 #include "qt/HostConnection.h"
 
+#include <QObject>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "base/DdeNames.h"
 #include "base/HostLinkNames.h"
@@ -28,15 +30,17 @@ class DdeCell : public HandshakeCell, public win32::DdeService {
 
   DdeStation& Station() { return station_; }
   void SetReachable(bool reachable) {
-    if (!reachable) station_.Unregister();
+    if (!reachable) {
+      AnnounceChange();
+      station_.Unregister();
+    }
     is_reachable_ = reachable && station_.Register(kLogbookDdeApplication);
   }
 
   std::string Text() const override { return text_; }
   void SetText(const std::string& text) override {
-    if (text == text_) return;
-    text_ = text;
-    station_.Announce(kCellDdeTopic, kCellDdeItem);
+    Change(text);
+    AnnounceChange();
   }
   bool IsReachable() const override { return is_reachable_; }
 
@@ -44,14 +48,31 @@ class DdeCell : public HandshakeCell, public win32::DdeService {
   std::optional<std::string> Give(const std::string& item) override {
     return EqualIgnoringCase(item, kCellDdeItem) ? std::optional(text_) : std::nullopt;
   }
+  // The writer hears of its own text when its writing has been acknowledged: one that waits for the
+  // acknowledgement may take anything that comes before it for that (Wine 8 does).
   bool Take(const std::string& item, const std::string& text) override {
     if (!EqualIgnoringCase(item, kCellDdeItem)) return false;
-    SetText(text);
+    Change(text);
+    QMetaObject::invokeMethod(
+        &later_, [this] { AnnounceChange(); }, Qt::QueuedConnection);
     return true;
   }
 
  private:
+  // Each change is announced with its own text, so before the next one.
+  void Change(const std::string& text) {
+    if (text == text_) return;
+    AnnounceChange();
+    text_ = text;
+    is_changed_ = true;
+  }
+  void AnnounceChange() {
+    if (std::exchange(is_changed_, false)) station_.Announce(kCellDdeTopic, kCellDdeItem);
+  }
+
   std::string text_;
+  bool is_changed_ = false;  // and not announced yet
+  QObject later_;
   bool is_reachable_ = false;
   DdeStation station_;
 };

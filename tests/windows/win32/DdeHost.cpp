@@ -24,6 +24,10 @@ std::string TextOf(HDDEDATA data) {
   return text.substr(0, text.find('\0'));
 }
 
+bool RunsUnderWine() {
+  return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+}
+
 }  // namespace
 
 DdeHost::DdeHost(const std::string& application, std::map<std::string, std::string> items,
@@ -54,21 +58,27 @@ bool DdeHost::FollowCell() {
   return true;
 }
 
-// Wine 8 sends an acknowledgement behind the data of a request, and a request that follows at once
-// takes it for its own refusal. Delivered before, it is passed over; one that comes still later is
-// worth one repetition.
 std::string DdeHost::ReadCell() {
   const HSZ item = DdeCreateStringHandleA(instance_, kCell, CP_WINANSI);
-  HDDEDATA data = nullptr;
-  for (int i = 0; i < 2 && data == nullptr; ++i) {
-    DeliverWhatIsThere();
-    data = DdeClientTransaction(nullptr, 0, cell_, item, CF_TEXT, XTYP_REQUEST, kLongest, nullptr);
-    if (data == nullptr && DdeGetLastError(instance_) != DMLERR_NOTPROCESSED) break;
-  }
+  const HDDEDATA data =
+      DdeClientTransaction(nullptr, 0, cell_, item, CF_TEXT, XTYP_REQUEST, kLongest, nullptr);
   if (data == nullptr) return "no answer";
   const std::string text = TextOf(data);
   DdeFreeDataHandle(data);
+  if (RunsUnderWine()) DeliverUpToAcknowledgement();
   return text;
+}
+
+// Wine 8 sends an acknowledgement behind the data of a request, and whatever call follows would
+// take it for its own answer.
+void DdeHost::DeliverUpToAcknowledgement() {
+  const UINT_PTR limit = SetTimer(nullptr, 0, kLongest, nullptr);
+  MSG message = {};
+  while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+    DispatchMessageA(&message);
+    if (message.message == WM_DDE_ACK || message.message == WM_TIMER) break;
+  }
+  KillTimer(nullptr, limit);
 }
 
 bool DdeHost::WriteCell(const std::string& text) {

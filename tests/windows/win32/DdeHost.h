@@ -56,6 +56,7 @@ class DdeHost {
   HDDEDATA Answer(UINT type, HCONV conversation, HSZ topic, HSZ item, HDDEDATA data);
   std::string NameOf(HSZ handle) const;
   static void DeliverWhatIsThere();
+  static void DeliverUpToAcknowledgement();
 
   const std::string application_;
   const std::map<std::string, std::string> items_;
