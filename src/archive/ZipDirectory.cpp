@@ -48,11 +48,22 @@ std::optional<std::string> TakeLargeField(std::string& extra) {
   return std::nullopt;
 }
 
+// The data that the field of an entry without any would have: the library that writes the entries
+// makes an empty one for a number that is the last of 32 bits.
+std::string LargeFieldLeftOut(const std::string& head) {
+  std::string data;
+  for (const std::size_t place : {24, 20, 42}) {
+    if (Number(head, place, 4) == kNoLimit32) data += Bytes(kNoLimit32, 8);
+  }
+  return data;
+}
+
 // One entry with its new offset. The field for large numbers holds, in this order, uncompressed
 // size, compressed size, offset: those of them that do not fit in their 32 bits.
 std::optional<std::string> MoveEntry(std::string head, const std::string& name, std::string extra,
                                      const std::string& comment, std::uint64_t distance) {
   std::string large = TakeLargeField(extra).value_or("");
+  if (large.empty()) large = LargeFieldLeftOut(head);
   std::size_t sizes = 0;
   for (const std::size_t place : {24, 20}) sizes += Number(head, place, 4) == kNoLimit32 ? 8 : 0;
   std::uint64_t offset = Number(head, 42, 4);

@@ -51,6 +51,23 @@ class LargeArchive : public Archiving {
     EXPECT_EQ(RunProgram("unzip -Z1 " + zip + " | wc -l").output, std::to_string(entries) + "\n");
   }
 
+  // A file of so many bytes, most of which take no room on the disk, is read by others to its end.
+  void ExpectWholeFile(std::uintmax_t size) {
+    disk.MakeFolders("C:\\log");
+    const std::string file = disk.Native("C:\\log\\big.bin");
+    {
+      std::ofstream out(file, std::ios::binary);
+      out.seekp(static_cast<std::streamoff>(size - 1));
+      out << 'x';
+    }
+    ASSERT_EQ(std::filesystem::file_size(file), size);
+    std::filesystem::remove(disk.Native("C:\\out.zip"));
+    EXPECT_EQ(Zip("C:\\log"), 0);
+    const std::string zip = Quoted(disk.Native("C:\\out.zip"));
+    EXPECT_THAT(RunProgram("unzip -v " + zip).output, testing::HasSubstr(std::to_string(size)));
+    EXPECT_EQ(RunProgram("unzip -p " + zip + " '*/big.bin' | cmp - " + Quoted(file)).output, "");
+  }
+
   // A file of so many bytes is archived without taking more memory than that above what is in use.
   void ExpectBoundedMemory(int file_bytes, int memory_bytes) {
     disk.MakeFolders("C:\\log");

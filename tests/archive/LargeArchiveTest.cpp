@@ -26,6 +26,14 @@ TEST_F(LargeArchiveTest, EntriesOneBelowAtAndOneAboveSixteenBitsAreAllThere) {
   }
 }
 
+// The same of 32 bits and the size of a file.
+TEST_F(LargeArchiveTest, AFileOneByteBelowAtAndOneAbove32BitsIsWhole) {
+  for (const std::uintmax_t size : {0xFFFFFFFEULL, 0xFFFFFFFFULL, 0x100000000ULL}) {
+    SCOPED_TRACE(size);
+    ExpectWholeFile(size);
+  }
+}
+
 TEST_F(LargeArchiveTest, AFileOfOneGigabyteGoesThroughSixtyFourMegabytesOfMemory) {
   ExpectBoundedMemory(1 << 30, 64 << 20);
 }
