@@ -143,7 +143,8 @@ std::string SequentialReader::TakeUpTo(const Ends& ends, Keep keep) {
     const auto length = static_cast<std::size_t>(end - bytes.begin());
     if (keep == Keep::kEnd) {
       field.append(bytes.substr(0, length));
-      if (field.size() > 2 * kLongestField) field.erase(0, field.size() - kLongestField);
+      // One byte more stays, so that it is seen at the end that the field was longer.
+      if (field.size() > 2 * kLongestField) field.erase(0, field.size() - kLongestField - 1);
     } else {
       field.append(bytes.substr(0, std::min(length, kLongestField - field.size())));
     }

@@ -80,7 +80,14 @@ TEST_F(SequentialFields, BlanksBeforeAFieldAreSkipped) {
   EXPECT_EQ(Texts("  a,   b c"), (Words{"a", "b c"}));
 }
 
+TEST_F(SequentialFields, OneDelimiterEndsOneField) {
+  EXPECT_EQ(Texts("a\rb\r"), (Words{"a", "b"}));
+  EXPECT_EQ(Texts("a,\nb"), (Words{"a", "", "b"}));
+  EXPECT_EQ(Texts("a\n\nb"), (Words{"a", "", "b"}));
+}
+
 TEST_F(SequentialFields, BlanksBehindANumberBelongToTheDelimiterThatFollows) {
+  EXPECT_EQ(Numbers("1 ,"), (List{1}));
   EXPECT_EQ(Numbers("1 ,2  \r\n3\t,4 "), (List{1, 2, 3, 4}));
 }
 
@@ -244,18 +251,36 @@ TEST_F(LongFields, ATextOf64KilobytesIsWhole) {
   EXPECT_EQ(Open(whole + ",").ReadText(), whole);
   EXPECT_EQ(Open(whole + ",").ReadTextEnd(), whole);
   EXPECT_EQ(Open(whole + "c,").ReadText(), whole);
-  EXPECT_TRUE(Open(whole + "c,").ReadTextEnd().ends_with("xbc"));
+  EXPECT_TRUE(Open(whole + "c,").ReadTextEnd() == (whole + "c").substr(1));
+  std::string with_digit = whole;
+  with_digit[1000] = '7';
+  EXPECT_EQ(Open(with_digit + ",").ReadTextEnd(), with_digit);
+}
+
+TEST_F(LongFields, AFieldIsWholeUpTo64KilobytesAndCutBehindThem) {
+  for (const std::size_t size : {kLongestField - 1, kLongestField, kLongestField + 1}) {
+    const std::string zeros(size - 1, '0');
+    // The digit behind the zeros counts as long as it is one of the 64 KB.
+    EXPECT_EQ(Open(zeros + "7,5").ReadNumber(), size > kLongestField ? 0 : 7) << size;
+    EXPECT_TRUE(Open(zeros + "7,5").ReadText() == (size > kLongestField ? zeros : zeros + "7"));
+    SequentialReader reader = Open(zeros + "7,5");
+    reader.ReadNumber();
+    EXPECT_EQ(reader.ReadNumber(), 5) << size;
+  }
 }
 
 TEST_F(LongFields, TheEndOfATextBeginsWithAWholeCharacter) {
   const test::TestMachine japanese(932);
   std::string bytes = "x ";
-  for (std::size_t i = 0; i < kLongestField; ++i) bytes += "\x8A\xBF";
+  for (std::size_t i = 0; i < kLongestField; ++i) bytes += "\x83\x40";
   for (const char* end : {" 1", "  1"}) {
     japanese.Put(kFile, bytes + end + "\x8A\xBF,");
     const std::string text = SequentialReader(japanese, kFile).ReadTextEnd();
-    EXPECT_TRUE(text.ends_with("1\xE6\xBC\xA2")) << end;
+    EXPECT_EQ(text, std::string(end) + "\xE6\xBC\xA2");
   }
+  // Twice the limit and a byte more, where the middle lies in a character.
+  japanese.Put(kFile, std::string(2 * kLongestField, '\x8A') + "1,");
+  EXPECT_EQ(SequentialReader(japanese, kFile).ReadTextEnd(), "1");
 }
 
 }  // namespace
