@@ -248,10 +248,14 @@ TEST_F(ArcHandlerTest, AZipFileThatCannotGetItsNameIsAFailureThoughEveryLogWasPa
 }
 
 TEST_F(ArcHandlerTest, AtMost259CharactersOfTheFolderAreRead) {
-  Store("C:\\" + std::string(300, 'x') + "\\");
   Select({1});
-  Archive();
-  EXPECT_EQ(station.save.requests.at(0).InitialFolder, "C:\\" + std::string(256, 'x'));
+  for (const std::size_t size : {258, 259, 260, 300}) {
+    const std::string folder = "C:\\" + std::string(size - 3, 'x');
+    Store(folder);
+    station.save.requests.clear();
+    Archive();
+    EXPECT_EQ(station.save.requests.at(0).InitialFolder, folder.substr(0, 259)) << size;
+  }
 }
 
 }  // namespace

@@ -67,6 +67,23 @@ TEST(WriterLocksTest, AForeignLockHoldsTheProgramUpOnceAndTheWritingIsDone) {
   EXPECT_EQ(machine.Get("C:\\log\\a.txt"), "whole");
 }
 
+// The clock of this test stands still, so that the last nanosecond can be told from the one before.
+TEST(WriterLocksTest, AWaitGoesOnBelowItsLimitAndEndsAtIt) {
+  const TestMachine machine;
+  const std::chrono::nanoseconds limit = posix::kLongestLockWait;
+  for (const int more : {-1, 0, 1}) {
+    InAnotherProcess([&] {
+      const std::string root = machine.Native("C:\\");
+      const ForeignLock foreign(root);
+      const posix::Descriptor folder(open(root.c_str(), O_RDONLY));
+      const DiskCalls calls;
+      DiskCalls::InterruptTheNextWaitAfter(limit + std::chrono::nanoseconds(more));
+      EXPECT_EQ(posix::LockFolder(folder), more < 0) << more;
+      EXPECT_EQ(DiskCalls::Count("wait "), more < 0 ? 2 : 1) << more;
+    });
+  }
+}
+
 TEST(WriterLocksTest, ALockThatIsFreeIsTakenWithoutAWait) {
   const TestMachine machine;
   const DiskCalls calls;

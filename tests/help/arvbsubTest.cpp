@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "shell/StartUp.h"
 #include "support/TestServices.h"
 
@@ -86,9 +88,13 @@ TEST_F(arvbsub, AFolderNamedErrInLowerCaseIsAFolder) {
 }
 
 TEST_F(arvbsub, ASettingHasAtMost255BytesAndIsCutThere) {
-  PutSettings("_HELPPATH$=" + std::string(300, 'p') + "\r\n_HELPFILE$=" + std::string(300, 'f') +
-              "\r\n");
-  EXPECT_EQ(FileNameAfterHelp(), std::string(255, 'p') + "\\" + std::string(255, 'f'));
+  for (const std::size_t size : {254, 255, 256, 300}) {
+    PutSettings("_HELPPATH$=" + std::string(size, 'p') +
+                "\r\n_HELPFILE$=" + std::string(size, 'f') + "\r\n");
+    station.state.HelpFileName.clear();
+    const std::size_t read = std::min<std::size_t>(size, 255);
+    EXPECT_EQ(FileNameAfterHelp(), std::string(read, 'p') + "\\" + std::string(read, 'f'));
+  }
 }
 
 TEST_F(arvbsub, ASettingEndsAtItsFirstNul) {

@@ -59,7 +59,8 @@ TEST(GetNewFileName, NumbersAreTwoUpperCaseHexadecimalDigits) {
     int taken;
     const char* suffix;
   };
-  for (const Case& each : {Case{10, "0A"}, Case{15, "0F"}, Case{16, "10"}, Case{255, "FF"}}) {
+  for (const Case& each :
+       {Case{10, "0A"}, Case{15, "0F"}, Case{16, "10"}, Case{254, "FE"}, Case{255, "FF"}}) {
     TestWorkstation station;
     for (int i = 0; i < each.taken; ++i) {
       char name[16];

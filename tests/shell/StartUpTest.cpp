@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <new>
 #include <stdexcept>
@@ -280,6 +281,19 @@ TEST(GlobalEnd, EndsAfter200000PollsWhenTheCellNeverLeaves9) {
   EXPECT_THROW(GlobalEnd(station.state, station.services), ProcessEnded);
   EXPECT_EQ(station.events.delivered, 200000);
   EXPECT_EQ(station.cell.text, "9");
+}
+
+TEST(GlobalEnd, SeesACellThatIsClearedAtTheLastPollAndNoneBehindIt) {
+  for (const int cleared : {199999, 200000, 200001}) {
+    TestWorkstation station;
+    station.events.limit = 300000;
+    station.events.on_deliver = [&](int delivery) {
+      if (delivery == cleared) station.cell.text = "0";
+    };
+    EXPECT_THROW(GlobalEnd(station.state, station.services), ProcessEnded);
+    EXPECT_EQ(station.events.delivered, std::min(cleared, 200000));
+    EXPECT_EQ(station.cell.text, cleared > 200000 ? "9" : "0");
+  }
 }
 
 TEST(GlobalEnd, WaitsUntilTheHostHasClearedTheCell) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -183,6 +184,16 @@ TEST_F(MacroFile, OfALongLineTheFirst64KilobytesCount) {
   EXPECT_EQ(ReadMacroLines(machine, kFile, "XPOS").Value, kilobytes);
   EXPECT_EQ(ReadMacroLines(machine, kFile, "YPOS").Value, "YPOS=3");
   EXPECT_EQ(ReadAssignments(machine, kFile), (std::vector<std::string>{kilobytes, "YPOS=3"}));
+}
+
+TEST_F(MacroFile, ALineIsWholeUpTo64KilobytesAndCutBehindThem) {
+  for (const std::size_t size : {kLongestMacroLine - 1, kLongestMacroLine, kLongestMacroLine + 1}) {
+    std::string line = "XPOS=" + std::string(size - 5, '1');
+    machine.Put(kFile, line + "\r\nYPOS=2\r\n");
+    line.resize(std::min(size, kLongestMacroLine));
+    EXPECT_TRUE(ReadMacroLines(machine, kFile, "XPOS").Value == line) << size;
+    EXPECT_EQ(ReadMacroLines(machine, kFile, "YPOS").Value, "YPOS=2") << size;
+  }
 }
 
 TEST_F(MacroFile, AFileOfAHundredMegabytesIsReadToItsEnd) {

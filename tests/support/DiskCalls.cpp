@@ -5,6 +5,7 @@
 
 #include <dlfcn.h>
 #include <sys/file.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -20,6 +21,8 @@ struct Record {
   std::vector<std::string> calls;
   std::string unreadable;  // native path
   std::size_t from = 0;
+  timespec standing = {};  // the time at which the clock stands still, if it does
+  std::chrono::nanoseconds until_interruption{0};
 };
 Record record;
 
@@ -43,8 +46,28 @@ void NoteRename(const char* to) {
   if (record.on) record.calls.push_back(std::string("rename ") + to);
 }
 
+// True if the clock stands still, and its time.
+bool IsStandingAt(timespec& time) {
+  const bool stands = record.standing.tv_sec != 0;
+  if (stands) time = record.standing;
+  return stands;
+}
+
+// A wait for a lock while the clock stands still.
+int LockByStandingClock() {
+  if (record.until_interruption.count() == 0) return 0;
+  constexpr long kSecond = 1'000'000'000;
+  const long nanoseconds = record.standing.tv_nsec + record.until_interruption.count();
+  record.standing.tv_sec += nanoseconds / kSecond;
+  record.standing.tv_nsec = nanoseconds % kSecond;
+  record.until_interruption = {};
+  errno = EINTR;
+  return -1;
+}
+
 // Takes a lock, in spite of interruptions if that is wanted.
 int Lock(int descriptor, int operation) {
+  if ((operation & LOCK_NB) == 0 && record.standing.tv_sec != 0) return LockByStandingClock();
   int result = 0;
   do {
     result = Real<int(int, int)>("flock")(descriptor, operation);
@@ -85,6 +108,13 @@ void DiskCalls::WaitForEveryLock() {
   record.waits_for_locks = true;
 }
 
+void DiskCalls::InterruptTheNextWaitAfter(std::chrono::nanoseconds time) {
+  timespec now = {};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  record.until_interruption = time;
+  record.standing = now;
+}
+
 void DiskCalls::FailReads(const std::string& native_path, std::size_t from) {
   record.unreadable = native_path;
   record.from = from;
@@ -92,6 +122,7 @@ void DiskCalls::FailReads(const std::string& native_path, std::size_t from) {
 
 }  // namespace logbook::test
 
+using logbook::test::IsStandingAt;
 using logbook::test::Lock;
 using logbook::test::Note;
 using logbook::test::NoteRename;
@@ -114,6 +145,12 @@ int renameat(int from_folder, const char* from, int to_folder, const char* to) n
 int flock(int descriptor, int operation) noexcept {
   Note((operation & LOCK_NB) != 0 ? "try " : "wait ", descriptor);
   return Lock(descriptor, operation);
+}
+
+int clock_gettime(clockid_t clock, timespec* time) noexcept {
+  static const auto real = Real<int(clockid_t, timespec*)>("clock_gettime");
+  if (clock == CLOCK_MONOTONIC && IsStandingAt(*time)) return 0;
+  return real(clock, time);
 }
 
 ssize_t read(int descriptor, void* buffer, std::size_t size) {

@@ -5,6 +5,7 @@
 // read of a test program whose sources hold DiskCalls.cpp are this module's.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -32,6 +33,10 @@ class DiskCalls {
   // From here on a wait for a lock lasts until the lock is free, whatever interrupts it, until the
   // object goes.
   static void WaitForEveryLock();
+
+  // From here on the clock that only ever runs stands still, but that the next wait for a lock is
+  // interrupted when so much time has passed by it. The wait after that one gets the lock.
+  static void InterruptTheNextWaitAfter(std::chrono::nanoseconds time);
 };
 
 }  // namespace logbook::test

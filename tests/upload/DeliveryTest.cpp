@@ -236,6 +236,14 @@ TEST(NextPause, PausesDoubleUpToTheLongest) {
   EXPECT_THAT(pauses, ElementsAre(5000, 10000, 18000, 18000));
 }
 
+TEST(NextPause, TheLongestPauseIsTheLimitOfTheDoubledOne) {
+  using std::chrono::milliseconds;
+  const ServerSettings settings{.longest_pause = milliseconds(18000)};
+  EXPECT_EQ(NextPause(milliseconds(8999), settings), milliseconds(17998));
+  EXPECT_EQ(NextPause(milliseconds(9000), settings), milliseconds(18000));
+  EXPECT_EQ(NextPause(milliseconds(9001), settings), milliseconds(18000));
+}
+
 // A shared folder as the server.
 class SharedFolderTest : public testing::Test {
  protected:

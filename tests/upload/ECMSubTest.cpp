@@ -315,6 +315,18 @@ TEST_F(ECMSubTest, TheDefaultTimeIsSixHundredLooks) {
   EXPECT_THAT(station.clock.sleeps, testing::AllOf(testing::SizeIs(599), testing::Each(100)));
 }
 
+TEST_F(ECMSubTest, AFileThatComesBeforeTheLastLookIsSeenAndOneBehindItIsNot) {
+  for (const std::size_t sleep : {598u, 599u, 600u}) {
+    station.clock.sleeps.clear();
+    std::filesystem::remove(station.disk.Native("C:\\a.pdf"));
+    station.clock.on_sleep = [&] {
+      if (station.clock.sleeps.size() == sleep) station.disk.Put("C:\\a.pdf", "");
+    };
+    EXPECT_EQ(WaitForPrintImage(station.state, station.services, "C:\\a.pdf"), sleep < 600)
+        << sleep;
+  }
+}
+
 TEST_F(ECMSubTest, ATimeOfFiftyAllowsExactlyOneLook) {
   station.disk.Put("C:\\QUOREX\\qrxexe\\arecm.cfg", "[Upload PDF]\r\nGenerate Timeout=50\r\n");
   EXPECT_FALSE(WaitForPrintImage(station.state, station.services, "C:\\a.pdf"));
