@@ -7,6 +7,7 @@ or two statements in the other order. What is worked out by the compiler stays a
 can be thrown only at run time.
 """
 import dataclasses
+import re
 
 from clang.cindex import Config, CursorKind, Index, TypeKind
 
@@ -21,6 +22,13 @@ FUNCTIONS = {CursorKind.FUNCTION_DECL, CursorKind.CXX_METHOD, CursorKind.CONSTRU
              CursorKind.DESTRUCTOR, CursorKind.FUNCTION_TEMPLATE, CursorKind.CONVERSION_FUNCTION}
 CONSTANT = {CursorKind.STATIC_ASSERT, CursorKind.ENUM_CONSTANT_DECL, CursorKind.TYPE_ALIAS_DECL,
             CursorKind.TYPEDEF_DECL, CursorKind.TEMPLATE_NON_TYPE_PARAMETER}
+
+
+def in_one_line(text):
+    """The text without line ends, and without the comments that end with them."""
+    plain = re.sub(r"""("(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])*')|//[^\n]*""",
+                   lambda match: match.group(1) or "", text)
+    return plain.replace("\n", " ")
 
 
 @dataclasses.dataclass
@@ -154,8 +162,8 @@ class Planter:
                 first = planter.apply(spot[0], spot[1], inner)
                 second = planter.apply(spot[2], spot[3], inner)
                 between = planter.source[spot[1]:spot[2]].decode()
-                return (f"(MUTANT({number}) ? ({first}) {other} ({second}) : "
-                        f"{first}{between}{second})".replace("\n", " ") +
+                return (in_one_line(f"(MUTANT({number}) ? ({first}) {other} ({second}) : "
+                                    f"{first}{between}{second})") +
                         "\n" * planter.source[spot[0]:spot[3]].count(b"\n"))
             edits.append((spot[0], spot[3], make))
 
@@ -175,7 +183,7 @@ class Planter:
     @staticmethod
     def on_lines(new, old):
         """A text of as many lines as the old one, so that the compiler's lines are the source's."""
-        return new.replace("\n", " ") + "\n" * old.count("\n")
+        return in_one_line(new) + "\n" * old.count("\n")
 
     # A condition that is a call or a variable; operators have faults of their own.
     def condition(self, children, edits):

@@ -49,6 +49,23 @@ TEST(cmdBrowse, OpensTheViewerOnTheSelectedCurrentRow) {
   EXPECT_THAT(logs.forms.calls, ElementsAre("ShowLogView Logbook Viewer:date of 26111501"));
 }
 
+TEST(cmdBrowse, OpensTheViewerOnTheFirstRowToo) {
+  Logs logs;
+  logs.Select({1});
+  logs.state.ListView1.CurrentRow = 1;
+  logs.forms.on_view = [&] { EXPECT_EQ(logs.state.CurrentLogName, "26111500"); };
+  cmdBrowse_Click(logs.state, logs.services);
+  EXPECT_THAT(logs.forms.calls, ElementsAre("ShowLogView Logbook Viewer:date of 26111500"));
+}
+
+TEST(cmdBrowse, NothingHappensWithoutACurrentRow) {
+  Logs logs;
+  logs.Select({1});
+  logs.state.ListView1.CurrentRow = 0;
+  cmdBrowse_Click(logs.state, logs.services);
+  EXPECT_THAT(logs.forms.calls, IsEmpty());
+}
+
 TEST(cmdBrowse, NothingHappensWhenTheCurrentRowIsNotSelected) {
   Logs logs;
   logs.Select({1});
@@ -73,6 +90,7 @@ TEST(ColumnClick, ValueColumnsOpenTheChooserAndRebuildTheList) {
   for (int column = 3; column <= 8; ++column) {
     Logs logs;
     logs.MakeLog("26111503", "new");
+    logs.forms.on_change_item = [&] { EXPECT_EQ(logs.state.ChangeColumn, column); };
     ListView1_ColumnClick(logs.state, logs.services, column);
     EXPECT_EQ(logs.state.ChangeColumn, column);
     EXPECT_THAT(logs.forms.calls, ElementsAre("ShowChangeItem", "UpdateMain"));
@@ -125,6 +143,24 @@ TEST(cmdDelete, SelectedLogsAreGoneAfterOneQuestionAndOneRebuild) {
   EXPECT_EQ(logs.messages.shown.size(), 1u);
   EXPECT_THAT(logs.forms.calls, ElementsAre("UpdateMain"));
   EXPECT_EQ(logs.state.ListView1.Rows.size(), 1u);
+}
+
+TEST(cmdDelete, AContentServerGetsTheListOnlyIfTheDeletionSucceeded) {
+  for (const bool succeeds : {true, false}) {
+    Logs logs;
+    logs.ecm.enabled = true;
+    if (!succeeds) logs.MakeReadOnlyFile("26111501");
+    logs.Select({2});
+    logs.messages.answers = {MessageAnswer::kYes};
+    cmdDelete_Click(logs.state, logs.services);
+    EXPECT_EQ(logs.ecm.calls.empty(), !succeeds);
+  }
+}
+
+TEST(DeleteSelectedLogs, WithoutASelectionNothingIsDeletedAndNothingIsToBeTold) {
+  Logs logs;
+  EXPECT_FALSE(DeleteSelectedLogs(logs.state, logs.services));
+  EXPECT_EQ(logs.state.LogCount, 3);
 }
 
 TEST(DeleteSelectedLogs, ReadOnlyFileKeepsItsFolderAndIsNamedInTheMessage) {

@@ -106,6 +106,14 @@ TEST(LogEditor, OnlyTheNumberOneTicksABox) {
   }
 }
 
+TEST(LogEditor, TheFirstAndTheLastBoxHaveTheirKeysAndNoFurtherKeyCounts) {
+  Editing editing;
+  editing.disk.Put(editing.state.IniFile, "[Maintenance]\r\nItem0=1\r\nItem17=1\r\nItem18=1\r\n");
+  editing.Load();
+  for (std::size_t i = 0; i < LogEditor::kChecks; ++i)
+    EXPECT_EQ(editing.editor.Ticked[i], i == 0 || i == 17) << i;
+}
+
 TEST(LogEditor, TicksAndLastFileAreStoredBeforeTheComment) {
   Editing editing;
   editing.Load();

@@ -186,6 +186,19 @@ TEST(cmdRecord, WorkingCommandsRestUntilTheRecordIsDone) {
   EXPECT_THAT(DisabledCommands(station.state.frmMain), ElementsAre());
 }
 
+TEST(cmdRecord, TheWindowShowsWhenTheCommandsRestAndWhenTheyComeBack) {
+  TestWorkstation station;
+  AnswerJobs(station);
+  std::vector<std::size_t> shown;
+  station.forms.on_update = [&] {
+    shown.push_back(DisabledCommands(station.state.frmMain).size());
+  };
+  cmdRecord_Click(station.state, station.services);
+  ASSERT_GE(shown.size(), 2u);
+  EXPECT_EQ(shown.front(), 6u);
+  EXPECT_EQ(shown.back(), 0u);
+}
+
 TEST(cmdRecord, WorkingCommandsRestUntilTheUploadIsDone) {
   TestWorkstation station;
   AnswerJobs(station);

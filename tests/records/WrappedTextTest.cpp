@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "support/FixedWidthBox.h"
 #include "support/TestMachine.h"
 
@@ -55,6 +59,35 @@ TEST(GetWrappedText, TheTwoAreCharactersAndNotBytes) {
   EXPECT_EQ(Wrap(TestMachine(1252), 2, "äöüßéè"), "äöüß\r\néè");
   EXPECT_EQ(Wrap(TestMachine(932), 2, "漢字清掃済"), "漢字清\r\n掃\r\n済");
   EXPECT_EQ(Wrap(TestMachine(932), 4, "漢字清掃済"), "漢字清掃\r\n済");
+}
+
+TEST(GetWrappedText, ACharacterBeyondThe16BitsCountsAsTwo) {
+  TestMachine disk;
+  // Two question marks each in the code page, as wide as a line.
+  EXPECT_EQ(Wrap(disk, 2, "\U0001F600ab"), "\U0001F600ab");
+  EXPECT_EQ(Wrap(disk, 3, "\U0001F600abc"), "\U0001F600a\r\nbc");
+}
+
+// A box that tells of these lines, whatever its text is.
+struct ToldLines : FixedWidthBox {
+  ToldLines(const Machine& machine, const std::string& text, std::vector<long> places)
+      : FixedWidthBox(machine, 80, text), lines(std::move(places)) {}
+  int LineCount() const override { return static_cast<int>(lines.size()); }
+  long LineIndex(int line) const override { return lines.at(static_cast<std::size_t>(line - 1)); }
+  std::vector<long> lines;
+};
+
+TEST(GetWrappedText, ALineWithoutAPlaceTakesTheRestOfTheTextOnce) {
+  TestMachine disk;
+  for (const long none : {0L, -1L}) {
+    EXPECT_EQ(GetWrappedText(disk, ToldLines(disk, "abcdefgh", {5, none, none})), "abcde\r\nfgh");
+    EXPECT_EQ(GetWrappedText(disk, ToldLines(disk, "abcdefgh", {none, none})), "abcdefgh");
+  }
+}
+
+TEST(GetWrappedText, ALineMayBeginBehindTheFirstCharacter) {
+  TestMachine disk;
+  EXPECT_EQ(GetWrappedText(disk, ToldLines(disk, "abcdefgh", {1, 5, -1})), "abcde\r\nfgh");
 }
 
 // A box that tells of a line further on than its text goes.

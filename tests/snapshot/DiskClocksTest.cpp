@@ -79,6 +79,34 @@ TEST(DiskClocksTest, ATimeOfModificationThatWasSetProvesNothing) {
   EXPECT_FALSE(clocks.IsSettled(Changed(0), After(kSecond)));
 }
 
+TEST(DiskClocksTest, ATimeOfTheFutureTellsNothingOfADisksClock) {
+  DiskClocks clocks;
+  clocks.Take(Changed(3600 * kSecond), After(0));
+  EXPECT_FALSE(clocks.IsSettled(Changed(0, kSecond), After(kMillisecond)));
+  FileStamp now = Changed(0);
+  now.modified_ns = now.changed_ns = kStart;
+  clocks.Take(now, After(0));  // this very moment is none of the future
+  EXPECT_TRUE(clocks.IsSettled(Changed(0), After(kSecond)));
+}
+
+TEST(DiskClocksTest, WithoutATimeOfChangeThatOfTheModificationStandsIn) {
+  DiskClocks clocks;
+  FileStamp stamp = Changed(0);
+  stamp.changed_ns = 0;
+  clocks.Take(stamp, After(0));
+  EXPECT_FALSE(clocks.IsSettled(stamp, After(50 * kMillisecond)));
+  EXPECT_TRUE(clocks.IsSettled(stamp, After(kSecond)));
+}
+
+TEST(DiskClocksTest, AFileIsSettledBehindTheLastNanosecondOfItsGrain) {
+  DiskClocks clocks;
+  clocks.Take(Changed(kSecond), After(kSecond));
+  const std::int64_t known_behind = 1;  // Changed is a nanosecond before its moment
+  const std::int64_t grain = 100 * kMillisecond;
+  EXPECT_FALSE(clocks.IsSettled(Changed(0), After(grain - 1 + known_behind)));
+  EXPECT_TRUE(clocks.IsSettled(Changed(0), After(grain + known_behind)));
+}
+
 TEST(DiskClocksTest, StampsInWholeSecondsSettleLater) {
   DiskClocks clocks;
   clocks.Take(Changed(3 * kSecond), After(3 * kSecond));

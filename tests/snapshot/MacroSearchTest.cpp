@@ -24,6 +24,27 @@ TEST(MacroSearchTest, FindsTheLastLineOfEachKind) {
   EXPECT_EQ(search.Find("YPOS"), (MacroLines{"", "OPT_COLOPGS=2", "CLMD=3"}));
 }
 
+TEST(MacroSearchTest, NoLineHoldsAWordWithALineEnd) {
+  const MacroSearch search(Page(1252), "XPOS=1\r\nYPOS=2\r\n");
+  for (const char* word : {"1\r\n", "\n", "=1\r\nYPOS"}) {
+    EXPECT_EQ(search.Find(word), MacroLines()) << testing::PrintToString(word);
+  }
+}
+
+TEST(MacroSearchTest, EveryLineHoldsTheEmptyWord) {
+  EXPECT_EQ(MacroSearch(Page(1252), "=").Find(""), (MacroLines{"=", "", ""}));
+  EXPECT_EQ(MacroSearch(Page(1252), "a=\nb\n").Find(""), (MacroLines{"a=", "", ""}));
+}
+
+TEST(MacroSearchTest, EveryLetterIsFoundInEitherCase) {
+  for (char letter = 'a'; letter <= 'z'; ++letter) {
+    const std::string lower(3, letter);
+    const std::string upper(3, static_cast<char>(letter - 'a' + 'A'));
+    EXPECT_EQ(MacroSearch(Page(1252), lower + "=1").Find(upper).Value, lower + "=1");
+    EXPECT_EQ(MacroSearch(Page(1252), upper + "=1").Find(lower).Value, upper + "=1");
+  }
+}
+
 TEST(MacroSearchTest, FindsWhatGoingThroughTheLinesFinds) {
   const test::TestMachine machine;
   std::mt19937 random(11);

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <thread>
 
 #include "base/RunTimeError.h"
 #include "support/DiskCalls.h"
@@ -26,6 +27,10 @@ namespace fs = std::filesystem;
 constexpr const char* kIni = "C:\\log\\logfile.ini";
 constexpr const char* kNumbers = "C:\\log\\auser.txt";
 constexpr const char* kMacro = "C:\\log\\paramvar.mac";
+constexpr const char* kComment = "C:\\log\\comment.txt";
+
+// Between two looks at the clock.
+constexpr std::chrono::milliseconds kLook(1);
 
 class Snapshots : public testing::Test {
  protected:
@@ -33,7 +38,7 @@ class Snapshots : public testing::Test {
   // the file system cannot be set: wait until it has aged.
   void Age() {
     std::int64_t changed = 0;
-    for (const char* path : {kIni, kNumbers, kMacro}) {
+    for (const char* path : {kIni, kNumbers, kMacro, kComment}) {
       const fs::path native = machine.Native(path);
       if (!fs::exists(native)) continue;
       fs::last_write_time(native, fs::file_time_type::clock::now() - std::chrono::hours(1));
@@ -49,8 +54,7 @@ class Snapshots : public testing::Test {
                  std::chrono::system_clock::now().time_since_epoch())
           .count();
     };
-    while (now() <= changed + 200'000'000) {
-    }
+    while (now() <= changed + 200'000'000) std::this_thread::sleep_for(kLook);
     ShowTheClock();
   }
 
@@ -83,6 +87,14 @@ class Snapshots : public testing::Test {
   std::optional<MacroLines> Macro(const std::string& variable,
                                   const std::string& file = "paramvar.mac") {
     return Ask([&](LogSnapshots& log) { return log.Macro(file, variable); });
+  }
+
+  // True if the answer to a question needs the bytes of a file.
+  template <typename Question>
+  bool IsRead(const Question& question) {
+    const test::DiskCalls calls;
+    question();
+    return test::DiskCalls::Count("read ") > 0;
   }
 
   test::TestMachine machine;
@@ -122,6 +134,17 @@ TEST_F(Snapshots, AReadErrorGivesZeroAfterTheValuesBeforeItAndIsNotKept) {
   EXPECT_EQ(Number(2), 3);
 }
 
+TEST_F(Snapshots, AReadErrorOfADescriptorIsNotKept) {
+  machine.Put(kIni, "[LogFile]\r\nDate=d\r\n" + std::string(100'000, ';'));
+  Age();
+  {
+    const test::DiskCalls calls;
+    test::DiskCalls::FailReads(machine.Native(kIni), 90'000);
+    EXPECT_EQ(Date(), "");
+  }
+  EXPECT_EQ(Date(), "d");
+}
+
 // How long a change of the file may stay unseen in its stamps.
 constexpr std::int64_t kSecond = 1'000'000'000;
 constexpr std::int64_t kFineGrain = kSecond / 10;
@@ -136,8 +159,7 @@ class SettlingFile : public Snapshots {
   }
 
   static void WaitUntil(std::int64_t moment) {
-    while (Now() <= moment) {
-    }
+    while (Now() <= moment) std::this_thread::sleep_for(kLook);
   }
 
   // Writes the file and gives it this time of modification.
@@ -206,6 +228,18 @@ TEST_F(SettlingFile, AFileIsKeptOnceItHasBeenSeenUnchangedForTheGrain) {
   EXPECT_EQ(test::DiskCalls::Count("read "), 0);
 }
 
+// A list's root may have been left alone for long.
+TEST_F(SettlingFile, AFileShowsTheClockOfItsDiskWhereTheRootIsOlder) {
+  std::int64_t decided = 0;
+  machine.MakeFolders("C:\\log");
+  WaitUntil(StampOf(machine, "C:\\").changed_ns + kSecond / 2);
+  PutModifiedAt(Now() - kSecond / 4 - 1);
+  Number(0);
+  WaitUntil(Now() + 2 * kFineGrain);
+  Number(0);
+  EXPECT_FALSE(IsReadTwice(decided));
+}
+
 TEST_F(SettlingFile, AFileIsReadAgainWithinATenthOfASecondOfItsModification) {
   EXPECT_TRUE(IsReadTwiceBetween(
       [this] {
@@ -254,6 +288,16 @@ TEST_F(Snapshots, ANumberTooLargeForADoubleGivesZeroAndTheNextOneCounts) {
   EXPECT_EQ(Number(1), 2);
 }
 
+TEST_F(Snapshots, AFileTooLargeToKeepHasZeroForWhatIsNoNumberAndBehindItsEnd) {
+  const std::string blanks(100'000, ' ');
+  machine.Put(kNumbers, "1,2," + blanks + "1e999,4");
+  for (const int row : {2, 4, 5}) {
+    cache.Expect({});
+    EXPECT_EQ(Number(row), 0) << row;
+  }
+  EXPECT_EQ(Number(3), 4);
+}
+
 TEST_F(Snapshots, AFolderInPlaceOfAFileRaisesWhatOpeningRaises) {
   machine.MakeFolders(kNumbers);
   EXPECT_THROW(Number(0), RunTimeError);
@@ -289,6 +333,80 @@ TEST_F(Snapshots, APassSeesAFileAsItWasAtTheFirstUse) {
     EXPECT_EQ(Number(0), 1);
   }
   EXPECT_EQ(Number(0), 2);
+}
+
+TEST_F(Snapshots, APassSeesAFileThatWasKnownAsItWasAtTheFirstUse) {
+  machine.Put(kNumbers, "1");
+  Age();
+  EXPECT_EQ(Number(0), 1);
+  const SnapshotCache::Pass pass(cache);
+  EXPECT_EQ(Number(0), 1);
+  machine.Put(kNumbers, "2");
+  EXPECT_EQ(Number(0), 1);
+}
+
+TEST_F(Snapshots, AnUnchangedFileIsReadOnceHoweverLargeItIs) {
+  for (const std::size_t filler : {0, 100'000}) {
+    const std::string rest(filler, 'x');
+    machine.Put(kIni, "[LogFile]\r\nDate=d\r\n;" + rest);
+    machine.Put(kNumbers, "1,2,3," + rest);
+    machine.Put(kMacro, "XPOS=5\r\n" + rest);
+    machine.Put(kComment, "Cones\r\n" + rest);
+    Age();
+    const auto ask = [this] {
+      EXPECT_EQ(Date(), "d");
+      EXPECT_EQ(Number(2), 3);
+      EXPECT_EQ(Macro("XPOS")->Value, "XPOS=5");
+      EXPECT_EQ(Comment(), "Cones");
+    };
+    EXPECT_TRUE(IsRead(ask));
+    EXPECT_FALSE(IsRead(ask)) << filler;
+  }
+}
+
+TEST_F(Snapshots, AnUnchangedFileBehindALinkIsReadOnce) {
+  machine.Put("C:\\elsewhere.txt", "7");
+  machine.MakeFolders("C:\\log");
+  fs::create_symlink(machine.Native("C:\\elsewhere.txt"), machine.Native(kNumbers));
+  Age();
+  EXPECT_EQ(Number(0), 7);
+  EXPECT_FALSE(IsRead([this] { EXPECT_EQ(Number(0), 7); }));
+}
+
+TEST_F(Snapshots, LinesOfFourKilobytesAreKeptAndLongerOnesReadEachTime) {
+  for (const std::size_t more : {0, 1}) {
+    const std::string comment(4096 + more, 'x');
+    machine.Put(kComment, comment + "\r\n");
+    const MacroLines lines = {.Value = "XPOS=" + std::string(2048 - 5, '1'),
+                              .ColOpgs = "OPT_COLOPGS=" + std::string(1024 - 12, '2'),
+                              .Clmd = "CLMD=" + std::string(1024 - 5 + more, '3')};
+    machine.Put(kMacro, lines.Value + "\r\n" + lines.ColOpgs + "\r\n" + lines.Clmd + "\r\n");
+    Age();
+    const auto ask_comment = [&] { EXPECT_TRUE(Comment() == comment); };
+    const auto ask_macro = [&] { EXPECT_TRUE(Macro("XPOS") == lines); };
+    ask_comment();
+    ask_macro();
+    EXPECT_EQ(IsRead(ask_comment), more > 0);
+    EXPECT_EQ(IsRead(ask_macro), more > 0);
+  }
+}
+
+TEST_F(Snapshots, AnErrorInPlaceOfAKeptLineIsRaisedUntilTheFileChanges) {
+  machine.Put(kComment, "Cones");
+  Age();
+  EXPECT_EQ(Comment(), "Cones");
+  machine.Put(kComment, "");
+  for (int pass = 0; pass < 2; ++pass) EXPECT_THROW(Comment(), RunTimeError);
+  machine.Put(kComment, "Torch");
+  EXPECT_EQ(Comment(), "Torch");
+}
+
+TEST_F(Snapshots, AFolderInPlaceOfTheCommentIsNone) {
+  machine.Put(kComment, "Cones");
+  EXPECT_EQ(Comment(), "Cones");
+  fs::remove(machine.Native(kComment));
+  machine.MakeFolders(kComment);
+  EXPECT_EQ(Comment(), "");
 }
 
 TEST_F(Snapshots, AFileThatChangedBeforeItsFirstUseInAPassIsReadAgain) {
@@ -397,7 +515,6 @@ TEST_F(Snapshots, AMacroFileThatALinkLeadsToMayComeAndGoWithoutAChangeOfTheFolde
 }
 
 TEST_F(Snapshots, GiveTheFirstLineOfTheComment) {
-  constexpr const char* kComment = "C:\\log\\comment.txt";
   EXPECT_EQ(Comment(), "");
   machine.Put(kComment, "Cones \xE4\r\nTorch\r\n");
   for (int pass = 0; pass < 2; ++pass) EXPECT_EQ(Comment(), "Cones \xC3\xA4");
@@ -438,7 +555,27 @@ TEST_F(Snapshots, WhatWasNotExpectedIsReadAllTheSame) {
   EXPECT_EQ(Number(0), 1);
   EXPECT_EQ(Macro("XPOS")->Value, "XPOS=5");
   EXPECT_EQ(Macro("YPOS")->Value, "YPOS=6");
+  EXPECT_FALSE(IsRead([this] { EXPECT_EQ(Macro("YPOS")->Value, "YPOS=6"); }));
   EXPECT_EQ(Lens(), 1);
+}
+
+TEST_F(Snapshots, OfMoreThan512LogsThoseThatAPassDidNotUseAreForgotten) {
+  for (int count = 0; count < 513; ++count)
+    machine.Put("C:\\log" + std::to_string(count) + "\\auser.txt", std::to_string(count));
+  WaitFor(StampOf(machine, "C:\\log512\\auser.txt").changed_ns);
+  const auto number = [this](int log) {
+    const SnapshotCache::Pass pass(cache);
+    EXPECT_EQ(cache.Log("C:\\", "log" + std::to_string(log)).Number("auser.txt", 0), log);
+  };
+  for (const int count : {512, 513}) {
+    {
+      const SnapshotCache::Pass pass(cache);
+      for (int log = 0; log < count; ++log) number(log);
+    }
+    number(7);
+    EXPECT_FALSE(IsRead([&] { number(7); }));
+    EXPECT_EQ(IsRead([&] { number(8); }), count > 512);
+  }
 }
 
 TEST_F(Snapshots, RapidChangesOfTheSameSizeAreAllSeen) {
