@@ -171,4 +171,69 @@ def AskedForHelpItSucceedsAndAWrongStepIsWrongUse():
         sys.exit(str(wrong))
 
 
+# debhelper takes whatever looks like one for the changelog of the package.
+def ThePaperOfChangesStaysBesideTheChangelogOfThePackage():
+    if not shutil.which("dh"):
+        print("SKIP  debhelper is not here")
+        sys.exit(SKIPPED)
+    with tempfile.TemporaryDirectory() as tree:
+        shutil.copytree(os.path.join(SOURCES, "debian"), os.path.join(tree, "debian"))
+        papers = os.path.join(tree, "debian/maintenance-logbook/usr/share/doc/maintenance-logbook")
+        os.makedirs(papers)
+        paper = shutil.copy(os.path.join(SOURCES, "CHANGELOG.md"), papers)
+        subprocess.run(["debian/rules", "override_dh_installchangelogs"], cwd=tree, check=True)
+        if not os.path.exists(paper):
+            sys.exit(f"only {os.listdir(papers)}")
+        with open(os.path.join(papers, "changelog"), encoding="utf-8") as file:
+            if file.read() != text("debian/changelog"):
+                sys.exit("the package has another changelog")
+
+
+def can_be_tried(*before, **variables):
+    return subprocess.run([*before, os.path.join(SOURCES, "packaging/try-installed"), "--can"],
+                          text=True, env={**os.environ, **variables}, capture_output=True)
+
+
+def ATrialThatCannotBeMadeTellsWhatIsMissing():
+    reasons = []
+    if os.geteuid() != 0:
+        reasons.append((can_be_tried(), "wants root"))
+    else:
+        reasons.append((can_be_tried("setpriv", "--reuid=65534", "--clear-groups"), "wants root"))
+        with tempfile.TemporaryDirectory() as tools:
+            for name in ("bash", "dirname", "id", "python3"):
+                os.symlink(shutil.which(name), os.path.join(tools, name))
+            reasons.append((can_be_tried(PATH=tools), "debootstrap is not here"))
+        if shutil.which("debootstrap") and not subprocess.call(["unshare", "--net", "true"]):
+            reasons.append((can_be_tried("unshare", "--net"), r"the mirror \S+ is out of reach"))
+    for done, reason in reasons:
+        expected = rf"SKIP  package in a bare system \({reason}\)\n"
+        if not re.fullmatch(expected, done.stdout) or done.stderr or done.returncode != 0:
+            sys.exit(f"{reason}: {done}")
+
+
+# What packaging/check says of the last commit. The folder stays for whoever looks into a failure,
+# and is made anew each time; its place stays the same, so that the compiler's cache knows the files.
+def TheLastCommitIsBuiltInstalledTriedAndPurgedInABareSystem():
+    possible = can_be_tried()
+    if not possible.stdout.startswith("OK"):
+        print(possible.stdout, possible.stderr)
+        sys.exit(SKIPPED)
+    if subprocess.call(["git", "-C", SOURCES, "rev-parse", "--quiet", "--verify", "HEAD"]):
+        print("SKIP  there is no commit to build")
+        sys.exit(SKIPPED)
+    work = os.path.join(BUILD, "package-trial")
+    shutil.rmtree(work, ignore_errors=True)
+    done = check(["build", "lintian", "symbols", "chroot"], WORK=work)
+    print(done.stdout, done.stderr)
+    if done.returncode == 0 and "SKIP  build" in done.stdout:
+        sys.exit(SKIPPED)
+    demand("not tried", [step for step in ("dpkg-buildpackage", "the package is installed",
+                                           "it arrives when the network is back",
+                                           "nothing is left behind")
+                         if f"OK    {step}\n" not in done.stdout])
+    if done.returncode != 0:
+        sys.exit("a step has failed")
+
+
 globals()[RULE]()
