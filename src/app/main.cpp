@@ -27,6 +27,7 @@
 #include "qt/QtSaveDialog.h"
 #include "qt/SelectionColours.h"
 #include "qt/SystemServices.h"
+#include "qt/VisibleEdges.h"
 #include "qt/Widgets.h"
 #include "qt/frmMain.h"
 #include "resources/Resources.h"
@@ -80,6 +81,14 @@ QIcon ProgramIcon() {
     icon.addPixmap(QPixmap::fromImage(image));
   }
   return icon;
+}
+
+// The desktop's colours, and what of them cannot be seen mended.
+void TakeColours() {
+  const QPalette colours = QApplication::palette();
+  if (logbook::HidesEdges(colours)) QApplication::setStyle(new logbook::VisibleEdges);
+  QApplication::setPalette(
+      logbook::WithReadableSelection(logbook::WithVisibleDisabledText(colours)));
 }
 
 // Runs the program until it ends itself; returns only if the toolkit's loop is made to.
@@ -141,7 +150,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationVersion(QStringLiteral(LOGBOOK_VERSION));
   QGuiApplication::setDesktopFileName(QString::fromLatin1(kDesktopName));
   QApplication::setWindowIcon(ProgramIcon());
-  QApplication::setPalette(logbook::WithReadableSelection(QApplication::palette()));
+  TakeColours();
   QApplication::setQuitOnLastWindowClosed(false);  // the run ends in GlobalEnd alone
   return RunLogbook(application, command_line);
 }

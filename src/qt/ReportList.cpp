@@ -5,10 +5,10 @@
 
 #include "qt/FrameOnTop.h"
 #include "qt/Twips.h"
+#include "qt/VisibleEdges.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QProxyStyle>
 #include <QStyle>
 #include <QStyleOptionHeader>
 #include <QStyledItemDelegate>
@@ -44,14 +44,14 @@ class Header : public QHeaderView {
 };
 
 // The mark of the key focus would look like a selected row.
-class SelectionStyle : public QProxyStyle {
+class SelectionStyle : public VisibleEdges {
  public:
   explicit SelectionStyle(const QAbstractItemView* list) : list_(list) {}
 
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
     if (element == PE_FrameFocusRect && !list_->selectionModel()->hasSelection()) return;
-    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    VisibleEdges::drawPrimitive(element, option, painter, widget);
   }
 
  private:
