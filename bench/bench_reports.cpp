@@ -3,17 +3,21 @@
 
 // All reports of a log and its tune.bin, from the snapshot files to the files written.
 //
-//   bench_reports HOME ROUNDS   samples, a log each, of reports.base (each needed file opened, read
-//                               and closed once), reports.all (no report is there, all are
-//                               written), reports.same (all are there with the same bytes) and
-//                               reports.tunebin (the same of tune.bin alone). The store is one that
-//                               bench_list has made.
+//   bench_reports HOME ROUNDS   samples, a log each, of
+//                                 reports.base     each needed file opened, read and closed once
+//                                 reports.bare     the same, and files of the reports' sizes made
+//                                                  as the reports are, by bare system calls
+//                                 reports.all      no report is there, all are written
+//                                 reports.same     all are there with the same bytes
+//                                 reports.made     their bytes made, nothing written
+//                                 reports.tunebin  tune.bin alone, there with the same bytes
+//                               The store is one that bench_list has made.
 //
 //   bench_reports HOME once     all of the first log once, whatever is there, and nothing else: for
 //                               counting instructions and system calls from outside
 //
-// Each time it is looked at whether the files are there with their text, and whether those with the
-// same bytes were left alone.
+// Each time it is looked at whether the files are there with their bytes, and whether those with
+// the same bytes were left alone.
 
 #include <cstdlib>
 #include <cstring>
@@ -23,9 +27,8 @@
 #include "LogStore.h"
 #include "Samples.h"
 #include "base/Files.h"
-#include "reports/MaintenanceReport.h"
+#include "reports/AllReports.h"
 #include "reports/TuneReport.h"
-#include "reports/ValueReports.h"
 #include "snapshot/TuneBin.h"
 
 namespace {
@@ -43,9 +46,6 @@ std::vector<std::string> NeededOf(const LogStore& store, int log) {
   return paths;
 }
 
-constexpr ValueReport kValueReports[] = {ValueReport::kAnalog, ValueReport::kMeter,
-                                         ValueReport::kSys, ValueReport::kBitOut,
-                                         ValueReport::kBitIn};
 constexpr std::size_t kShortestReport = 40;
 
 void WriteTune(const LogStore& store, const std::string& folder) {
@@ -53,45 +53,69 @@ void WriteTune(const LogStore& store, const std::string& folder) {
                TuneCells(store.TheMachine(), store.TheCatalogues(), folder));
 }
 
+std::vector<MadeReport> MakeAll(const LogStore& store, const std::string& folder) {
+  return MakeAllReports(store.TheMachine(), store.TheCatalogues(), folder);
+}
+
 void WriteAllReports(const LogStore& store, const std::string& folder) {
-  const Machine& machine = store.TheMachine();
-  for (const ValueReport report : kValueReports)
-    WriteReportFile(machine, folder, ReportFileName(report),
-                    ValueReportText(machine, store.TheCatalogues(), report, folder));
-  WriteReportFile(machine, folder, kMaintenanceReportFile,
-                  MaintenanceText(machine, store.TheCatalogues(), folder));
-  WriteTune(store, folder);
+  WriteReports(store.TheMachine(), folder, MakeAll(store, folder));
 }
 
-std::vector<std::string> MadeFiles(const std::string& folder) {
-  std::vector<std::string> files = {folder + std::string(kMaintenanceReportFile),
-                                    folder + std::string(kTuneBinFile)};
-  for (const ValueReport report : kValueReports)
-    files.push_back(folder + std::string(ReportFileName(report)));
-  return files;
+// The least that making these files can cost: each under another name first, so that readers never
+// meet a part of one.
+void WriteBare(const std::string& native_folder, const std::vector<MadeReport>& reports) {
+  constexpr const char* kNew = "new~";
+  const int folder = open(native_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  for (const MadeReport& report : reports) {
+    const int file = openat(folder, kNew, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    const ssize_t written = write(file, report.bytes.data(), report.bytes.size());
+    Expect(written == static_cast<ssize_t>(report.bytes.size()), native_folder);
+    close(file);
+    Expect(renameat(folder, kNew, folder, std::string(report.file).c_str()) == 0, native_folder);
+  }
+  close(folder);
 }
 
-std::vector<FileStamp> StampsOf(const Machine& machine, const std::vector<std::string>& files) {
+// The files as they are, which must be those that have been made.
+std::vector<FileStamp> StampsOf(const Machine& machine, const std::string& folder,
+                                const std::vector<MadeReport>& made) {
   std::vector<FileStamp> stamps;
-  for (const std::string& file : files) {
-    Expect(ReadFile(machine, file).size() >= kShortestReport, file);
-    stamps.push_back(StampOf(machine, file));
+  for (const MadeReport& report : made) {
+    const std::string path = folder + std::string(report.file);
+    Expect(report.bytes.size() >= kShortestReport, path);
+    Expect(ReadFile(machine, path) == report.bytes, path);
+    stamps.push_back(StampOf(machine, path));
   }
   return stamps;
+}
+
+void RemoveAll(const std::string& native_folder, const std::vector<MadeReport>& made) {
+  for (const MadeReport& report : made)
+    std::filesystem::remove(std::filesystem::path(native_folder) / report.file);
 }
 
 void Round(const LogStore& store, int log) {
   const Machine& machine = store.TheMachine();
   const std::string folder = LogStore::LogFolderText(log);
+  const std::string native_folder = store.LogFolder(log);
   const std::vector<std::string> needed = NeededOf(store, log);
-  const std::vector<std::string> made = MadeFiles(folder);
-  for (const std::string& file : made) std::filesystem::remove(NativePath(machine, file));
+  const std::vector<MadeReport> made = MakeAll(store, folder);
   Measure("reports.base", [&] { ReadBare(needed); });
+  RemoveAll(native_folder, made);
+  Measure("reports.bare", [&] {
+    ReadBare(needed);
+    WriteBare(native_folder, made);
+  });
+  StampsOf(machine, folder, made);
+  RemoveAll(native_folder, made);
   Measure("reports.all", [&] { WriteAllReports(store, folder); });
-  const std::vector<FileStamp> stamps = StampsOf(machine, made);
+  const std::vector<FileStamp> stamps = StampsOf(machine, folder, made);
   Measure("reports.same", [&] { WriteAllReports(store, folder); });
   Measure("reports.tunebin", [&] { WriteTune(store, folder); });
-  Expect(StampsOf(machine, made) == stamps, "files with the same bytes left alone");
+  Expect(StampsOf(machine, folder, made) == stamps, "files with the same bytes left alone");
+  std::size_t size = 0;
+  Measure("reports.made", [&] { size = MakeAll(store, folder).size(); });
+  Expect(size == made.size(), "reports made");
 }
 
 }  // namespace

@@ -283,6 +283,17 @@ def reports_all(place):
     return reports(place, "reports.all")
 
 
+@figure("reports.bare", "its needed files read and files of the same bytes made, by bare calls", "ms",
+        None)
+def reports_bare(place):
+    return reports(place, "reports.bare")
+
+
+@figure("reports.made", "the bytes of the same made, nothing written", "ms", None)
+def reports_made(place):
+    return reports(place, "reports.made")
+
+
 @figure("reports.same", "all reports and tune.bin of a log, there with the same bytes", "ms", 0.45)
 def reports_same(place):
     return reports(place, "reports.same")

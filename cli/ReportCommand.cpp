@@ -8,6 +8,7 @@
 
 #include "base/Files.h"
 #include "base/RunTimeError.h"
+#include "reports/AllReports.h"
 #include "reports/MaintenanceReport.h"
 #include "reports/TuneReport.h"
 #include "reports/ValueReports.h"
@@ -49,6 +50,17 @@ std::string TuneExtract(const Log& log) {
   return log.machine.code_page->FromUtf8(TuneBinText(cells));
 }
 
+std::string All(const Log& log) {
+  const std::vector<MadeReport> reports = MakeAllReports(log.machine, log.catalogues, log.folder);
+  if (log.write) WriteReports(log.machine, log.folder, reports);
+  std::string bytes;
+  for (const MadeReport& report : reports) {
+    if (report.failure) throw RunTimeError(*report.failure);
+    bytes += report.bytes;
+  }
+  return bytes;
+}
+
 std::string WholeText(const Log& log, std::string_view file) {
   return log.machine.code_page->FromUtf8(
       ReadWholeText(log.machine, log.folder + std::string(file)));
@@ -83,6 +95,7 @@ std::string ReportBytes(const Machine& machine, MessageBoxes& messages,
   if (const auto report = kValueReports.find(request.kind); report != kValueReports.end()) {
     return Values(log, report->second);
   }
+  if (request.kind == "all") return All(log);
   if (request.kind == "mainte") return Maintenance(log);
   if (request.kind == "tunebin") return TuneExtract(log);
   if (request.kind == "tune") return Tune(log);

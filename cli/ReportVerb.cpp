@@ -32,6 +32,7 @@ void AddReport(Frame& frame) {
       [request](Call& call) { return PrintReport(call, *request); });
   verb.add_option("KIND", request->kind, "Which report")
       ->required()
+      ->type_name("ANY")  // a longer word would not fit into the line of the kinds
       ->check(CLI::IsMember(std::vector<std::string>(kReportKinds.begin(), kReportKinds.end())));
   verb.add_option("LOGFOLDER", request->folder, "Folder of the log")->required();
   verb.add_flag("--ce", request->ce_mode, "Let \"err\" stand for the CE error log");

@@ -32,7 +32,11 @@ struct InputFile::State {
   std::string_view Rest() const { return {bytes + next, end - next}; }
 
   // Number of bytes at hand before the next line end.
-  std::size_t LineLength() const { return std::min(Rest().find_first_of("\r\n"), Rest().size()); }
+  std::size_t LineLength() const {
+    std::size_t at = next;
+    while (at < end && bytes[at] != '\r' && bytes[at] != '\n') ++at;
+    return at - next;
+  }
 
   void TakeLineEnd() {
     const char byte = bytes[next++];

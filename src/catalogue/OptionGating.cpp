@@ -133,14 +133,6 @@ LogOptions ParseLogOptions(const Machine& machine, std::string_view logfile_byte
   return options;
 }
 
-LogOptions ReadLogOptions(const Machine& machine, std::string_view logfile_ini) {
-  try {
-    return ParseLogOptions(machine, ReadFile(machine, logfile_ini, kLargestProfile));
-  } catch (const RunTimeError&) {
-    return {};
-  }
-}
-
 int LensMode(double lens, double lens2, double lens3) {
   if (lens != 1) return 0;
   if (lens2 != 1) return 1;

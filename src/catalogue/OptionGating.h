@@ -56,9 +56,6 @@ inline constexpr auto kOptionKeys = std::to_array<OptionKey>({
 // it is neither 0 nor 1. Raises nothing.
 LogOptions ParseLogOptions(const Machine& machine, std::string_view logfile_bytes);
 
-// Reads the options of a log from its logfile.ini. Raises nothing.
-LogOptions ReadLogOptions(const Machine& machine, std::string_view logfile_ini);
-
 // The lens family: 0 plain lens stack, 1 Lumarin, 2 Varion TRZ(cs), 3 Varion TRZ(ce). LENS2 counts
 // only where LENS is 1, LENS3 only where LENS2 is 1 as well.
 int LensMode(double lens, double lens2, double lens3);

@@ -10,6 +10,7 @@
 
 #include "base/Machine.h"
 #include "catalogue/ItemRecord.h"
+#include "reports/LogFiles.h"
 
 namespace logbook {
 
@@ -20,5 +21,8 @@ inline constexpr std::string_view kMaintenanceReportFile = "mainte.rpt";
 // kOverflow for a value too large for a double.
 std::string MaintenanceText(const Machine& machine, const Catalogues& catalogues,
                             std::string_view log_folder);
+
+// The same, as one of several reports of a log.
+std::string MaintenanceText(LogFiles& log, const Catalogues& catalogues);
 
 }  // namespace logbook

@@ -8,7 +8,6 @@
 #include <optional>
 #include <utility>
 
-#include "base/FilesBelow.h"
 #include "catalogue/OptionGating.h"
 #include "snapshot/MacroIndex.h"
 #include "text/NumberFormat.h"
@@ -20,12 +19,8 @@ namespace {
 // all rows that are going to.
 class MacroFiles {
  public:
-  MacroFiles(const Machine& machine, const Catalogues& catalogues, std::string_view folder)
-      : machine_(machine),
-        catalogues_(catalogues),
-        folder_(folder),
-        below_(machine, folder),
-        lines_(kTuneRowCount) {}
+  MacroFiles(LogFiles& log, const Catalogues& catalogues)
+      : log_(log), catalogues_(catalogues), lines_(kTuneRowCount) {}
 
   // The lines that bear on a tune row; nothing if its file does not exist.
   const MacroLines* Find(int row) {
@@ -58,21 +53,19 @@ class MacroFiles {
     FileStamp stamp;
     std::string_view bytes;
     for (const std::string& name : MacroFileNames(file)) {
-      const FilesBelow::Found found = below_.Read(".", name, stamp, bytes);
+      const FilesBelow::Found found = log_.Below().Read(".", name, stamp, bytes);
       if (found == FilesBelow::Found::kFile)
-        return MacroIndex(*machine_.code_page, bytes).Find(vars);
+        return MacroIndex(*log_.TheMachine().code_page, bytes).Find(vars);
       if (found == FilesBelow::Found::kMissing) continue;
-      const std::optional<std::string> path = FindMacroFile(machine_, folder_, file);
+      const auto path = FindMacroFile(log_.TheMachine(), log_.Folder(), file);
       if (!path) return std::nullopt;
-      return ReadMacroLines(machine_, *path, vars);
+      return ReadMacroLines(log_.TheMachine(), *path, vars);
     }
     return std::nullopt;
   }
 
-  const Machine& machine_;
+  LogFiles& log_;
   const Catalogues& catalogues_;
-  std::string_view folder_;
-  FilesBelow below_;
   std::map<std::string, bool> exists_;
   std::vector<MacroLines> lines_;  // by row
 };
@@ -114,10 +107,9 @@ class Cells {
 
 }  // namespace
 
-std::vector<TuneCell> TuneCells(const Machine& machine, const Catalogues& catalogues,
-                                std::string_view log_folder) {
-  Cells values(ReadLogOptions(machine, std::string(log_folder) + "logfile.ini"));
-  MacroFiles files(machine, catalogues, log_folder);
+std::vector<TuneCell> TuneCells(LogFiles& log, const Catalogues& catalogues) {
+  Cells values(log.Options());
+  MacroFiles files(log, catalogues);
   std::vector<TuneCell> cells;
   cells.reserve(kTuneRowCount);
   for (int row = 0; row < kTuneRowCount; ++row) {
@@ -126,6 +118,12 @@ std::vector<TuneCell> TuneCells(const Machine& machine, const Catalogues& catalo
     if (lines != nullptr) cells.push_back({item.Name, values.Of(row, item, *lines)});
   }
   return cells;
+}
+
+std::vector<TuneCell> TuneCells(const Machine& machine, const Catalogues& catalogues,
+                                std::string_view log_folder) {
+  LogFiles log(machine, log_folder);
+  return TuneCells(log, catalogues);
 }
 
 }  // namespace logbook

@@ -12,6 +12,7 @@
 
 #include "base/Machine.h"
 #include "catalogue/ItemRecord.h"
+#include "reports/LogFiles.h"
 #include "snapshot/TuneBin.h"
 
 namespace logbook {
@@ -26,5 +27,8 @@ inline constexpr std::string_view kTuneBinFile = "tune.bin";
 // beyond 16 bits, kInvalidProcedureCall for a text value without two double quotes.
 std::vector<TuneCell> TuneCells(const Machine& machine, const Catalogues& catalogues,
                                 std::string_view log_folder);
+
+// The same, as one of several reports of a log.
+std::vector<TuneCell> TuneCells(LogFiles& log, const Catalogues& catalogues);
 
 }  // namespace logbook

@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "base/Files.h"
+#include "base/MadeFiles.h"
 #include "catalogue/OptionGating.h"
 #include "reports/ReportLayouts.h"
 #include "reports/ReportRows.h"
@@ -65,10 +65,9 @@ class Sections {
 
 // What a report is made from.
 struct Source {
-  const Machine& machine;
   const Catalogues& catalogues;
   const LogOptions& options;
-  std::string snapshot;
+  SequentialReader& snapshot;
 };
 
 std::string NumberReading(double number, const ItemRecord& item) {
@@ -76,8 +75,7 @@ std::string NumberReading(double number, const ItemRecord& item) {
 }
 
 void WalkAnalog(const Source& source, Sections& sections) {
-  SequentialReader file(source.machine, source.snapshot);
-  const std::vector<double> numbers = ReadNumbers(file, kAnalogRowCount);
+  const std::vector<double> numbers = ReadNumbers(source.snapshot, kAnalogRowCount);
   for (std::int16_t row = 0; row < kAnalogRowCount; ++row) {
     if (IsOmittedAnalogParam(row, source.options)) continue;
     const ItemRecord& item = RowAt(source.catalogues.AnalogItems, row);
@@ -90,8 +88,7 @@ void WalkAnalog(const Source& source, Sections& sections) {
 }
 
 void WalkMeter(const Source& source, Sections& sections) {
-  SequentialReader file(source.machine, source.snapshot);
-  const std::vector<double> numbers = ReadNumbers(file, kMeterRowCount);
+  const std::vector<double> numbers = ReadNumbers(source.snapshot, kMeterRowCount);
   for (std::int16_t row = 0; row < kMeterRowCount; ++row) {
     const ItemRecord& item = RowAt(source.catalogues.MeterItems, row);
     const auto index = static_cast<std::size_t>(row);
@@ -102,8 +99,7 @@ void WalkMeter(const Source& source, Sections& sections) {
 }
 
 void WalkSys(const Source& source, Sections& sections) {
-  SequentialReader file(source.machine, source.snapshot);
-  const std::vector<SystemParameter> fields = ReadSystemParameters(file);
+  const std::vector<SystemParameter> fields = ReadSystemParameters(source.snapshot);
   for (std::int16_t row = 0; row < kSysRowCount; ++row) {
     if (IsOmittedSysParam(row)) continue;
     const ItemRecord& item = RowAt(source.catalogues.SysItems, row);
@@ -123,14 +119,9 @@ std::string_view BitReading(const BitWords& words, const BitItemRecord& item) {
   return BitIsSet(RowAt(words, item.Word), item.Mask) ? item.Label1 : item.Label0;
 }
 
-BitWords ReadWords(const Source& source) {
-  SequentialReader file(source.machine, source.snapshot);
-  return ReadBitWords(file);
-}
-
 void AddBits(const Source& source, std::span<const BitItemRecord> items,
              const std::vector<BitPlace>& places, Sections& sections) {
-  const BitWords words = ReadWords(source);
+  const BitWords words = ReadBitWords(source.snapshot);
   for (const BitPlace& place : places) {
     const BitItemRecord& item = RowAt(items, place.Row);
     sections.Add(item.Group, item.Name, place.Disabled ? kNotApplicable : BitReading(words, item));
@@ -166,15 +157,20 @@ std::string_view ReportFileName(ValueReport report) {
   return LayoutOf(report).ReportFile;
 }
 
+std::string ValueReportText(LogFiles& log, const Catalogues& catalogues, ValueReport report) {
+  const ReportLayout& layout = LayoutOf(report);
+  const LogOptions& options = log.Options();
+  std::optional<SequentialReader> snapshot = log.OpenSnapshot(layout.Snapshot);
+  if (!snapshot) return {};
+  Sections sections(log.TheMachine(), layout);
+  Walk(report, {catalogues, options, *snapshot}, sections);
+  return sections.Join(options);
+}
+
 std::string ValueReportText(const Machine& machine, const Catalogues& catalogues,
                             ValueReport report, std::string_view log_folder) {
-  const ReportLayout& layout = LayoutOf(report);
-  const std::string snapshot = std::string(log_folder).append(layout.Snapshot);
-  if (!Exists(machine, snapshot)) return {};
-  const LogOptions options = ReadLogOptions(machine, std::string(log_folder) + "logfile.ini");
-  Sections sections(machine, layout);
-  Walk(report, {machine, catalogues, options, snapshot}, sections);
-  return sections.Join(options);
+  LogFiles log(machine, log_folder);
+  return ValueReportText(log, catalogues, report);
 }
 
 std::string ReportFileBytes(const Machine& machine, std::string_view text) {
@@ -183,7 +179,7 @@ std::string ReportFileBytes(const Machine& machine, std::string_view text) {
 
 void WriteReportFile(const Machine& machine, std::string_view log_folder, std::string_view name,
                      std::string_view text) {
-  WriteMadeFile(machine, std::string(log_folder).append(name), ReportFileBytes(machine, text));
+  MadeFiles(machine, log_folder).Write(name, ReportFileBytes(machine, text));
 }
 
 }  // namespace logbook

@@ -12,6 +12,7 @@
 
 #include "base/Machine.h"
 #include "catalogue/ItemRecord.h"
+#include "reports/LogFiles.h"
 
 namespace logbook {
 
@@ -26,6 +27,9 @@ std::string_view ReportFileName(ValueReport report);
 // fields, kOverflow for a number too large for a double, and what InputFile raises.
 std::string ValueReportText(const Machine& machine, const Catalogues& catalogues,
                             ValueReport report, std::string_view log_folder);
+
+// The same, as one of several reports of a log.
+std::string ValueReportText(LogFiles& log, const Catalogues& catalogues, ValueReport report);
 
 // The bytes of a report file: the text in the machine's code page and one more CR LF.
 std::string ReportFileBytes(const Machine& machine, std::string_view text);

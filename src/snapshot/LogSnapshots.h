@@ -41,7 +41,7 @@ class LogSnapshots {
  public:
   LogSnapshots(SnapshotCache& cache, std::string root, std::string name);
 
-  // The options of the log, as ReadLogOptions. Raises nothing.
+  // The options in the log's logfile.ini; all 0 if it cannot be read. Raises nothing.
   const LogOptions& Options();
 
   // Key "Date" of section "LogFile" of logfile.ini, as GetIniString with the default "". Raises

@@ -8,6 +8,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 
 namespace logbook {
 namespace {
@@ -70,7 +72,27 @@ Decimal Parse(std::string_view text) {
   return number;
 }
 
+// The number, if it is one of at most fifteen digits of which at most six stand behind the point,
+// as nearly all are: it is then the double nearest to such a decimal, as a quotient of two whole
+// numbers below 2 to the power of 53 is, and no other of so few digits reads as it.
+std::optional<Decimal> ShortDecimalOf(double value) {
+  constexpr double kMillion = 1e6;
+  constexpr int kPlaces = 6;
+  constexpr double kSixteenDigits = 1e15;
+  const double millionths = value * kMillion + 0.5;
+  if (!(millionths < kSixteenDigits)) return std::nullopt;
+  const auto whole = static_cast<std::int64_t>(millionths);
+  if (whole == 0 || static_cast<double>(whole) / kMillion != value) return std::nullopt;
+  Decimal number;
+  char* const begin = number.digits.data();
+  number.count =
+      static_cast<int>(std::to_chars(begin, begin + number.digits.size(), whole).ptr - begin);
+  number.exponent = number.count - 1 - kPlaces;
+  return number;
+}
+
 Decimal DecimalOf(double value) {
+  if (const auto number = ShortDecimalOf(value)) return *number;
   std::array<char, kExactDigits + 16> buffer;
   const auto text_to = [&](const char* end) {
     return std::string_view(buffer.data(), static_cast<std::size_t>(end - buffer.data()));

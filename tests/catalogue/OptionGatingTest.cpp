@@ -182,10 +182,7 @@ class OptionGating : public testing::Test {
  protected:
   OptionGating() { FillCatalogues(catalogues); }
 
-  LogOptions Read(const Texts& texts) {
-    machine.Put(kIni, IniText(texts));
-    return ReadLogOptions(machine, kIni);
-  }
+  LogOptions Read(const Texts& texts) { return ParseLogOptions(machine, IniText(texts)); }
 
   // Compares a predicate with its description for one log, row by row.
   void Compare(const std::vector<Described>& rules, int row_count, const Numbers& numbers,
@@ -320,9 +317,8 @@ TEST_F(OptionGating, OptionsBearOnTheRowsThatARuleNamesAndOnNoOther) {
 }
 
 TEST_F(OptionGating, ALogWithoutOptionSectionHasAllOptionsZero) {
-  machine.Put(kIni, "[LogFile]\r\nDate=11/15/2026 05:09:59\r\n");
-  for (const char* path : {kIni, "C:\\logs\\none\\logfile.ini"}) {
-    const LogOptions options = ReadLogOptions(machine, path);
+  for (const char* descriptor : {"[LogFile]\r\nDate=11/15/2026 05:09:59\r\n", ""}) {
+    const LogOptions options = ParseLogOptions(machine, descriptor);
     EXPECT_EQ(LensMode(options.LENS, options.LENS2, options.LENS3), 0);
     EXPECT_FALSE(Analog(71, options)) << "plain lens block";
     EXPECT_TRUE(Analog(107, options)) << "Lumarin lens block";

@@ -127,6 +127,30 @@ TEST_F(ReportOfALog, AReportThatCannotBeMadeIsTheRunTimeErrorThatTheViewerPasses
   EXPECT_FALSE(disk.Has(InLog("bitout.rpt")));
 }
 
+TEST_F(ReportOfALog, AllOfThemArePrintedOneBehindTheOtherAndWithWriteLeftInTheirFiles) {
+  std::string together;
+  for (const auto& [kind, file] : kReports) together += Golden(file);
+  const auto before = Everything(disk.home());
+  EXPECT_EQ(Report("all").out, together);
+  EXPECT_EQ(Everything(disk.home()), before);
+  EXPECT_EQ(Report("all", "--write").out, together);
+  for (const auto& [kind, file] : kReports) EXPECT_EQ(disk.Get(InLog(file)), Golden(file)) << file;
+}
+
+TEST_F(ReportOfALog, OfAllOneThatCannotBeMadeIsToldAndTheOthersAreWritten) {
+  disk.Put(InLog("bout.txt"), "1,2,3\r\n");
+  for (const char* options : {"", "--write"}) {
+    const Outcome outcome = Report("all", options);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, std::string("logbookctl: report all ") + kFolder +
+                               ": run-time error 62: Input past end of file\n");
+  }
+  EXPECT_FALSE(disk.Has(InLog("bitout.rpt")));
+  EXPECT_EQ(disk.Get(InLog("tune.bin")), Golden("tune.bin"));
+  EXPECT_EQ(disk.Get(InLog("analog.rpt")), Golden("analog.rpt"));
+}
+
 TEST_F(ReportOfALog, TakesTheFolderAsANativePathToo) {
   const Outcome outcome =
       test::RunLogbookctl(disk.home(), "report meter " + Quoted(disk.Native(kFolder) + "/"));

@@ -3,6 +3,7 @@
 
 #include "support/DiskCalls.h"
 
+#include <dirent.h>
 #include <dlfcn.h>
 #include <sys/file.h>
 #include <time.h>
@@ -42,8 +43,8 @@ Function* Real(const char* name) {
   return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
-void NoteRename(const char* to) {
-  if (record.on) record.calls.push_back(std::string("rename ") + to);
+void NotePath(const char* call, const char* path) {
+  if (record.on) record.calls.push_back(std::string(call) + path);
 }
 
 // True if the clock stands still, and its time.
@@ -125,7 +126,7 @@ void DiskCalls::FailReads(const std::string& native_path, std::size_t from) {
 using logbook::test::IsStandingAt;
 using logbook::test::Lock;
 using logbook::test::Note;
-using logbook::test::NoteRename;
+using logbook::test::NotePath;
 using logbook::test::Readable;
 using logbook::test::Real;
 
@@ -137,9 +138,19 @@ int fsync(int descriptor) {
 }
 
 int renameat(int from_folder, const char* from, int to_folder, const char* to) noexcept {
-  NoteRename(to);
+  NotePath("rename ", to);
   return Real<int(int, const char*, int, const char*)>("renameat")(from_folder, from, to_folder,
                                                                    to);
+}
+
+DIR* opendir(const char* path) {
+  NotePath("list ", path);
+  return Real<DIR*(const char*)>("opendir")(path);
+}
+
+DIR* fdopendir(int descriptor) {
+  Note("list ", descriptor);
+  return Real<DIR*(int)>("fdopendir")(descriptor);
 }
 
 int flock(int descriptor, int operation) noexcept {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// What a program asks of its disk, and a disk that refuses to read on: fsync, renameat, flock and
-// read of a test program whose sources hold DiskCalls.cpp are this module's.
+// What a program asks of its disk, and a disk that refuses to read on: fsync, renameat, flock,
+// read, opendir and fdopendir of a test program whose sources hold DiskCalls.cpp are this module's.
 #pragma once
 
 #include <chrono>
@@ -20,8 +20,9 @@ class DiskCalls {
   DiskCalls(const DiskCalls&) = delete;
   DiskCalls& operator=(const DiskCalls&) = delete;
 
-  // The calls so far: "fsync PATH", "read PATH", "rename NAME" (the new one), "wait PATH" for a
-  // lock that may be waited for, "try PATH" for one that is taken only if it is free.
+  // The calls so far: "fsync PATH", "read PATH", "rename NAME" (the new one), "list PATH" for
+  // the names in a folder, "wait PATH" for a lock that may be waited for, "try PATH" for one that
+  // is taken only if it is free.
   static const std::vector<std::string>& Calls();
   // How many of them begin like this.
   static int Count(const std::string& beginning);

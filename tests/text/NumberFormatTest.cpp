@@ -8,6 +8,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <fstream>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -109,6 +110,27 @@ TEST(NumberFormat, ANumberAndItsNeighboursAgreeInFifteenDigits) {
     const double value = std::stod(text);
     for (const double near : {value, std::nextafter(value, 0.0), std::nextafter(value, 1e300)}) {
       ASSERT_EQ(FormatNumber(near, "0.00000000000000e-#"), text);
+    }
+  }
+}
+
+// The first fifteen digits of a number and its exponent, as the C library has them.
+std::string FifteenDigits(double value) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%.14e", value);
+  const std::string whole = text;
+  const std::size_t letter = whole.find('e');
+  return whole.substr(0, letter) + "e" + std::to_string(std::stoi(whole.substr(letter + 1)));
+}
+
+TEST(NumberFormat, NumbersOfFewDigitsAndTheirNeighboursHaveTheDigitsOfAnyOther) {
+  constexpr const char* kPicture = "0.00000000000000e-#";
+  for (const double digits : {1.0, 7.0, 10.0, 999.0, 12345.0, 1234567.0, 99999999999.0,
+                              123456789012345.0, 999999999999999.0, 1e15, 4503599627370497.0}) {
+    for (const double divisor : {1.0, 10.0, 1e3, 1e5, 1e6, 1e7, 1e9, 3.0}) {
+      const double number = digits / divisor;
+      for (const double value : {number, std::nextafter(number, 0), std::nextafter(number, 1e300)})
+        EXPECT_EQ(FormatNumber(value, kPicture), FifteenDigits(value)) << digits << "/" << divisor;
     }
   }
 }

@@ -111,8 +111,11 @@ void RemoveFolder(const Machine& machine, std::string_view path) {
   if (errno == ENOTEMPTY || errno == EEXIST) {
     // What writers that were killed have left does not keep it.
     const Descriptor folder = posix::OpenFolderIn(above, place.name);
-    if (!posix::NamesIn(folder).empty()) throw RunTimeError(ErrorNumber::kPathFileAccess);
-    posix::RemoveLeftovers(folder, true);
+    const std::vector<std::string> names = posix::AllNamesIn(folder);
+    for (const std::string& name : names) {
+      if (!posix::IsTemporaryFile(folder, name)) throw RunTimeError(ErrorNumber::kPathFileAccess);
+    }
+    posix::RemoveLeftovers(folder, names, true);
     if (remove()) return;
   }
   RaiseFolderError(errno);

@@ -92,13 +92,10 @@ std::vector<std::string> NamesIn(const Descriptor& folder) {
   return names;
 }
 
-void RemoveLeftovers(const Descriptor& folder, bool without_locks) {
-  try {
-    for (const std::string& name : AllNamesIn(folder)) {
-      if (IsTemporaryFile(folder, name)) RemoveLeftover(folder, name, without_locks);
-    }
-  } catch (const RunTimeError&) {
-    // A folder that cannot be listed keeps them.
+void RemoveLeftovers(const Descriptor& folder, const std::vector<std::string>& names,
+                     bool without_locks) {
+  for (const std::string& name : names) {
+    if (IsTemporaryFile(folder, name)) RemoveLeftover(folder, name, without_locks);
   }
 }
 

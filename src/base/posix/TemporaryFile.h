@@ -47,8 +47,10 @@ bool IsTemporaryFile(const Descriptor& folder, const std::string& name);
 // All names in a folder but those of temporary files. Raises 70, 57.
 std::vector<std::string> NamesIn(const Descriptor& folder);
 
-// Deletes the temporary files on which no writer is at work; on a disk without locks, which cannot
-// tell, all of them if `without_locks` is set and else none. Raises nothing.
-void RemoveLeftovers(const Descriptor& folder, bool without_locks);
+// Deletes the temporary files among these names of a folder on which no writer is at work; on a
+// disk without locks, which cannot tell, all of them if `without_locks` is set and else none.
+// Raises nothing.
+void RemoveLeftovers(const Descriptor& folder, const std::vector<std::string>& names,
+                     bool without_locks);
 
 }  // namespace logbook::posix
