@@ -5,7 +5,9 @@
 # Sourced by what runs programs of the Windows edition on this system. `work` is a folder for it.
 : "${work:?}"
 export PATH=/usr/lib/wine:$PATH WINESERVER=/usr/lib/wine/wineserver64
-export WINEPREFIX=$work/wine WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree,mshtml=" TZ=UTC
+export WINEPREFIX=$work/wine WINEDEBUG=${WINEDEBUG:--all} TZ=UTC
+# A help engine beside a program comes before that of Wine.
+export WINEDLLOVERRIDES="mscoree,mshtml=;hhctrl.ocx=n,b"
 unset LOGBOOK_HOME LOGBOOK_ROOT XDG_DATA_HOME
 
 # start_wine: a Wine folder and a virtual display of their own.
@@ -19,6 +21,11 @@ start_wine() {
   DISPLAY=:$(cat "$work/display")
   export DISPLAY
   timeout 300 wine64 wineboot -i >/dev/null 2>&1
+  # Without a window manager, Wine gives frames and the foreground only on a desktop of its own.
+  local key='HKCU\Software\Wine\Explorer'
+  wine64 reg add "$key" /v Desktop /d Default /f >/dev/null 2>&1
+  wine64 reg add "$key\Desktops" /v Default /d 1280x1024 /f >/dev/null 2>&1
+  wineserver -k >/dev/null 2>&1 || true
 }
 
 end_wine() {

@@ -23,6 +23,10 @@ std::optional<QMargins> FrameByWindowManager(const QWidget& window);
 // pixels, wherever the toolkit believes it to be. False if nobody takes such orders.
 bool MoveByWindowManager(const QWidget& window, QPoint corner);
 
+// Tells the window system the size of a window that is not shown yet, which the toolkit holds back,
+// where windows are placed by what that system knows of them.
+void TellSize(const QWidget& window);
+
 // Asks for no entry in the task bar. To be called before the window is shown.
 void LeaveOutOfTaskBar(const QWidget& window);
 

@@ -19,6 +19,7 @@
 #include "qt/ReportList.h"
 #include "qt/Twips.h"
 #include "qt/Widgets.h"
+#include "qt/WindowManager.h"
 #include "records/LogCommands.h"
 #include "records/Recording.h"
 #include "resources/Resources.h"
@@ -135,6 +136,7 @@ Size frmMain::SetOuterSize(Size outer) {
   setFixedSize(wanted);  // a window of one size may get another frame
   const QSize inner = wanted.shrunkBy(FrameOf(*this));
   setFixedSize(inner);
+  TellSize(*this);
   return {TwipsOf(inner.width()), TwipsOf(inner.height())};
 }
 

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "support/RunProgram.h"
+
 namespace logbook::test {
 
 namespace {
@@ -28,25 +30,17 @@ double Attribute(const std::string& line, const std::string& name) {
 }  // namespace
 
 bool HasTool(const std::string& name) {
-  return std::system(("command -v " + name + " >/dev/null 2>&1").c_str()) == 0;
+  return HasProgram(name);
 }
 
 std::string OutputOf(const std::string& command) {
-  std::string output;
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) {
-    ADD_FAILURE() << "cannot run " << command;
-    return {};
-  }
-  char buffer[4096];
-  for (std::size_t read; (read = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
-    output.append(buffer, read);
-  EXPECT_EQ(pclose(pipe), 0) << command;
-  return output;
+  const ProgramResult result = RunProgram("( " + command + " ) 2>/dev/null");
+  EXPECT_EQ(result.status, 0) << command;
+  return result.output;
 }
 
 std::vector<std::string> PagesOf(const std::string& pdf) {
-  return Split(OutputOf("pdftotext -layout '" + pdf + "' -"), '\f');
+  return Split(OutputOf("pdftotext -layout " + Quoted(pdf) + " -"), '\f');
 }
 
 std::vector<std::string> LinesOf(const std::string& page) {
@@ -58,7 +52,7 @@ std::vector<std::string> LinesOf(const std::string& page) {
 }
 
 std::vector<PdfFont> FontsOf(const std::string& pdf) {
-  std::vector<std::string> lines = Split(OutputOf("pdffonts '" + pdf + "'"), '\n');
+  std::vector<std::string> lines = Split(OutputOf("pdffonts " + Quoted(pdf)), '\n');
   std::vector<PdfFont> fonts;
   if (lines.size() < 2) return fonts;
   const std::size_t embedded = lines[0].find("emb");
@@ -69,7 +63,7 @@ std::vector<PdfFont> FontsOf(const std::string& pdf) {
 
 PaperSize PaperOf(const std::string& pdf) {
   PaperSize size;
-  const std::string info = OutputOf("pdfinfo '" + pdf + "'");
+  const std::string info = OutputOf("pdfinfo " + Quoted(pdf));
   const std::size_t at = info.find("Page size:");
   if (at == std::string::npos) return size;
   std::sscanf(info.c_str() + at, "Page size: %lf x %lf", &size.width, &size.height);
@@ -79,7 +73,7 @@ PaperSize PaperOf(const std::string& pdf) {
 std::vector<PlacedWord> WordsOf(const std::string& pdf) {
   std::vector<PlacedWord> words;
   int page = 0;
-  for (const std::string& line : Split(OutputOf("pdftotext -bbox '" + pdf + "' -"), '\n')) {
+  for (const std::string& line : Split(OutputOf("pdftotext -bbox " + Quoted(pdf) + " -"), '\n')) {
     if (line.find("<page ") != std::string::npos) ++page;
     const std::size_t begin = line.find("\">");
     if (line.find("<word ") == std::string::npos || begin == std::string::npos) continue;
@@ -100,7 +94,7 @@ bool Picture::DarkBetween(int y, int from, int to) const {
 }
 
 Picture PictureOf(const std::string& pdf) {
-  const std::string file = OutputOf("pdftoppm -r 72 -gray -f 1 -l 1 '" + pdf + "'");
+  const std::string file = OutputOf("pdftoppm -r 72 -gray -f 1 -l 1 " + Quoted(pdf));
   Picture picture;
   int header = 0;
   if (std::sscanf(file.c_str(), "P5 %d %d 255%n", &picture.width, &picture.height, &header) != 2) {

@@ -3,6 +3,8 @@
 
 #include "qt/win32/HelpFiles.h"
 
+#include <algorithm>
+
 #include "base/Files.h"
 #include "base/UpperCase.h"
 #include "base/win32/System.h"
@@ -13,7 +15,7 @@
 namespace logbook {
 namespace {
 
-constexpr std::uint32_t kInitialize = 28, kUninitialize = 29;
+constexpr std::uint32_t kCloseAll = 18, kInitialize = 28;
 
 using HtmlHelpRoutine = HWND(WINAPI*)(HWND, LPCSTR, UINT, DWORD_PTR);
 
@@ -37,7 +39,8 @@ bool IsMissing(const Machine& machine, const std::string& file) {
 // The name as the engines know the file: on a machine with a home of its own the drives lie there.
 std::string NameForEngine(const Machine& machine, const std::string& file) {
   const bool has_path = file.find('\\') != std::string::npos;
-  const std::string name = has_path && !machine.home.empty() ? NativePath(machine, file) : file;
+  std::string name = has_path && !machine.home.empty() ? NativePath(machine, file) : file;
+  std::replace(name.begin(), name.end(), '/', '\\');
   return machine.code_page->FromUtf8(name);
 }
 
@@ -62,7 +65,7 @@ void HelpFiles::HtmlHelp(std::intptr_t window, const std::string& file, std::uin
     engine(WindowOf(window), name.c_str(), command, data);
   }
   // Its own window may be open, too.
-  if (!shows && command != kUninitialize) own_.HtmlHelp(window, file, command, data);
+  if (command == kCloseAll) own_.HtmlHelp(window, file, command, data);
 }
 
 void HelpFiles::WinHelp(std::intptr_t window, const std::string& file, std::uint32_t command,

@@ -4,6 +4,7 @@
 #include "qt/WindowManager.h"
 
 #include <QWidget>
+#include <QWindow>
 #include <cmath>
 
 #include "base/win32/System.h"
@@ -35,6 +36,11 @@ bool MoveByWindowManager(const QWidget& window, QPoint corner) {
   return SetWindowPos(WindowOf(window), nullptr, static_cast<int>(std::lround(corner.x() * ratio)),
                       static_cast<int>(std::lround(corner.y() * ratio)), 0, 0,
                       SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE) != 0;
+}
+
+void TellSize(const QWidget& window) {
+  window.winId();
+  window.windowHandle()->resize(window.size());
 }
 
 // A window that belongs to another has no entry unless it asks for one.

@@ -155,30 +155,4 @@ std::string DdeHost::NameOf(HSZ handle) const {
   return name;
 }
 
-Program::Program(const std::string& program, const std::string& arguments) {
-  std::string line = "\"" + program + "\"" + (arguments.empty() ? "" : " " + arguments);
-  STARTUPINFOA start = {};
-  start.cb = sizeof start;
-  if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
-                      &process_))
-    throw std::runtime_error("cannot start " + program);
-}
-
-Program::~Program() {
-  if (Runs()) TerminateProcess(process_.hProcess, 99);
-  WaitForSingleObject(process_.hProcess, INFINITE);
-  CloseHandle(process_.hThread);
-  CloseHandle(process_.hProcess);
-}
-
-bool Program::Runs() const {
-  return WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT;
-}
-
-DWORD Program::Status() const {
-  DWORD status = 0;
-  GetExitCodeProcess(process_.hProcess, &status);
-  return status;
-}
-
 }  // namespace logbook::windows_test

@@ -70,20 +70,4 @@ class DdeHost {
   std::size_t delivered_ = 0;
 };
 
-// A program that runs.
-class Program {
- public:
-  // `arguments` as they stand behind the program's name.
-  Program(const std::string& program, const std::string& arguments);
-  ~Program();
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
-
-  bool Runs() const;
-  DWORD Status() const;
-
- private:
-  PROCESS_INFORMATION process_ = {};
-};
-
 }  // namespace logbook::windows_test

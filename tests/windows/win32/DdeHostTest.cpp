@@ -1,64 +1,20 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-// The real logbook.exe, which lies beside this program, with a host that speaks DDE.
+// What the host and the logbook tell each other.
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <filesystem>
 
-#include "support/TestMachine.h"
-#include "win32/DdeHost.h"
-
-namespace fs = std::filesystem;
+#include "win32/LogbookAtHost.h"
 
 namespace logbook::windows_test {
 namespace {
 
-constexpr char kSettings[] = "C:\\QUOREX\\qrxexe\\logbook.ini";
-constexpr char kLogRoot[] = "C:\\QUOREX\\inst1\\maintain\\";
-
-std::string LogbookProgram() {
-  char path[MAX_PATH] = {};
-  GetModuleFileNameA(nullptr, path, sizeof path);
-  return (fs::path(path).parent_path() / "logbook.exe").string();
-}
-
-class DdeHostTest : public testing::Test {
+class DdeHostTest : public LogbookAtHost {
  protected:
-  DdeHostTest() {
-    disk.MakeFolders("C:\\QUOREX\\qrxexe");
-    disk.MakeFolders("C:\\QUOREX\\inst1");
-    SetEnvironmentVariableA("LOGBOOK_HOME", disk.home().c_str());
-  }
-  static std::map<std::string, std::string> Items() {
-    return {{"_exepath$", "C:\\QUOREX\\qrxexe\\"},
-            {"_instpath$", "C:\\QUOREX\\inst1\\"},
-            {"_helppath$", "C:\\QUOREX\\help\\"},
-            {"_helpfile$", "quorex.chm"}};
-  }
-  // The folder that the logbook hands over, as a path text.
-  std::string FolderOfJob() const {
-    const std::string settings = disk.Get(kSettings);
-    const std::string key = "LogFileName=";
-    const std::size_t begin = settings.find(key) + key.size();
-    return settings.substr(begin, settings.find("\r\n", begin) - begin);
-  }
-  // What a host leaves in a log folder.
-  void WriteSnapshot(const std::string& folder) const {
-    for (const auto& entry : fs::directory_iterator(fs::path(TEST_DATA_DIR) / "snapshots/plain"))
-      fs::copy(entry.path(), fs::path(disk.Native(folder)) / entry.path().filename(),
-               fs::copy_options::overwrite_existing);
-  }
-  std::vector<std::string> Logs() const {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(disk.Native(kLogRoot)))
-      if (entry.is_directory()) names.push_back(entry.path().filename().string());
-    return names;
-  }
-
-  test::TestMachine disk;
+  static std::string LogbookProgram() { return BesideThisProgram("logbook.exe"); }
 };
 
 TEST_F(DdeHostTest, AnAutomaticRecordGoesFromTheRequestsToTheNine) {
@@ -125,6 +81,27 @@ TEST_F(DdeHostTest, TheCellCanBeReadWrittenAndFollowed) {
   EXPECT_TRUE(host.WriteCell("5"));
   ASSERT_TRUE(host.RunUntil([&] { return host.Heard() == std::vector<std::string>{"5"}; }));
   EXPECT_EQ(host.ReadCell(), "5");
+}
+
+TEST_F(DdeHostTest, ATuneReportIsPrintedByTheHost) {
+  AddLog("26111500");
+  Start();
+  const HWND viewer = View();
+  Click(viewer, kTune);
+  Click(viewer, kViewerPrint);
+  WaitFor("the job", [&] { return !host().Heard().empty(); });
+  EXPECT_EQ(host().Heard(), std::vector<std::string>{"2"});
+  EXPECT_EQ(FolderOfJob(), kLogRoot + std::string("26111500\\"));
+  EXPECT_EQ(disk.Get(kLogRoot + std::string("26111500\\tune.bin")),
+            disk.Get(TEST_DATA_DIR "/reports/plain/tune.bin"));
+  EXPECT_EQ(host().ReadCell(), "2");
+  EXPECT_TRUE(host().WriteCell("0"));
+
+  Click(viewer, kViewerExit);
+  WaitFor("the end of the viewer", [&] { return IsWindowEnabled(main()) && !IsWindow(viewer); });
+  EXPECT_EQ(host().ReadCell(), "0");
+  Exit();
+  EXPECT_EQ(host().Heard(), (std::vector<std::string>{"2", "0", "9", "0"}));
 }
 
 // The last one: a conversation that was held back leaves its traces in the process that held it.

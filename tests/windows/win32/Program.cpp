@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: The Maintenance LogBook authors
+// SPDX-License-Identifier: MIT
+
+#include "win32/Program.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace logbook::windows_test {
+
+Program::Program(const std::string& program, const std::string& arguments) {
+  std::string line = "\"" + program + "\"" + (arguments.empty() ? "" : " " + arguments);
+  STARTUPINFOA start = {};
+  start.cb = sizeof start;
+  if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
+                      &process_))
+    throw std::runtime_error("cannot start " + program);
+}
+
+Program::~Program() {
+  if (Runs()) TerminateProcess(process_.hProcess, 99);
+  WaitForSingleObject(process_.hProcess, INFINITE);
+  CloseHandle(process_.hThread);
+  CloseHandle(process_.hProcess);
+}
+
+bool Program::Runs() const {
+  return WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT;
+}
+
+DWORD Program::Status() const {
+  DWORD status = 0;
+  GetExitCodeProcess(process_.hProcess, &status);
+  return status;
+}
+
+std::string BesideThisProgram(const std::string& name) {
+  char path[MAX_PATH] = {};
+  GetModuleFileNameA(nullptr, path, sizeof path);
+  return (std::filesystem::path(path).parent_path() / name).string();
+}
+
+}  // namespace logbook::windows_test
