@@ -96,6 +96,17 @@ TEST(CodePageTest, PagesOfOtherNumbersAreUnknown) {
                                                         1253, 1254, 1255, 1256, 1257, 1258));
 }
 
+TEST(CodePageTest, TheLastByteIsOneAndACharacterBeyondThe16BitsIsTwoQuestionMarks) {
+  const CodePage& page = *CodePage::Find(1252);
+  EXPECT_EQ(page.FromUtf8("\xC3\xBF"), "\xFF");
+  EXPECT_EQ(page.Length("\xC3\xBF"), 1u);
+  EXPECT_EQ(page.FromUtf8(TextOfCharacter(0xFFFD)), "?");
+  for (const char32_t character : {U'\x10000', U'\x10001', U'\x10FFFF'}) {
+    EXPECT_EQ(page.FromUtf8(TextOfCharacter(character)), "??");
+    EXPECT_EQ(page.Length(TextOfCharacter(character)), 2u);
+  }
+}
+
 TEST(CodePageTest, AsciiIsTheSameInAllPagesNulAndControlsIncluded) {
   std::string ascii;
   for (int byte = 0; byte < 0x80; ++byte) ascii.push_back(static_cast<char>(byte));

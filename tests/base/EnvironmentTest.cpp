@@ -28,6 +28,14 @@ TEST(EnvironmentTest, AFolderOfTheUserIsWhatItsVariableNames) {
   EXPECT_EQ(UserCacheFolder(), "/cache");
 }
 
+TEST(EnvironmentTest, TheFolderAboveAllOthersKeepsItsSlash) {
+  const EnvironmentVariable home("HOME", "/home/service");
+  const EnvironmentVariable data("XDG_DATA_HOME", "/");
+  const EnvironmentVariable config("XDG_CONFIG_HOME", "//");
+  EXPECT_EQ(UserDataFolder(), "/");
+  EXPECT_EQ(UserConfigFolder(), "/");
+}
+
 TEST(EnvironmentTest, AFolderThatNoneOrARelativeOneIsNamedForLiesInTheHome) {
   const EnvironmentVariable home("HOME", "/home/service/");
   const EnvironmentVariable data("XDG_DATA_HOME", nullptr);

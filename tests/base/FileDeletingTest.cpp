@@ -19,6 +19,7 @@ namespace logbook::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::UnorderedElementsAre;
 
 std::vector<std::string> NamesOf(const std::vector<FolderEntry>& entries) {
   std::vector<std::string> names;
@@ -36,6 +37,34 @@ TEST(FileDeletingTest, AnEmptyFolderIsRemovedAndAFullOneStays) {
   EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\full\\a.txt"); }), 75);
   EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\none"); }), 76);
   EXPECT_EQ(machine.Get("C:\\full\\a.txt"), "a");
+}
+
+TEST(FileDeletingTest, ALinkCountsAsWhatItLeadsToAndAsAFileIfThatIsNothing) {
+  const TestMachine machine;
+  machine.Put("C:\\log\\read-only.txt", "r");
+  machine.Put("C:\\log\\file.txt", "f");
+  fs::permissions(machine.Native("C:\\log\\read-only.txt"), fs::perms::owner_read);
+  const auto link = [&](const char* target) {
+    fs::create_symlink(target, machine.Native("C:\\log") + "/link");
+    const auto number = NumberRaisedBy([&] { DeleteFile(machine, "C:\\log\\link"); });
+    fs::remove(machine.Native("C:\\log") + "/link");
+    return number;
+  };
+  EXPECT_EQ(link("../log"), 75);
+  EXPECT_EQ(link("read-only.txt"), 75);
+  EXPECT_EQ(link("file.txt"), std::nullopt);
+  EXPECT_EQ(link("nowhere"), std::nullopt);
+  EXPECT_EQ(machine.Get("C:\\log\\file.txt"), "f");
+}
+
+TEST(FileDeletingTest, ANewFolderHasTheModeThatTheUsersMaskLeaves) {
+  const TestMachine machine;
+  const mode_t mask = umask(027);
+  MakeFolder(machine, "C:\\new");
+  umask(mask);
+  struct stat status = {};
+  ASSERT_EQ(stat(machine.Native("C:\\new").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0750u);
 }
 
 TEST(FileDeletingTest, TidyingDeletesWhatItCanAndRaisesNothing) {
@@ -179,8 +208,11 @@ TEST(FileDeletingTest, WhatBearsTheNameOfATemporaryFileButIsNoneIsAnEntryAndKeep
   machine.Put("C:\\logs\\" + name + "old", "a user's own");
   fs::create_symlink("nowhere", machine.Native("C:\\logs\\" + name + "1"));
   machine.Put("C:\\logs\\" + name + "12-3", "half a fi");
+  for (const char* end : {"12-x", "x-12", "12-", "-12", "-"})
+    machine.Put("C:\\logs\\" + name + end, "a user's own");
   EXPECT_THAT(NamesOf(ScanFolder(machine, "C:\\logs")),
-              ElementsAre(name, name + "1", name + "old"));
+              UnorderedElementsAre(name, name + "1", name + "old", name + "12-x", name + "x-12",
+                                   name + "12-", name + "-12", name + "-"));
   EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\logs"); }), 75);
 }
 

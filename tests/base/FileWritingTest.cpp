@@ -198,6 +198,45 @@ TEST(FileWritingTest, ADiskWithoutRoomIsError61AndTheOldFileStays) {
   EXPECT_EQ(Picture(machine), before);
 }
 
+TEST(FileWritingTest, ACopyThatTheDiskHasNoRoomForLeavesTheOldFile) {
+  const TestMachine machine;
+  machine.Put("C:\\from.txt", std::string(1000, 'x'));
+  machine.Put("C:\\to.txt", "old");
+  {
+    const SmallFilesOnly limit(16);
+    EXPECT_EQ(NumberRaisedBy([&] { CopyFile(machine, "C:\\from.txt", "C:\\to.txt"); }), 61);
+  }
+  EXPECT_EQ(machine.Get("C:\\to.txt"), "old");
+  CopyFile(machine, "C:\\from.txt", "C:\\to.txt");
+  EXPECT_EQ(machine.Get("C:\\to.txt"), std::string(1000, 'x'));
+}
+
+TEST(FileWritingTest, AFileThatCanBeMadeAgainIsWrittenWhereItCannotBeRead) {
+  const TestMachine machine;
+  machine.Put("C:\\a.txt", "bytes");
+  const DiskCalls calls;
+  DiskCalls::FailReads(machine.Native("C:\\a.txt"), 2);
+  WriteMadeFile(machine, "C:\\a.txt", "bytes");
+  EXPECT_EQ(DiskCalls::Count("rename a.txt"), 1);
+}
+
+TEST(FileWritingTest, FewerThan40LinksAreFollowedOneByOne) {
+  const TestMachine machine;
+  machine.Put("C:\\file.txt", "old");
+  const std::filesystem::path folder =
+      std::filesystem::path(machine.Native("C:\\file.txt")).parent_path();
+  std::filesystem::create_symlink("file.txt", folder / "link1");
+  for (int link = 2; link <= 40; ++link)
+    std::filesystem::create_symlink("link" + std::to_string(link - 1),
+                                    folder / ("link" + std::to_string(link)));
+  WriteFile(machine, "C:\\link38", "38");
+  EXPECT_EQ(machine.Get("C:\\file.txt"), "38");
+  WriteFile(machine, "C:\\link39", "39");
+  EXPECT_EQ(machine.Get("C:\\file.txt"), "39");
+  EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, "C:\\link40", "40"); }), 57);
+  EXPECT_EQ(machine.Get("C:\\file.txt"), "39");
+}
+
 TEST(FileWritingTest, WhatKilledWritersLeftIsGoneAfterTheNextWrite) {
   const TestMachine machine;
   const std::string name = "C:\\" + std::string(kTemporaryName);

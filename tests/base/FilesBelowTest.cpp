@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <string>
 
+#include "support/DiskCalls.h"
 #include "support/TestMachine.h"
 
 namespace logbook {
@@ -53,6 +54,36 @@ TEST_F(FilesBelowTest, ANameIsFoundExactlyElseInItsFirstSpelling) {
   EXPECT_EQ(Read("\xC3\x84.txt"), "umlaut");
 }
 
+TEST_F(FilesBelowTest, TheSpellingInCapitalsGoesBeforeOneWithASmallLetter) {
+  for (const char letter : {'a', 'b', 'y', 'z'}) {
+    const std::string small(1, letter);
+    const std::string capital(1, static_cast<char>(letter - 'a' + 'A'));
+    Put(small + ".TXT", "small");
+    Put(capital + ".TXT", "capitals");
+    EXPECT_EQ(Read(small + ".txt"), "capitals") << letter;
+  }
+}
+
+TEST_F(FilesBelowTest, AFolderThatCannotBeSearchedHasNotTheNamesOfAnother) {
+  Put("a.txt", "1");
+  FilesBelow files(machine, "C:\\Logs\\");
+  FileStamp stamp;
+  std::string_view bytes;
+  EXPECT_EQ(files.Read("log", "none.txt", stamp, bytes), Found::kMissing);
+  for (int round = 0; round < 2; ++round)
+    EXPECT_EQ(files.Read("missing", "none.txt", stamp, bytes), Found::kUnclear);
+}
+
+TEST_F(FilesBelowTest, AFileOfWhichTheDiskGivesAPartIsUnclear) {
+  Put("a.txt", "0123456789");
+  FilesBelow files(machine, "C:\\Logs\\");
+  FileStamp stamp;
+  std::string_view bytes;
+  const test::DiskCalls calls;
+  test::DiskCalls::FailReads((Folder() / "a.txt").string(), 5);
+  EXPECT_EQ(files.Read("log", "a.txt", stamp, bytes), Found::kUnclear);
+}
+
 TEST_F(FilesBelowTest, TheFolderHasTheStampThatItHasByItsPath) {
   machine.MakeFolders("C:\\Logs\\log\\x");
   EXPECT_EQ(FilesBelow(machine, "C:\\Logs\\").Stamp(), StampOf(machine, "C:\\Logs"));
@@ -81,6 +112,7 @@ TEST_F(FilesBelowTest, WhatIsNoOrdinaryFileIsUnclear) {
   EXPECT_EQ(Read("pipe"), "(unclear)");
   for (const char* name : {"", "a\\b", "a/b"}) EXPECT_EQ(Read(name), "(unclear)") << name;
   EXPECT_EQ(Read("file.txt", "missing"), "(unclear)");
+  for (const char* sub : {"", "log/../log", "log\\"}) EXPECT_EQ(Read("file.txt", sub), "(unclear)");
 }
 
 TEST_F(FilesBelowTest, ALinkThatLeadsNowhereKeepsItsNameFromOtherSpellings) {

@@ -35,6 +35,8 @@ TEST(FirstFoldersTest, AreTheFirstFoldersOfAScan) {
                                  "A",
                                  "b",
                                  "B",
+                                 "z",
+                                 "Z",
                                  "_",
                                  "1",
                                  "\xC3\xA4",
@@ -47,7 +49,9 @@ TEST(FirstFoldersTest, AreTheFirstFoldersOfAScan) {
     machine.MakeFolders("C:\\logs");
     for (int entry = 0; entry < 60; ++entry) {
       std::string name;
-      for (int letter = 0; letter < 3; ++letter) name += letters[random() % std::size(letters)];
+      const std::size_t length = 1 + random() % 3;
+      for (std::size_t letter = 0; letter < length; ++letter)
+        name += letters[random() % std::size(letters)];
       const fs::path path = fs::path(machine.Native("C:\\logs")) / name;
       if (random() % 4 == 0) {
         machine.Put("C:\\logs\\" + name + ".txt", "");

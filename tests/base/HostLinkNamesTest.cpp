@@ -28,6 +28,14 @@ TEST(HostLinkNames, EveryByteOutsideLettersDigitsAndUnderscoreIsEscaped) {
   for (const auto& [id, name] : cases) EXPECT_EQ(HostBusName(id), name) << id;
 }
 
+TEST(HostLinkNames, EveryLetterStandsAsItIs) {
+  for (char letter = 'A'; letter <= 'Z'; ++letter) {
+    EXPECT_EQ(HostBusName({&letter, 1}), std::string("com.norvane.Quorex.Host.") + letter);
+    const char small = static_cast<char>(letter - 'A' + 'a');
+    EXPECT_EQ(HostBusName({&small, 1}), std::string("com.norvane.Quorex.Host.") + small);
+  }
+}
+
 TEST(HostLinkNames, ADigitIsEscapedInTheFirstPlaceAlone) {
   EXPECT_EQ(HostBusName("7500"), "com.norvane.Quorex.Host._37500");
   EXPECT_EQ(HostBusName("0"), "com.norvane.Quorex.Host._30");

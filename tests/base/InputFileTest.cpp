@@ -73,6 +73,28 @@ TEST(InputFileTest, OfALineBeyondTheLimitTheBeginningIsGivenAndTheRestPassedOver
   }
 }
 
+TEST(InputFileTest, BytesAtHandAreSeenUntilTheyArePassedOver) {
+  const TestMachine machine;
+  machine.Put("C:\\a.txt", "one\r\ntwo");
+  InputFile file(machine, "C:\\a.txt");
+  EXPECT_EQ(file.Buffered(), "one\r\ntwo");
+  file.Skip(5);
+  EXPECT_EQ(file.Buffered(), "two");
+  EXPECT_EQ(file.ReadLine(), "two");
+  EXPECT_EQ(file.Buffered(), "");
+}
+
+TEST(InputFileTest, ALineThatHasReachedItsLimitIsGivenBeforeTheDiskIsAskedForMore) {
+  const TestMachine machine;
+  constexpr std::size_t kBorder = 65536;
+  machine.Put("C:\\a.txt", std::string(kBorder + 10, 'x'));
+  const DiskCalls calls;
+  DiskCalls::FailReads(machine.Native("C:\\a.txt"), kBorder);
+  InputFile file(machine, "C:\\a.txt");
+  EXPECT_EQ(file.ReadLine(kBorder), std::string(kBorder, 'x'));
+  EXPECT_EQ(NumberRaisedBy([&] { file.AtEnd(); }), 57);
+}
+
 TEST(InputFileTest, AnErrorOfTheDiskIsError57) {
   const TestMachine machine;
   machine.Put("C:\\a.txt", "one\r\ntwo");

@@ -9,6 +9,7 @@
 
 #include <filesystem>
 
+#include "support/DiskCalls.h"
 #include "support/Errors.h"
 #include "support/TestMachine.h"
 
@@ -32,6 +33,15 @@ TEST(PrivateFolderTest, AFolderIsItsOwnersAloneWhetherItIsNewOrNot) {
   MakePrivateFolder(machine, "C:\\old\\");
   EXPECT_EQ(ModeOf(machine, "C:\\old"), 0700u);
   EXPECT_EQ(machine.Get("C:\\old\\a.txt"), "a");
+}
+
+TEST(PrivateFolderTest, ANewFolderIsOnTheDiskWithItsName) {
+  const TestMachine machine;
+  const DiskCalls calls;
+  MakePrivateFolder(machine, "C:\\new");
+  EXPECT_EQ(DiskCalls::Count("fsync "), 1);
+  MakePrivateFolder(machine, "C:\\new");
+  EXPECT_EQ(DiskCalls::Count("fsync "), 1);
 }
 
 TEST(PrivateFolderTest, AFileOfTheNameIsError75AndAMissingParent76) {

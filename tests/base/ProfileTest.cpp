@@ -6,6 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
 
 #include "Vectors.h"
 #include "base/Files.h"
@@ -96,6 +99,27 @@ TEST(ProfileTest, AnEmptyValueIsAValue) {
   EXPECT_EQ(GetPrivateProfileInt(machine, "s", "k", 7, kFile), 0);
 }
 
+TEST(ProfileTest, SeveralKeysAreReadTogetherAsOneByOne) {
+  const std::string pieces[] = {"[s]",   "[S]",    "[t]",   "[",    "Item1",       "item1",
+                                "ITEM2", "Item10", "\xE9",  "\xC9", "=",           "=",
+                                "=1",    "='2'",   "\"3\"", ";",    " ",           "\t",
+                                "\r",    "\r\n",   "\n",    "\r\n", "\r\n[s]\r\n", ""};
+  const std::vector<std::string_view> keys = {"Item1", "ITEM10", "item2",   "é",
+                                              "É",     "",       " Item1 ", "Item3"};
+  std::mt19937 random(17);
+  for (int round = 0; round < 3000; ++round) {
+    const TestMachine machine(round % 2 == 0 ? 1252 : 932);
+    std::string bytes = "[s]\r\n";
+    for (int piece = 0; piece < 30; ++piece) bytes += pieces[random() % std::size(pieces)];
+    const std::size_t size = random() % 4 == 0 ? 2 : 512;
+    const auto together = GetProfileStrings(machine, " s", keys, "dflt ", size, bytes);
+    ASSERT_EQ(together.size(), keys.size());
+    for (std::size_t i = 0; i < keys.size(); ++i)
+      ASSERT_EQ(together[i], GetProfileString(machine, " s", keys[i], "dflt ", size, bytes))
+          << testing::PrintToString(bytes) << " " << keys[i];
+  }
+}
+
 TEST(ProfileTest, NamesBeyondAsciiAreComparedWithoutRegardToCase) {
   const TestMachine machine;
   machine.Put(kFile, "[\xC9t\xE9]\r\n\xE0=1\r\n");
@@ -154,9 +178,9 @@ TEST(ProfileTest, OnlyTheFirstOfTwoEqualSectionsIsLookedAt) {
 }
 
 TEST(ProfileTest, AWholeNumberIsTheLeadingDigitsSoThatANegativeOneIs0) {
-  const std::pair<const char*, int> cases[] = {{"-5", 0},     {"12abc", 12}, {"abc", 0}, {"1 2", 1},
-                                               {"\" 8\"", 8}, {"0x10", 0},   {"1.9", 1}, {"--7", 0},
-                                               {"- 7", 0},    {"-", 0}};
+  const std::pair<const char*, int> cases[] = {
+      {"-5", 0},  {"12abc", 12}, {"abc", 0},  {"1 2", 1},  {"\" 8\"", 8}, {"0x10", 0}, {"1.9", 1},
+      {"--7", 0}, {"105", 105},  {"090", 90}, {"99x", 99}, {"- 7", 0},    {"-", 0}};
   for (const auto& [value, number] : cases) {
     const TestMachine machine;
     machine.Put(kFile, "[s]\r\nk=" + std::string(value) + "\r\n");

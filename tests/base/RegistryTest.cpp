@@ -5,7 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "base/RegistryText.h"
 #include "base/Utf8.h"
@@ -73,6 +77,49 @@ TEST(RegistryTest, EachFormOfATextIsRead) {
   for (const auto& [lines, value] : cases) {
     EXPECT_EQ(FindRegistryText(Hive(lines), kKey, "v"), Text(value)) << lines;
   }
+}
+
+// The value of these units of sixteen bits.
+Text ReadUnits(const std::vector<int>& units) {
+  std::string bytes;
+  for (const int unit : units) {
+    char text[8];
+    std::snprintf(text, sizeof text, "%02x,%02x,", unit & 0xFF, unit >> 8);
+    bytes += text;
+  }
+  bytes.pop_back();
+  return FindRegistryText(Hive("\"v\"=hex(1):" + bytes), kKey, "v");
+}
+
+TEST(RegistryTest, APairOfUnitsIsACharacterAndHalfOfOneIsTheReplacement) {
+  const std::string none = "\xEF\xBF\xBD";
+  const std::pair<std::vector<int>, std::string> cases[] = {
+      {{0xD800, 0xDC00}, "\U00010000"},
+      {{0xDBFF, 0xDFFF}, "\U0010FFFF"},
+      {{0xD83D, 0xDE00, 'a'}, "\U0001F600a"},
+      {{0xD7FF, 0xE000}, "\xED\x9F\xBF\xEE\x80\x80"},
+      {{0xD800, 'a'}, none + "a"},
+      {{0xD800}, none},
+      {{0xDBFF, 0xE000}, none + "\xEE\x80\x80"},
+      {{0xD800, 0xDBFF}, none + none},
+      {{0xD800, 0xD800, 0xDC00}, none + "\U00010000"},
+      {{0xDC00, 0xDC00}, none + none},
+      {{0xDFFF, 'a'}, none + "a"},
+      {{'a', 0xDC00}, "a" + none},
+      {{0xDBFF, 0xDC00, 0xDC00}, "\U0010FC00" + none},
+  };
+  for (const auto& [units, text] : cases)
+    EXPECT_EQ(ReadUnits(units), Text(text)) << testing::PrintToString(units);
+}
+
+TEST(RegistryTest, AnOddByteAtTheEndIsDroppedAndWhatIsNoByteEndsTheList) {
+  EXPECT_EQ(FindRegistryText(Hive("\"v\"=hex(1):41,00,42"), kKey, "v"), Text("A"));
+  EXPECT_EQ(FindRegistryText(Hive("\"v\"=hex(1):41,00,100,42"), kKey, "v"), Text("A"));
+  EXPECT_EQ(FindRegistryText(Hive("\"v\"=hex(1):41,00,x,42"), kKey, "v"), Text("A"));
+}
+
+TEST(RegistryTest, AQuoteBehindABackslashEndsNoTextNotEvenTheFilesLast) {
+  EXPECT_EQ(FindRegistryText(Hive("\"v\"=\"a\\\""), kKey, "v"), std::nullopt);
 }
 
 TEST(RegistryTest, TheDefaultValueOfAKeyHasAnEmptyName) {

@@ -4,7 +4,7 @@
 
 A fault is an operator, a bound, a constant, a condition, a call or an assignment that is left out,
 or two statements in the other order. What is worked out by the compiler stays as it is: a switch
-can be thrown only at run time.
+can be thrown only at run time. So does room that is set aside beforehand, which changes no result.
 """
 import dataclasses
 import re
@@ -108,7 +108,7 @@ class Planter:
 
     def visit(self, cursor, edits):
         kind = cursor.kind
-        if kind in CONSTANT or kind in FUNCTIONS:
+        if kind in CONSTANT or kind in FUNCTIONS or self.is_reserve(cursor):
             return
         if kind == CursorKind.DECL_STMT and "constexpr" in self.text(cursor).split("=")[0]:
             return
@@ -218,8 +218,14 @@ class Planter:
                     pairs.pop(0)
 
     @staticmethod
+    def is_reserve(cursor):
+        return cursor.kind == CursorKind.CALL_EXPR and cursor.spelling == "reserve"
+
+    @staticmethod
     def is_droppable(statement):
         kind = statement.kind
+        if Planter.is_reserve(statement):
+            return False
         if kind == CursorKind.UNEXPOSED_EXPR:
             inner = list(statement.get_children())
             return len(inner) == 1 and Planter.is_droppable(inner[0])

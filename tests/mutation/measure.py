@@ -132,6 +132,7 @@ class Room:
         if reached:
             environment["MUTANT_REACHED"] = str(reached)
         with tempfile.TemporaryDirectory() as place:
+            os.chmod(place, 0o755)  # for tests that go on as an ordinary user
             environment["TMPDIR"] = place
             process = subprocess.Popen(
                 [self.program, "--gtest_fail_fast", "--gtest_brief=1",
