@@ -159,9 +159,10 @@ void Desktop::ChooseColours() {
 
 void Desktop::StartDisplay() {
   display_ = std::make_unique<ChildProcess>(
-      std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24",
-                               "-nolisten", "tcp", "-noreset", "-dpi",
-                               std::to_string(kind_.dots_per_inch)},
+      std::vector<std::string>{
+          "Xvfb", "-displayfd", "1", "-screen", "0",
+          std::to_string(Screen().width) + "x" + std::to_string(Screen().height) + "x24",
+          "-nolisten", "tcp", "-noreset", "-dpi", std::to_string(kind_.dots_per_inch)},
       variables_, NewFile("display"));
   // The number stands in a line of its own; warnings may stand before it.
   WaitFor("the virtual display", [this] {

@@ -34,7 +34,7 @@ struct DesktopKind {
   // whatever they ask for. But for the first one, panels along all edges take a part of the screen.
   enum class Manager { kCentres, kTakesWishes, kKnowsBetter };
   Manager manager = Manager::kCentres;
-  int dots_per_inch = 96;
+  int dots_per_inch = 96;  // from 192 on, the screen has twice the dots each way
   // The colours that the user has chosen for all programs.
   enum class Colours { kUsual, kDark, kHighContrast };
   Colours colours = Colours::kUsual;
@@ -77,8 +77,9 @@ class Desktop {
   // Inner area of the window on the screen, without its frame. Moves the mouse there.
   Place PlaceOf(WindowId window);
   // The screen, and what the panels leave of it.
-  Place Screen() const { return {0, 0, 1280, 1024}; }
+  Place Screen() const { return {0, 0, 1280 * Scale(), 1024 * Scale()}; }
   Place WorkArea() const;
+  int Scale() const { return kind_.dots_per_inch / 192 + 1; }
   // Where a window of this size, its frame counted, stands in the middle of the work area's size,
   // whose own origin does not count. Halves go to the even number.
   Place Middle(const Place& outer) const;
