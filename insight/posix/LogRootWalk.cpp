@@ -10,12 +10,13 @@
 #include <algorithm>
 #include <bit>
 #include <cerrno>
-#include <chrono>
 #include <string_view>
 
 #include "base/RunTimeError.h"
 #include "base/TemporaryName.h"
 #include "base/posix/Descriptor.h"
+#include "base/posix/Stamp.h"
+#include "insight/Settling.h"
 
 namespace logbook::insight {
 namespace {
@@ -72,21 +73,6 @@ std::uint64_t DigestOf(std::string_view name, const struct stat& status) {
   return Mixed(digest, static_cast<std::uint64_t>(Nanoseconds(status.st_ctim)));
 }
 
-// Time stamps have a grain: some milliseconds on file systems that keep fractions of seconds, up to
-// two seconds on others.
-bool IsSettled(const struct stat& status, std::int64_t now) {
-  constexpr std::int64_t kSecond = 1'000'000'000;
-  const bool whole_seconds = status.st_mtim.tv_nsec == 0;
-  const std::int64_t grain = whole_seconds ? 2 * kSecond + kSecond / 2 : kSecond / 10;
-  return std::max(Nanoseconds(status.st_mtim), Nanoseconds(status.st_ctim)) + grain < now;
-}
-
-std::int64_t Now() {
-  using std::chrono::nanoseconds;
-  const auto now = std::chrono::system_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<nanoseconds>(now).count();
-}
-
 // A file that does not grow meanwhile takes one call.
 void ReadBytes(const Descriptor& descriptor, std::uint64_t size, LogFile& file) {
   const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, kMostFileBytes));
@@ -131,18 +117,19 @@ LogFile LoadFile(int folder, const char* name, struct stat& status) {
 // order.
 class StampInMaking {
  public:
-  explicit StampInMaking(const struct stat& folder)
-      : stamp_{Mixed(0, folder.st_ino), true}, now_(Now()) {}
+  StampInMaking(const struct stat& folder, Settling& settling)
+      : stamp_{Mixed(0, folder.st_ino), true}, settling_(settling) {}
 
   void Add(const char* name, const struct stat& file) {
     stamp_.Digest += DigestOf(name, file);
-    stamp_.Settled = stamp_.Settled && IsSettled(file, now_);
+    stamp_.Settled = stamp_.Settled && settling_.IsSettled(posix::StampFrom(file), begin_);
   }
   LogStamp Result() const { return {stamp_.Digest == 0 ? 1 : stamp_.Digest, stamp_.Settled}; }
 
  private:
   LogStamp stamp_;
-  std::int64_t now_;
+  Settling& settling_;
+  const DiskClocks::Moment begin_ = DiskClocks::Moment::Now();
 };
 
 }  // namespace
@@ -150,12 +137,17 @@ class StampInMaking {
 struct LogRootWalk::State {
   std::string root;
   Descriptor descriptor;
+  std::optional<Settling> settling;
 };
 
 LogRootWalk::LogRootWalk(const std::string& native_root) : state_(std::make_unique<State>()) {
   state_->root = native_root;
   state_->descriptor = Descriptor(open(native_root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!state_->descriptor.IsOpen()) throw RunTimeError(ErrorNumber::kPathNotFound);
+  struct stat status = {};
+  const bool known = fstat(state_->descriptor.Number(), &status) == 0;
+  state_->settling.emplace(known ? posix::StampFrom(status) : FileStamp(),
+                           TraitsOfDisk(native_root));
 }
 
 LogRootWalk::~LogRootWalk() = default;
@@ -191,7 +183,7 @@ std::optional<LogStamp> LogRootWalk::Stamp(const std::string& name) const {
   if (folder == nullptr) return StampOfClosed(name);
   struct stat status = {};
   if (fstat(dirfd(folder.get()), &status) != 0) return std::nullopt;
-  StampInMaking stamp(status);
+  StampInMaking stamp(status, *state_->settling);
   EachEntry(folder.get(), [&](const dirent& entry) {
     if (IsWrittenByViewer(entry.d_name)) return;
     struct stat file = {};
@@ -226,7 +218,7 @@ std::optional<LogRootWalk::StampedFiles> LogRootWalk::LoadStamped(const std::str
   }
   struct stat status = {};
   if (fstat(dirfd(folder.get()), &status) != 0) return std::nullopt;
-  StampInMaking stamp(status);
+  StampInMaking stamp(status, *state_->settling);
   std::vector<LogFile>& files = loaded.Files.Files;
   EachEntry(folder.get(), [&](const dirent& entry) {
     struct stat file = {};

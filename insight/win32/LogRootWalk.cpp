@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <chrono>
 #include <string_view>
 
 #include "base/NativeFile.h"
@@ -37,21 +36,6 @@ std::uint64_t DigestOf(std::string_view name, const FileStamp& stamp) {
   digest = Mixed(digest, stamp.size);
   digest = Mixed(digest, static_cast<std::uint64_t>(stamp.modified_ns));
   return Mixed(digest, static_cast<std::uint64_t>(stamp.changed_ns));
-}
-
-// Time stamps have a grain: some milliseconds on disks that keep fractions of seconds, up to two
-// seconds on others.
-bool IsSettled(const FileStamp& stamp, std::int64_t now) {
-  constexpr std::int64_t kSecond = 1'000'000'000;
-  const bool whole_seconds = stamp.modified_ns % kSecond == 0;
-  const std::int64_t grain = whole_seconds ? 2 * kSecond + kSecond / 2 : kSecond / 10;
-  return std::max(stamp.modified_ns, stamp.changed_ns) + grain < now;
-}
-
-std::int64_t Now() {
-  using std::chrono::nanoseconds;
-  const auto now = std::chrono::system_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<nanoseconds>(now).count();
 }
 
 // The status is that of the file before its bytes were read; all zeros where there is none.
@@ -92,18 +76,19 @@ LogFile LoadFile(const std::string& folder, const std::string& name, Status& sta
 // order.
 class StampInMaking {
  public:
-  explicit StampInMaking(const FileStamp& folder)
-      : stamp_{Mixed(0, folder.inode), true}, now_(Now()) {}
+  StampInMaking(const FileStamp& folder, Settling& settling)
+      : stamp_{Mixed(0, folder.inode), true}, settling_(settling) {}
 
   void Add(std::string_view name, const FileStamp& file) {
     stamp_.Digest += DigestOf(name, file);
-    stamp_.Settled = stamp_.Settled && IsSettled(file, now_);
+    stamp_.Settled = stamp_.Settled && settling_.IsSettled(file, begin_);
   }
   LogStamp Result() const { return {stamp_.Digest == 0 ? 1 : stamp_.Digest, stamp_.Settled}; }
 
  private:
   LogStamp stamp_;
-  std::int64_t now_;
+  Settling& settling_;
+  const DiskClocks::Moment begin_ = DiskClocks::Moment::Now();
 };
 
 // The names of what counts in a folder. False if it cannot be read to its end.
@@ -118,11 +103,15 @@ bool NamesThatCount(const std::string& folder, std::vector<std::string>& names) 
 
 struct LogRootWalk::State {
   std::string root;
+  std::optional<Settling> settling;
 };
 
 LogRootWalk::LogRootWalk(const std::string& native_root) : state_(std::make_unique<State>()) {
   state_->root = native_root;
   if (!win32::IsFolder(native_root)) throw RunTimeError(ErrorNumber::kPathNotFound);
+  Status status;
+  const bool known = StatusOf(native_root, Follow::kYes, status);
+  state_->settling.emplace(known ? status.stamp : FileStamp(), TraitsOfDisk(native_root));
 }
 
 LogRootWalk::~LogRootWalk() = default;
@@ -150,7 +139,7 @@ std::optional<LogStamp> LogRootWalk::Stamp(const std::string& name) const {
   std::vector<std::string> names;
   if (!StatusOf(folder, Follow::kYes, status) || !status.IsFolder()) return std::nullopt;
   if (!NamesThatCount(folder, names)) return StampOfClosed(name);
-  StampInMaking stamp(status.stamp);
+  StampInMaking stamp(status.stamp, *state_->settling);
   for (const std::string& each : names) {
     if (IsWrittenByViewer(each)) continue;
     Status file;
@@ -186,7 +175,7 @@ std::optional<LogRootWalk::StampedFiles> LogRootWalk::LoadStamped(const std::str
     loaded.Stamp = *stamp;
     return loaded;
   }
-  StampInMaking stamp(status.stamp);
+  StampInMaking stamp(status.stamp, *state_->settling);
   std::vector<LogFile>& files = loaded.Files.Files;
   for (const std::string& each : names) {
     Status file;

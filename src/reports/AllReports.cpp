@@ -4,8 +4,8 @@
 #include "reports/AllReports.h"
 
 #include "base/MadeFiles.h"
-#include "reports/LogFiles.h"
 #include "reports/MaintenanceReport.h"
+#include "reports/ReportSource.h"
 #include "reports/TuneReport.h"
 #include "reports/ValueReports.h"
 
@@ -29,7 +29,7 @@ MadeReport Made(std::string_view file, const Make& make) {
 
 std::vector<MadeReport> MakeAllReports(const Machine& machine, const Catalogues& catalogues,
                                        std::string_view log_folder) {
-  LogFiles log(machine, log_folder);
+  ReportSource log(machine, log_folder);
   std::vector<MadeReport> reports;
   for (const ValueReport report : kValueReports) {
     reports.push_back(Made(ReportFileName(report), [&] {

@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t kBuffer = 512;
 
 // The ticks of all items, by item.
-std::vector<std::string> TicksIn(LogFiles& log) {
+std::vector<std::string> TicksIn(ReportSource& log) {
   std::vector<std::string> names;
   names.reserve(kItemHeaderCount);
   for (int item = 0; item < kItemHeaderCount; ++item)
@@ -27,7 +27,7 @@ std::vector<std::string> TicksIn(LogFiles& log) {
 
 }  // namespace
 
-std::string MaintenanceText(LogFiles& log, const Catalogues& catalogues) {
+std::string MaintenanceText(ReportSource& log, const Catalogues& catalogues) {
   const std::vector<std::string> ticks = TicksIn(log);
   std::string text;
   for (int item = 0; item < kItemHeaderCount; ++item) {
@@ -39,7 +39,7 @@ std::string MaintenanceText(LogFiles& log, const Catalogues& catalogues) {
 
 std::string MaintenanceText(const Machine& machine, const Catalogues& catalogues,
                             std::string_view log_folder) {
-  LogFiles log(machine, log_folder);
+  ReportSource log(machine, log_folder);
   return MaintenanceText(log, catalogues);
 }
 

@@ -10,7 +10,7 @@
 
 #include "base/Machine.h"
 #include "catalogue/ItemRecord.h"
-#include "reports/LogFiles.h"
+#include "reports/ReportSource.h"
 
 namespace logbook {
 
@@ -23,6 +23,6 @@ std::string MaintenanceText(const Machine& machine, const Catalogues& catalogues
                             std::string_view log_folder);
 
 // The same, as one of several reports of a log.
-std::string MaintenanceText(LogFiles& log, const Catalogues& catalogues);
+std::string MaintenanceText(ReportSource& log, const Catalogues& catalogues);
 
 }  // namespace logbook

@@ -19,7 +19,7 @@ namespace {
 // all rows that are going to.
 class MacroFiles {
  public:
-  MacroFiles(LogFiles& log, const Catalogues& catalogues)
+  MacroFiles(ReportSource& log, const Catalogues& catalogues)
       : log_(log), catalogues_(catalogues), lines_(kTuneRowCount) {}
 
   // The lines that bear on a tune row; nothing if its file does not exist.
@@ -64,7 +64,7 @@ class MacroFiles {
     return std::nullopt;
   }
 
-  LogFiles& log_;
+  ReportSource& log_;
   const Catalogues& catalogues_;
   std::map<std::string, bool> exists_;
   std::vector<MacroLines> lines_;  // by row
@@ -107,7 +107,7 @@ class Cells {
 
 }  // namespace
 
-std::vector<TuneCell> TuneCells(LogFiles& log, const Catalogues& catalogues) {
+std::vector<TuneCell> TuneCells(ReportSource& log, const Catalogues& catalogues) {
   Cells values(log.Options());
   MacroFiles files(log, catalogues);
   std::vector<TuneCell> cells;
@@ -122,7 +122,7 @@ std::vector<TuneCell> TuneCells(LogFiles& log, const Catalogues& catalogues) {
 
 std::vector<TuneCell> TuneCells(const Machine& machine, const Catalogues& catalogues,
                                 std::string_view log_folder) {
-  LogFiles log(machine, log_folder);
+  ReportSource log(machine, log_folder);
   return TuneCells(log, catalogues);
 }
 

@@ -12,7 +12,7 @@
 
 #include "base/Machine.h"
 #include "catalogue/ItemRecord.h"
-#include "reports/LogFiles.h"
+#include "reports/ReportSource.h"
 #include "snapshot/TuneBin.h"
 
 namespace logbook {
@@ -29,6 +29,6 @@ std::vector<TuneCell> TuneCells(const Machine& machine, const Catalogues& catalo
                                 std::string_view log_folder);
 
 // The same, as one of several reports of a log.
-std::vector<TuneCell> TuneCells(LogFiles& log, const Catalogues& catalogues);
+std::vector<TuneCell> TuneCells(ReportSource& log, const Catalogues& catalogues);
 
 }  // namespace logbook

@@ -157,7 +157,7 @@ std::string_view ReportFileName(ValueReport report) {
   return LayoutOf(report).ReportFile;
 }
 
-std::string ValueReportText(LogFiles& log, const Catalogues& catalogues, ValueReport report) {
+std::string ValueReportText(ReportSource& log, const Catalogues& catalogues, ValueReport report) {
   const ReportLayout& layout = LayoutOf(report);
   const LogOptions& options = log.Options();
   std::optional<SequentialReader> snapshot = log.OpenSnapshot(layout.Snapshot);
@@ -169,7 +169,7 @@ std::string ValueReportText(LogFiles& log, const Catalogues& catalogues, ValueRe
 
 std::string ValueReportText(const Machine& machine, const Catalogues& catalogues,
                             ValueReport report, std::string_view log_folder) {
-  LogFiles log(machine, log_folder);
+  ReportSource log(machine, log_folder);
   return ValueReportText(log, catalogues, report);
 }
 

@@ -12,7 +12,7 @@
 
 #include "base/Machine.h"
 #include "catalogue/ItemRecord.h"
-#include "reports/LogFiles.h"
+#include "reports/ReportSource.h"
 
 namespace logbook {
 
@@ -29,7 +29,7 @@ std::string ValueReportText(const Machine& machine, const Catalogues& catalogues
                             ValueReport report, std::string_view log_folder);
 
 // The same, as one of several reports of a log.
-std::string ValueReportText(LogFiles& log, const Catalogues& catalogues, ValueReport report);
+std::string ValueReportText(ReportSource& log, const Catalogues& catalogues, ValueReport report);
 
 // The bytes of a report file: the text in the machine's code page and one more CR LF.
 std::string ReportFileBytes(const Machine& machine, std::string_view text);

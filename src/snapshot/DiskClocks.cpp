@@ -50,6 +50,12 @@ void DiskClocks::Take(const FileStamp& stamp, const Moment& moment) {
   }
 }
 
+void DiskClocks::SeeChange(const FileStamp& before, const FileStamp& after) {
+  const bool is_same_file = before.device == after.device && before.inode == after.inode;
+  if (!is_same_file || ChangeOf(after) >= ChangeOf(before)) return;
+  std::erase_if(ahead_, [&](const auto& known) { return known.first == after.device; });
+}
+
 bool DiskClocks::IsSettled(const FileStamp& stamp, const Moment& moment) const {
   const auto known = FindDevice(ahead_, stamp.device);
   if (known == ahead_.end()) return false;

@@ -28,6 +28,10 @@ class DiskClocks {
   // change, and from then on runs like this machine's. The default stamp says nothing.
   void Take(const FileStamp& stamp, const Moment& moment);
 
+  // A file that had the one stamp has the other now. If its disk gave the later of its times first,
+  // that disk's clock has been set back, and what was known of it is forgotten.
+  void SeeChange(const FileStamp& before, const FileStamp& after);
+
   // True if no change of the file after that moment can leave the stamp as it is, by the disk's
   // clock as far as it is known, and by this machine's: stamps of the future prove nothing. Time
   // stamps have a grain: some milliseconds on file systems that keep fractions of seconds, up to

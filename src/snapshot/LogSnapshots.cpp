@@ -111,6 +111,7 @@ bool LogSnapshots::Refresh(Kept& kept, std::string_view file, const FromBytes& f
   if (Stands(kept, file)) return true;
   const DiskClocks::Moment before = DiskClocks::Moment::Now();
   kept.settled = false;
+  const FileStamp old_stamp = kept.stamp;
   std::string_view bytes;
   bool whole = true;
   const auto found = cache_.FilesOf(root_).Read(name_, file, kept.stamp, bytes);
@@ -124,7 +125,9 @@ bool LogSnapshots::Refresh(Kept& kept, std::string_view file, const FromBytes& f
     kept.exists = !IsMissing(kept.stamp);
     if (kept.exists) whole = from_path(path);
   }
-  kept.settled = kept.exists && whole && cache_.clocks_.IsSettled(kept.stamp, before);
+  cache_.clocks_.SeeChange(old_stamp, kept.stamp);
+  kept.settled = kept.exists && whole && cache_.traits_.has_change_times &&
+                 cache_.clocks_.IsSettled(kept.stamp, before);
   if (!kept.settled) cache_.clocks_.Take(kept.stamp, DiskClocks::Moment::Now());
   kept.pass = cache_.pass_number_;
   return kept.exists;

@@ -36,7 +36,11 @@ FilesBelow& SnapshotCache::FilesOf(const std::string& root) {
   if (!files_ || files_root_ != root) {
     files_.emplace(machine_, root);
     files_root_ = root;
-    clocks_.Take(files_->Stamp(), DiskClocks::Moment::Now());
+    traits_ = TraitsOfDisk(NativePath(machine_, root));
+    const FileStamp stamp = files_->Stamp();
+    clocks_.SeeChange(root_stamp_, stamp);
+    clocks_.Take(stamp, DiskClocks::Moment::Now());
+    root_stamp_ = stamp;
   }
   return *files_;
 }

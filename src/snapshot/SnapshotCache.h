@@ -4,9 +4,9 @@
 // What the list has read from the files of the logs, kept between cells and rebuilds. At each use
 // the file's identity, size and time stamps are held against those of the time of reading, and a
 // difference reads the file again; a file that changed so shortly before it was read, by the clock
-// of its disk, that its stamps could hide a further change is not kept. So a caller sees what
-// reading the file at each call would show; within a pass, what reading it at the first call would
-// show.
+// of its disk, that its stamps could hide a further change is not kept, and nothing is kept of a
+// disk on which a change may not show at all. So a caller sees what reading the file at each call
+// would show; within a pass, what reading it at the first call would show.
 #pragma once
 
 #include <cstdint>
@@ -18,6 +18,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/DiskTraits.h"
 #include "base/FilesBelow.h"
 #include "base/Machine.h"
 #include "snapshot/DiskClocks.h"
@@ -68,6 +69,8 @@ class SnapshotCache {
   SnapshotWants wants_;
   std::string files_root_;
   std::optional<FilesBelow> files_;
+  DiskTraits traits_;     // of the root's disk
+  FileStamp root_stamp_;  // when its files were used last
   DiskClocks clocks_;
   std::unordered_map<std::string, LogSnapshots> logs_;
 };

@@ -71,6 +71,22 @@ TEST(DiskClocksTest, AnEarlierTimeTakesNothingBack) {
   EXPECT_TRUE(clocks.IsSettled(Changed(0), After(kSecond)));
 }
 
+TEST(DiskClocksTest, AClockThatIsSeenToHaveBeenSetBackIsNoLongerKnown) {
+  DiskClocks clocks;
+  clocks.Take(Changed(60 * kSecond), After(60 * kSecond));
+  FileStamp other = Changed(-3600 * kSecond);
+  other.inode = 9;
+  clocks.SeeChange(Changed(0), other);
+  clocks.SeeChange(Changed(0), Changed(1));
+  clocks.SeeChange(Changed(0), Changed(0));
+  EXPECT_TRUE(clocks.IsSettled(Changed(0), After(60 * kSecond))) << "nothing of the kind was seen";
+  clocks.SeeChange(Changed(0), Changed(-1));
+  EXPECT_FALSE(clocks.IsSettled(Changed(0), After(60 * kSecond)));
+  clocks.Take(Changed(-3600 * kSecond), After(60 * kSecond));
+  EXPECT_FALSE(clocks.IsSettled(Changed(-3600 * kSecond), After(60 * kSecond)));
+  EXPECT_TRUE(clocks.IsSettled(Changed(-3600 * kSecond), After(61 * kSecond)));
+}
+
 TEST(DiskClocksTest, ATimeOfModificationThatWasSetProvesNothing) {
   DiskClocks clocks;
   FileStamp set = Changed(-10 * kSecond);

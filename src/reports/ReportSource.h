@@ -17,10 +17,10 @@
 
 namespace logbook {
 
-class LogFiles {
+class ReportSource {
  public:
   // The folder of the log, with its trailing backslash. Raises nothing.
-  LogFiles(const Machine& machine, std::string_view folder);
+  ReportSource(const Machine& machine, std::string_view folder);
 
   const Machine& TheMachine() const { return machine_; }
   const std::string& Folder() const { return folder_; }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Maintenance LogBook authors
 // SPDX-License-Identifier: MIT
 
-#include "reports/LogFiles.h"
+#include "reports/ReportSource.h"
 
 #include "base/Files.h"
 #include "base/Profile.h"
@@ -22,10 +22,10 @@ std::string ReadProfile(const Machine& machine, const std::string& path) {
 
 }  // namespace
 
-LogFiles::LogFiles(const Machine& machine, std::string_view folder)
+ReportSource::ReportSource(const Machine& machine, std::string_view folder)
     : machine_(machine), folder_(folder), below_(machine, folder) {}
 
-const std::string& LogFiles::Descriptor() {
+const std::string& ReportSource::Descriptor() {
   if (descriptor_) return *descriptor_;
   FileStamp stamp;
   std::string_view bytes;
@@ -35,12 +35,12 @@ const std::string& LogFiles::Descriptor() {
              : descriptor_.emplace(bytes);
 }
 
-const LogOptions& LogFiles::Options() {
+const LogOptions& ReportSource::Options() {
   if (!options_) options_ = ParseLogOptions(machine_, Descriptor());
   return *options_;
 }
 
-std::optional<SequentialReader> LogFiles::OpenSnapshot(std::string_view name) {
+std::optional<SequentialReader> ReportSource::OpenSnapshot(std::string_view name) {
   FileStamp stamp;
   std::string_view bytes;
   const FilesBelow::Found found = below_.Read(".", name, stamp, bytes);
