@@ -56,6 +56,10 @@ TEST(EnvironmentTest, TheHomeIsTheFirstOfThreeVariablesThatIsSet) {
   {
     const EnvironmentVariable own("LOGBOOK_HOME", "/srv/logbook/");
     EXPECT_EQ(DefaultHome(), "/srv/logbook");
+    for (const char* root : {"/", "//"}) {
+      const EnvironmentVariable highest("LOGBOOK_HOME", root);
+      EXPECT_EQ(DefaultHome(), "/");
+    }
   }
   const EnvironmentVariable none("LOGBOOK_HOME", nullptr);
   EXPECT_EQ(DefaultHome(), "/data/quorex-logbook");

@@ -62,6 +62,8 @@ TEST(WriterLocksTest, AForeignLockHoldsTheProgramUpOnceAndTheWritingIsDone) {
     EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "2", "C:\\a.ini"));
     WriteFile(machine, "C:\\log\\a.txt", "whole");
     EXPECT_EQ(DiskCalls::Count("wait "), waits);
+    EXPECT_FALSE(
+        posix::LockFolder(posix::Descriptor(open(machine.Native("C:\\log").c_str(), O_RDONLY))));
   });
   EXPECT_EQ(machine.Get("C:\\a.ini"), "[s]\r\nother=kept\r\nk=2\r\n");
   EXPECT_EQ(machine.Get("C:\\log\\a.txt"), "whole");
@@ -88,6 +90,11 @@ TEST(WriterLocksTest, ALockThatIsFreeIsTakenWithoutAWait) {
   const TestMachine machine;
   const DiskCalls calls;
   WriteFile(machine, "C:\\a.txt", "whole");
+  const std::string root = machine.Native("C:\\");
+  const posix::Descriptor ours(open(root.c_str(), O_RDONLY));
+  EXPECT_TRUE(posix::LockFolder(ours));
+  const posix::Descriptor other(open(root.c_str(), O_RDONLY));
+  EXPECT_NE(flock(other.Number(), LOCK_EX | LOCK_NB), 0) << "it is ours";
   EXPECT_EQ(DiskCalls::Count("wait "), 0);
 }
 
