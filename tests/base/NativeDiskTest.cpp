@@ -9,6 +9,7 @@
 
 #include <filesystem>
 
+#include "support/DiskCalls.h"
 #include "support/Errors.h"
 #include "support/Refusals.h"
 #include "support/TestMachine.h"
@@ -164,6 +165,68 @@ TEST_F(NativeDiskTest, ACopyHasAllBytesOrNothingIsLeftOfIt) {
   EXPECT_EQ(disk.Get("C:\\to"), bytes);
   EXPECT_EQ(Copy(bytes, 300000), std::errc::file_too_large);
   EXPECT_FALSE(disk.Has("C:\\to"));
+}
+
+TEST_F(NativeDiskTest, ACopyIsOnTheDiskAndNothingIsLeftOfOneThatCouldNotBeReadToItsEnd) {
+  disk.Put("C:\\from", std::string(600000, 'x'));
+  const DiskCalls calls;
+  native::Reader whole;
+  ASSERT_FALSE(whole.Open(Path("from"), Links::kFollowed));
+  EXPECT_FALSE(native::CopyAndSync(whole, Path("to")));
+  EXPECT_EQ(DiskCalls::Count("fsync "), 1);
+  EXPECT_FALSE(whole.Failure());
+  DiskCalls::FailReads(Path("from"), 300000);
+  native::Reader part;
+  ASSERT_FALSE(part.Open(Path("from"), Links::kFollowed));
+  native::CopyAndSync(part, Path("to"));
+  EXPECT_EQ(part.Failure(), std::errc::io_error);
+  EXPECT_FALSE(disk.Has("C:\\to"));
+  EXPECT_EQ(DiskCalls::Count("fsync "), 1);
+  ASSERT_FALSE(part.Open(Path("from"), Links::kFollowed));
+  EXPECT_FALSE(part.Failure()) << "of the file before";
+}
+
+TEST_F(NativeDiskTest, WhatIsThereIsBroughtToTheDiskAndWhatIsNotIsAnError) {
+  disk.Put("C:\\file", "a");
+  const DiskCalls calls;
+  EXPECT_FALSE(native::Sync(Path("file")));
+  EXPECT_EQ(DiskCalls::Count("fsync "), 1);
+  EXPECT_EQ(native::Sync(Path("none")), std::errc::no_such_file_or_directory);
+}
+
+TEST_F(NativeDiskTest, AFolderForUsersHasTheModeThatTheUsersMaskLeaves) {
+  const mode_t mask = umask(027);
+  EXPECT_FALSE(native::MakeFolder(Path("users"), native::Audience::kUsers));
+  umask(mask);
+  struct stat status = {};
+  ASSERT_EQ(stat(Path("users").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0750u);
+}
+
+TEST_F(NativeDiskTest, ANameIsGivenOrTheSystemSaysWhyNot) {
+  disk.Put("C:\\a", "bytes");
+  EXPECT_FALSE(native::Rename(Path("a"), Path("b")));
+  EXPECT_EQ(disk.Get("C:\\b"), "bytes");
+  EXPECT_EQ(native::Rename(Path("a"), Path("c")), std::errc::no_such_file_or_directory);
+  EXPECT_FALSE(native::RemoveTree(Path("none")));
+  EXPECT_EQ(native::RemoveTree(Path("b/below")), std::errc::not_a_directory);
+  std::vector<native::Entry> entries(1);
+  EXPECT_EQ(native::EntriesIn(Path("none"), entries), std::errc::no_such_file_or_directory);
+  EXPECT_THAT(entries, IsEmpty());
+}
+
+TEST_F(NativeDiskTest, OfATreeGoesWhatMayGoAndTheRestIsAnError) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can make what another user may not delete";
+  chmod(disk.home().c_str(), 0755);
+  for (const char* name : {"a", "keep\\file", "z"}) disk.Put(std::string("C:\\tree\\") + name, "");
+  for (const char* open : {"", "tree"}) chmod(Path(open).c_str(), 0777);
+  {
+    const AsOrdinaryUser user;
+    EXPECT_EQ(native::RemoveTree(Path("tree")), std::errc::permission_denied);
+  }
+  EXPECT_TRUE(disk.Has("C:\\tree\\keep\\file"));
+  EXPECT_FALSE(disk.Has("C:\\tree\\a"));
+  EXPECT_FALSE(disk.Has("C:\\tree\\z"));
 }
 
 TEST_F(NativeDiskTest, AnErrorIsRaisedWithTheNumberOfItsKind) {
