@@ -293,6 +293,8 @@ TEST(FilesTest, WhatTheSystemRefusesIsError70) {
   const TestMachine machine;
   machine.Put("C:\\f\\a.txt", "secret");
   machine.MakeFolders("C:\\f\\folder");
+  machine.MakeFolders("C:\\f\\closed");
+  chmod(machine.Native("C:\\f\\closed").c_str(), 0);
   chmod(machine.home().c_str(), 0755);
   chmod(machine.Native("C:\\f\\a.txt").c_str(), 0200);
   chmod(machine.Native("C:\\f").c_str(), 0555);
@@ -305,6 +307,8 @@ TEST(FilesTest, WhatTheSystemRefusesIsError70) {
     EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\f\\folder"); }), 70);
     EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\f\\a.txt"); }), 70);
     EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\f"); }), 70);
+    EXPECT_EQ(NumberRaisedBy([&] { ScanFolder(machine, "C:\\f\\closed"); }), 70);
+    EXPECT_EQ(NumberRaisedBy([&] { FirstFoldersIn(machine, "C:\\f\\closed", 5); }), 70);
   }
   chmod(machine.Native("C:\\f").c_str(), 0755);
   EXPECT_EQ(machine.Get("C:\\f\\a.txt"), "secret");
