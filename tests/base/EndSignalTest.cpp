@@ -16,6 +16,7 @@ namespace {
 int EndOfChild(int signal_number, bool release) {
   const pid_t child = fork();
   if (child == 0) {
+    signal(signal_number, SIG_DFL);  // a shell lets what it runs in the background ignore it
     const EndSignal end;
     pollfd asked = {.fd = end.Descriptor(), .events = POLLIN, .revents = 0};
     if (poll(&asked, 1, 0) != 0) _exit(2);
