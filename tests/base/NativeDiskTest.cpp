@@ -121,6 +121,9 @@ TEST_F(NativeDiskTest, AReaderStartsAgainWhereItIsSentTo) {
   char bytes[8] = {};
   EXPECT_EQ(reader.Read(bytes, sizeof bytes), 6u);
   EXPECT_EQ(reader.Read(bytes, sizeof bytes), 0u);
+  EXPECT_FALSE(reader.SeekTo(0));
+  EXPECT_EQ(reader.Read(bytes, 1), 1u);
+  EXPECT_EQ(bytes[0], 'a');
   EXPECT_FALSE(reader.SeekTo(4));
   EXPECT_EQ(reader.Read(bytes, sizeof bytes), 2u);
   EXPECT_EQ(std::string(bytes, 2), "ef");

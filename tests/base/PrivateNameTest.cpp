@@ -26,6 +26,8 @@ TEST(PrivateNameTest, ANewNameIsAnotherOneAtEachCallAndIsKnownAgain) {
 TEST(PrivateNameTest, TheEndingIsAPointAndSixLettersOrDigits) {
   for (const char* name : {"a.xml.abcxyz", "a.xml.ABCXYZ", "a.xml.012789"})
     EXPECT_TRUE(IsPrivateName(name, "a.xml")) << name;
+  for (std::size_t place = 0; place < 6; ++place)
+    EXPECT_FALSE(IsPrivateName(std::string("a.xml.abcdef").replace(6 + place, 1, "-"), "a.xml"));
   for (const char letter : {'/', ':', '@', '[', '`', '{', '-', '.'})
     EXPECT_FALSE(IsPrivateName(std::string("a.xml.abcde") + letter, "a.xml")) << letter;
   for (const char* name : {"a.xml.abcde", "a.xml.abcdefg", "a.xmlxabcdef", "a.xml", "abcdef", ""})
