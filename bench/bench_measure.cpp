@@ -7,19 +7,27 @@
 //   bench_measure COMMAND...               to its end
 //   bench_measure --until-idle COMMAND...  until it has used no CPU for a while, as a program does
 //                                          that has painted its window; then it is ended
+//   bench_measure --painted COMMAND...     the same with "painted", the most pixels that it has
+//                                          brought to a window in one go, 0 if none; for that a
+//                                          small library is loaded into it (bench_painted.cpp)
 //
 // A small program of its own since a process passes the memory of the one that starts it on as its
 // own peak.
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 
 #include <chrono>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <optional>
+#include <string>
 #include <thread>
 
 #include "Samples.h"
@@ -58,6 +66,23 @@ bool WaitUntilIdle(pid_t process) {
   return quiet == kQuietLooks;
 }
 
+// What the library in the program notes.
+class Painted {
+ public:
+  Painted() : file_(memfd_create("painted", 0)) {
+    const auto beside = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    setenv("LD_PRELOAD", (beside / "libbench_painted.so").c_str(), 1);
+    setenv("BENCH_PAINTED", std::to_string(file_).c_str(), 1);
+  }
+  std::int64_t Pixels() const {
+    std::int64_t pixels = 0;
+    return pread(file_, &pixels, sizeof pixels, 0) == sizeof pixels ? pixels : 0;
+  }
+
+ private:
+  const int file_;  // inherited
+};
+
 [[noreturn]] void Become(char** command) {
   const int nowhere = open("/dev/null", O_RDWR);
   dup2(nowhere, STDOUT_FILENO);
@@ -68,12 +93,16 @@ bool WaitUntilIdle(pid_t process) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const bool until_idle = argc > 1 && std::strcmp(argv[1], "--until-idle") == 0;
+  const bool looks_at_window = argc > 1 && std::strcmp(argv[1], "--painted") == 0;
+  const bool until_idle =
+      looks_at_window || (argc > 1 && std::strcmp(argv[1], "--until-idle") == 0);
   char** command = argv + (until_idle ? 2 : 1);
   if (command[0] == nullptr) {
-    std::cerr << "usage: bench_measure [--until-idle] COMMAND...\n";
+    std::cerr << "usage: bench_measure [--until-idle|--painted] COMMAND...\n";
     return 2;
   }
+  std::optional<Painted> painted;
+  if (looks_at_window) painted.emplace();
   const double start = WallSeconds();
   const pid_t process = fork();
   if (process == 0) Become(command);
@@ -97,6 +126,7 @@ int main(int argc, char** argv) {
   };
   Report("cpu", seconds(usage.ru_utime) + seconds(usage.ru_stime));
   Report("wall", WallSeconds() - start);
+  if (painted) Report("painted", static_cast<double>(painted->Pixels()));
   Report("rss", static_cast<double>(usage.ru_maxrss) * 1024);
   return until_idle ? 0 : WIFEXITED(status) ? WEXITSTATUS(status) : 1;
 }

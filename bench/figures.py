@@ -223,13 +223,13 @@ def logbook(place, logs):
 
 
 def starts(place, logs, rows):
-    """Start of the program to its painted window, beside a window with so many rows. Both are
-    started twice before anything counts: once for the toolkit's caches of fonts, and once to see
-    that windows and rows are painted, and by how many instructions."""
+    """Start of the program to its painted window, beside a window with so many rows. Each start
+    that counts is seen to paint its window. Both are started twice before: once for the toolkit's
+    caches of fonts, and once to see that rows are painted, and by how many instructions."""
     def make():
         commands = (window(place, rows), logbook(place, logs))
-        jobs = [lambda command=command, variables=variables: place.measure(
-            *command, until_idle=True, **variables) for command, variables in commands]
+        jobs = [lambda command=command, variables=variables: place.started(*command, **variables)
+                for command, variables in commands]
         place.in_turn(1, *jobs)
         instructions = [place.painted(*command, rows=logs, **variables)
                         for command, variables in commands]

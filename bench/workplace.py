@@ -27,6 +27,8 @@ FONTS = """<?xml version="1.0"?>
 
 # Of the lists that are measured, at least.
 ROWS_THAT_FIT = 15
+# Of the smallest window that is measured, nearly.
+PIXELS_OF_A_WINDOW = 300000
 
 
 def calls_of(function, profile):
@@ -104,6 +106,15 @@ class Workplace:
         mode = ["--until-idle"] if until_idle else []
         samples = self.collect("bench_measure", *mode, *command, **variables)
         return {name: values[0] for name, values in samples.items()}
+
+    def started(self, *command, **variables):
+        """The same of a start, to the painted window. Raises unless it has painted that."""
+        samples = self.collect("bench_measure", "--painted", *command, **variables)
+        taken = {name: values[0] for name, values in samples.items()}
+        if taken["painted"] < PIXELS_OF_A_WINDOW:
+            raise RuntimeError("%s has painted %d pixels" % (os.path.basename(str(command[0])),
+                                                             taken["painted"]))
+        return taken
 
     def in_turn(self, rounds, *jobs):
         """Calls the jobs one after the other, so many times; a list of results for each."""

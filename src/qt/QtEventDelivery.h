@@ -15,7 +15,7 @@ class QtEventDelivery : public EventDelivery {
  public:
   // Longest sleep of one delivery, and the time that one poll of a tight loop stands for. What a
   // wait is for arrives as an event, which ends the sleep at once.
-  static constexpr std::chrono::milliseconds kLongestSleep{250};
+  static constexpr std::chrono::milliseconds kLongestSleep{300};
   static constexpr std::chrono::microseconds kPoll{10};
 
   explicit QtEventDelivery(std::chrono::milliseconds longest_sleep = kLongestSleep)

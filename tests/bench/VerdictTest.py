@@ -128,6 +128,23 @@ class Verdict:
             expect((status, [row["name"] for row in rows]), (0, names))
 
     @staticmethod
+    def AStartWithoutAPaintedWindowIsNoFigure():
+        paper()  # so that its neighbours are found, too
+        from workplace import Workplace
+        for pixels, wanted in ((0, "some has painted 0 pixels"), (299999, "299999"), (300000, "")):
+            with tempfile.TemporaryDirectory() as programs:
+                measure = pathlib.Path(programs, "bench_measure")
+                measure.write_text("#!/bin/sh\necho cpu 1\necho painted %d\n" % pixels)
+                measure.chmod(0o755)
+                with Workplace(programs) as place:
+                    try:
+                        place.started("/bin/some", "words")
+                        told = ""
+                    except RuntimeError as error:
+                        told = str(error)
+            expect(wanted in told and bool(told) == bool(wanted), True)
+
+    @staticmethod
     def NoSamplesAreNoFigure():
         status, rows, _ = run("lambda place: ratio([], [1])", "lambda place: median([])")
         expect((status, [row["verdict"] for row in rows]), (1, ["not measured"] * 2))

@@ -145,7 +145,7 @@ long SleepsOf(int process) {
 // A wait that spins never goes to sleep, and one that polls wakes up hundreds of times. Others'
 // load only makes sleeps longer and fewer.
 void ExpectToSleep(int process, const std::string& when) {
-  constexpr std::chrono::milliseconds kWatched{2000}, kLongestSleep{250};
+  constexpr std::chrono::milliseconds kWatched{2000}, kLongestSleep{300};
   constexpr long kEvents = 60;  // of the windows and the bus, which end sleeps too
   const auto begin = std::chrono::steady_clock::now();
   const long before = SleepsOf(process);
