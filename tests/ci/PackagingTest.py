@@ -111,7 +111,8 @@ def TheMetadataNameEveryProgramAndTheVisibleEntryInEveryLanguage():
                               text("packaging/CMakeLists.txt")).group(1).split())
     demand("not provided", installed ^ programs)
     language = "{http://www.w3.org/XML/1998/namespace}lang"
-    spoken = set(os.listdir(os.path.join(SOURCES, "src/resources"))) & {"de", "en", "ja"}
+    spoken = set(re.search(r"set\(LOGBOOK_LANGUAGES (.*?)\)",
+                           text("src/resources/CMakeLists.txt")).group(1).split())
     for tag in ("name", "summary"):
         told = {each.get(language, "en") for each in data.findall(tag)}
         demand(f"<{tag}> in other languages", spoken ^ told)

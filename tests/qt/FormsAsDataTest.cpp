@@ -34,6 +34,24 @@ TEST_F(FormsAsData, EveryControlIsThereOnceUnderItsName) {
   }
 }
 
+// So that none is left out of the rules below.
+TEST_F(FormsAsData, EveryControlOfAFormIsWalked) {
+  for (const FormCase& c : forms) {
+    for (const QWidget* widget : c.form->findChildren<QWidget*>()) {
+      const std::string name = widget->objectName().toStdString();
+      const bool is_part = name.empty() || name.starts_with("qt_") || widget->window() != c.form ||
+                           widget->inherits("QHeaderView");
+      const bool is_control = widget->inherits("QAbstractButton") ||
+                              widget->inherits("QGroupBox") ||
+                              widget->inherits("QAbstractScrollArea") || widget->inherits("QLabel");
+      if (is_part || !is_control) continue;
+      EXPECT_TRUE(std::any_of(c.controls.begin(), c.controls.end(),
+                              [&](const ExpectedControl& control) { return control.name == name; }))
+          << c.form->objectName().toStdString() << "." << name;
+    }
+  }
+}
+
 TEST_F(FormsAsData, EveryCaptionComesFromTheStringTable) {
   for (const FormCase& c : forms) {
     for (const ExpectedControl& control : c.controls) {

@@ -157,6 +157,16 @@ TEST_F(frmLogViewTest, WithCeTheMenuBarShowsAllEntriesAndNeverTheCeErrorLog) {
   });
 }
 
+TEST_F(frmLogViewTest, EveryCommandStandsInAMenu) {
+  View([](QWidget* form) {
+    const LogView view;
+    for (const ViewCommand& command : kViewCommands) {
+      const std::string name = (view.*command.Entry).Name;
+      EXPECT_NE(form->findChild<QAction*>(QString::fromStdString(name)), nullptr) << name;
+    }
+  });
+}
+
 TEST_F(frmLogViewTest, AMenuKeyShowsItsReport) {
   Put("auser.txt", "21.4,22\r\n");
   View([&](QWidget* form) {

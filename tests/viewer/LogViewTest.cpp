@@ -11,6 +11,7 @@
 
 #include "base/RunTimeError.h"
 #include "support/Viewing.h"
+#include "viewer/ReportPrinting.h"
 
 namespace logbook {
 namespace {
@@ -181,6 +182,21 @@ TEST(LogView, EachMenuCommandSetsItsViewMode) {
   for (const auto& [entry, mode] : modes) {
     viewing.Choose(entry);
     EXPECT_EQ(viewing.state.ViewMode, mode);
+  }
+}
+
+TEST(LogView, EveryMenuCommandHasItsCaptionAndWhatItShowsHasANameWhenPrinted) {
+  Viewing viewing;
+  for (const ViewCommand& command : kViewCommands) {
+    const MenuEntry& entry = viewing.view.*command.Entry;
+    EXPECT_NE(entry.Caption, "") << entry.Name;
+    viewing.state.ViewMode = 0;
+    viewing.Choose(command.Entry);
+    // The host prints the tune report; for the CE error log what stood before is printed.
+    if (viewing.state.ViewMode <= 1) continue;
+    viewing.view.Sheet.SetSheetName("");
+    InitReport(viewing.state, viewing.view);
+    EXPECT_NE(viewing.view.Sheet.SheetName(), "") << entry.Name;
   }
 }
 
