@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusContext>
 #include <QProcess>
 #include <QSocketNotifier>
@@ -78,6 +79,9 @@ class BusSeat : public Seat {
         requests_(options),
         cell_(bus_) {}
 
+  bool IsTaken() override {
+    return bus_.isConnected() && bus_.interface()->isServiceRegistered(Text(Name()));
+  }
   bool Take(std::string& reason) override {
     if (!bus_.isConnected()) {
       reason = "there is no session bus";

@@ -27,6 +27,7 @@ namespace {
 constexpr const char* kMark = ".logbook-demonstration";
 constexpr int kPastLogs = 12;
 constexpr std::string_view kFolderAddress = "Url=file:///S:/";
+constexpr const char* kLanguageSettings = "language.cfg";
 constexpr std::array kPrograms = {"logbook", "ecm-agent"};
 
 std::string TextOf(const fs::path& path) {
@@ -52,16 +53,26 @@ void RequireOurs(const fs::path& folder) {
 }
 
 // No paper: what is printed becomes a PDF file. The hive ends with the key of the workstation.
-void MakeWhole(const fs::path& folder, const InstrumentBuild& build, const std::string& manual) {
+void MakeWhole(const fs::path& folder, const InstrumentBuild& build, std::optional<int> code_page,
+               const std::string& manual) {
   fs::create_directories(folder);
   PutText(folder / kMark,
           "A demonstration of the maintenance logbook; --fresh deletes this folder.\n");
   const Instrument instrument{build, 1};
-  MakeWorkstation(folder.string(), {std::nullopt, instrument});
+  MakeWorkstation(folder.string(), {code_page, instrument});
   const Workstation workstation = OpenWorkstation(folder.string());
   InstallManual(workstation, manual);
   MakeHistory(workstation, {instrument, kPastLogs, Now(), {}, 0});
   PutText(folder / "machine.reg", "\"DefaultPrinter\"=\"PDF\"\r\n", std::ios::app);
+}
+
+// What an administrator sets later holds here, too; where links are not allowed, what is set now.
+void LinkSettings(const fs::path& from, const fs::path& to) {
+  if (!fs::exists(from) || fs::exists(to)) return;
+  fs::remove(to);  // a link that leads nowhere any more
+  std::error_code no_links;
+  fs::create_symlink(fs::absolute(from), to, no_links);
+  if (no_links) fs::copy_file(from, to);
 }
 
 // A program that runs keeps its old file; the name gets a new one.
@@ -105,10 +116,11 @@ void Demonstration::Mend() const {
   fs::remove_all(old);
 }
 
-void Demonstration::Make(const InstrumentBuild& build, const std::string& manual) const {
+void Demonstration::Make(const InstrumentBuild& build, std::optional<int> code_page,
+                         const std::string& manual) const {
   const fs::path fresh = Beside(".new"), old = Beside(".old");
   try {
-    MakeWhole(fresh, build, manual);
+    MakeWhole(fresh, build, code_page, manual);
   } catch (const std::exception&) {
     std::error_code ignored;
     fs::remove_all(fresh, ignored);
@@ -123,6 +135,7 @@ void Demonstration::Equip(const std::string& programs, const std::string& manual
   const fs::path application = Application();
   for (const char* program : kPrograms)
     CopyProgram(fs::path(programs) / program, application / program);
+  LinkSettings(fs::path(programs) / kLanguageSettings, application / kLanguageSettings);
   const fs::path book = application / "manual";
   if (!fs::exists(book)) {
     fs::remove(book);

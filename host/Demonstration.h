@@ -6,6 +6,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "host/InstrumentBuild.h"
@@ -34,11 +35,13 @@ class Demonstration {
 
   // Makes a new one with past logs and the help book of `manual`. It is made beside the place and
   // takes it when it is complete, so that an older one is there until then, and stays if this
-  // fails.
-  void Make(const InstrumentBuild& build, const std::string& manual) const;
+  // fails. Its code page is 1252 where none is named; raises std::invalid_argument for one that
+  // there is not.
+  void Make(const InstrumentBuild& build, std::optional<int> code_page,
+            const std::string& manual) const;
 
-  // Gives it the programs of a folder as they are now, the help book, and a content server if its
-  // settings name none.
+  // Gives it the programs of a folder as they are now, the help book, the language that is set for
+  // them unless it has one of its own, and a content server if its settings name none.
   void Equip(const std::string& programs, const std::string& manual) const;
 
   // Whether its logbook is still tied to ContentServer(); a user may have put an address of his own

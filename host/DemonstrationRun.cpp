@@ -3,6 +3,7 @@
 
 #include "host/DemonstrationRun.h"
 
+#include <QLockFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
@@ -21,6 +22,7 @@
 
 #include "host/Demonstration.h"
 #include "host/HostRun.h"
+#include "host/Seat.h"
 #include "host/Session.h"
 
 namespace fs = std::filesystem;
@@ -30,6 +32,7 @@ namespace {
 
 using Names = std::set<std::string>;
 
+constexpr const char* kHostId = "QUOREX";
 constexpr int kLooksAtOutbox = 300;
 constexpr auto kBetweenLooks = std::chrono::milliseconds(100);
 
@@ -80,6 +83,22 @@ bool MayThrowAway(const Demonstration& demonstration, bool unasked) {
   throw std::runtime_error("--fresh would throw away " + what + "; --yes agrees to that");
 }
 
+// Two at once would throw away what the other one is making, and both want the host's name.
+void BeAlone(QLockFile& lock, const Demonstration& demonstration) {
+  std::error_code told_by_those_who_write;
+  fs::create_directories(fs::path(demonstration.Home()).parent_path(), told_by_those_who_write);
+  lock.setStaleLockTime(0);  // one that was killed holds nothing
+  if (!lock.tryLock() && lock.error() == QLockFile::LockFailedError)
+    throw std::runtime_error("the demonstration in " + demonstration.Home() +
+                             " is running already");
+  HostOptions host;
+  host.id = kHostId;
+  host.workstation = OpenWorkstation(demonstration.Home());
+  if (!MakeSeat(host, {})->IsTaken()) return;
+  throw std::runtime_error("another host is running in this session as " + host.id +
+                           "; end its logbook first");
+}
+
 // False if an older one is to stay although a new one was asked for.
 bool Prepare(const Demonstration& demonstration, const DemonstrationOptions& options) {
   demonstration.Mend();
@@ -87,7 +106,8 @@ bool Prepare(const Demonstration& demonstration, const DemonstrationOptions& opt
   if (exists && options.fresh && !MayThrowAway(demonstration, options.unasked)) return false;
   if (!exists || options.fresh) {
     Tell("Making the demonstration workstation in " + demonstration.Home() + " ...");
-    demonstration.Make(options.build.value_or(ParseBuild(kDemonstrationBuild)), options.manual);
+    demonstration.Make(options.build.value_or(ParseBuild(kDemonstrationBuild)), options.code_page,
+                       options.manual);
   }
   demonstration.Equip(options.programs, options.manual);
   return true;
@@ -95,7 +115,7 @@ bool Prepare(const Demonstration& demonstration, const DemonstrationOptions& opt
 
 HostOptions OptionsOfHost(const Demonstration& demonstration, const DemonstrationOptions& options) {
   HostOptions host;
-  host.id = "QUOREX";
+  host.id = kHostId;
   host.workstation = OpenWorkstation(demonstration.Home());
   host.instrument = InstrumentOf(host.workstation);
   if (options.build) host.instrument.build = *options.build;
@@ -131,6 +151,16 @@ void TellFiles(const Names& names) {
   for (const std::string& name : names) Tell("             " + name);
 }
 
+// The columns of a terminal that a text takes; letters of the far east are two wide.
+std::size_t ColumnsOf(std::string_view text) {
+  std::size_t columns = 0;
+  for (const char byte : text) {
+    const auto lead = static_cast<unsigned char>(byte);
+    if (lead < 0x80 || lead >= 0xC0) columns += lead >= 0xE1 ? 2 : 1;
+  }
+  return columns;
+}
+
 // Lines too long for a terminal go on in the next one, behind a comma.
 void TellFolded(const std::string& line) {
   constexpr std::size_t kColumns = 80;
@@ -139,7 +169,7 @@ void TellFolded(const std::string& line) {
   for (std::size_t from = 0; from < line.size();) {
     const std::size_t comma = std::min(line.find(',', from), line.size() - 1);
     const std::string field = line.substr(from, comma + 1 - from);
-    if (has_field && part.size() + field.size() > kColumns) {
+    if (has_field && ColumnsOf(part) + ColumnsOf(field) > kColumns) {
       Tell(part);
       part = "      ";
     }
@@ -150,12 +180,25 @@ void TellFolded(const std::string& line) {
   Tell(part);
 }
 
-void TellList(const fs::path& list) {
+// A line in the workstation's code page as a terminal may have it: what would steer it is replaced.
+std::string Visible(const CodePage& page, const std::string& line) {
+  std::string text = page.ToUtf8(line);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const bool is_high =
+        byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+    if (is_high) text.erase(i, 1);
+    if (is_high || byte < 0x20 || byte == 0x7F) text[i] = '?';
+  }
+  return text;
+}
+
+void TellList(const CodePage& page, const fs::path& list) {
   Tell("\nThe list of logs, as the logbook has written it (long lines folded):\n");
   std::ifstream file(list, std::ios::binary);
   for (std::string line; std::getline(file, line);) {
     if (line.ends_with('\r')) line.pop_back();
-    TellFolded(line);
+    TellFolded(Visible(page, line));
   }
 }
 
@@ -167,7 +210,7 @@ int RecordByItself(const Demonstration& demonstration, const HostOptions& host,
   if (RunHost(host, end_signal) != 0) throw std::runtime_error("the automatic record failed");
   const Names fresh = Added(logs, FoldersIn(demonstration.LogRoot()));
   if (fresh.empty()) throw std::runtime_error("the automatic record left no log");
-  TellList(demonstration.LogRoot() + "/listlog.csv");
+  TellList(*host.workstation.machine.code_page, demonstration.LogRoot() + "/listlog.csv");
   for (const std::string& log : fresh) {
     Tell("\nNew log    " + demonstration.LogRoot() + "/" + log);
     TellFiles(FilesBelow(demonstration.LogRoot() + "/" + log));
@@ -197,6 +240,8 @@ void TellWhatToPress(const Demonstration& demonstration) {
 
 int RunDemonstration(const DemonstrationOptions& options, const EndSignal& end_signal) {
   const Demonstration demonstration(options.folder);
+  QLockFile lock(QString::fromStdString(demonstration.Home() + ".lock"));
+  BeAlone(lock, demonstration);
   if (!Prepare(demonstration, options)) {
     Tell("It stays as it is.");
     return 1;

@@ -21,6 +21,8 @@ namespace logbook::host {
 class Seat {
  public:
   virtual ~Seat() = default;
+  // Whether another program has the host's name now.
+  virtual bool IsTaken() = 0;
   // Takes the host's name, under which requests are answered from now on. False with a reason if it
   // cannot be had.
   virtual bool Take(std::string& reason) = 0;

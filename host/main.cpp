@@ -154,6 +154,7 @@ int Demo(const CommandLine& line, int argc, char** argv) {
   options.programs = OwnProgramFolder();
   options.manual = line.manual.value_or(options.programs + "/manual");
   if (line.build) options.build = ParseBuild(*line.build);
+  options.code_page = line.code_page;
   options.fresh = line.fresh;
   options.unasked = line.yes;
   options.ce = line.ce;
@@ -250,6 +251,7 @@ void AddDemo(CLI::App& app, CommandLine& line) {
                    "Folder of the demonstration, which is kept\n($LOGBOOK_DEMO)")
       ->capture_default_str();
   AddInstrument(*demo, line);
+  demo->add_option("--code-page", line.code_page, "Code page of a new demonstration (1252)");
   demo->add_option("--manual", line.manual, "Folder of the help book (beside the program)");
   auto* fresh =
       demo->add_flag("--fresh", line.fresh, "Make a new demonstration and throw the\nold one away");

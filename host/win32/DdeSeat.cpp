@@ -120,11 +120,14 @@ class DdeSeat : public Seat, public win32::DdeService {
         station_(*options.workstation.machine.code_page, *this),
         cell_(station_) {}
 
-  bool Take(std::string& reason) override {
-    // Two applications of one name would both get the logbook's requests.
+  bool IsTaken() override {
     const HCONV other = station_.Connect(options_.id, kRequestDdeTopic);
     station_.Disconnect(other);
-    if (other == nullptr && station_.Register(options_.id)) return true;
+    return other != nullptr;
+  }
+  bool Take(std::string& reason) override {
+    // Two applications of one name would both get the logbook's requests.
+    if (!IsTaken() && station_.Register(options_.id)) return true;
     reason = "the application name " + options_.id + " cannot be had";
     return false;
   }
