@@ -9,6 +9,7 @@
 
 #include "LogRoots.h"
 #include "base/Files.h"
+#include "base/PathParts.h"
 #include "base/Utf8Path.h"
 #include "insight/Baselines.h"
 
@@ -88,7 +89,9 @@ std::string SettingsFileOr(const Call& call, const std::string& typed, std::stri
   if (!typed.empty()) return typed;
   const std::string folder = insight::ConfigFolder();
   const std::string usual = folder + "/" + std::string(name);
-  return !folder.empty() && Exists(call.machine, PathText(usual)) ? usual : std::string();
+  if (folder.empty() || !Exists(call.machine, PathText(usual))) return {};
+  // A drive typed by a user would be one of the home.
+  return HasDrive(usual) ? PathText(usual) : usual;
 }
 
 }  // namespace logbook::cli
