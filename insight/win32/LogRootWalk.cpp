@@ -11,6 +11,7 @@
 #include "base/RunTimeError.h"
 #include "base/TemporaryName.h"
 #include "base/win32/Status.h"
+#include "insight/Settling.h"
 
 namespace logbook::insight {
 namespace {
