@@ -289,6 +289,15 @@ TEST(FilesTest, APipeOrDeviceIsNoFileAndNobodyWaitsForIt) {
   }
 }
 
+TEST(FilesTest, BelowAFolderInAnotherCaseANameIsStillFoundExactlyFirst) {
+  const TestMachine machine;
+  machine.Put("C:\\folder\\A.txt", "capital");
+  machine.Put("C:\\folder\\a.txt", "small");
+  EXPECT_EQ(ReadFile(machine, "C:\\FOLDER\\a.txt"), "small");
+  EXPECT_EQ(ReadFile(machine, "C:\\FOLDER\\A.txt"), "capital");
+  EXPECT_EQ(ReadFile(machine, "C:\\FOLDER\\A.TXT"), "capital");
+}
+
 TEST(FilesTest, WhatTheSystemRefusesIsError70) {
   const TestMachine machine;
   machine.Put("C:\\f\\a.txt", "secret");
