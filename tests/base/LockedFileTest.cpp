@@ -14,6 +14,8 @@
 #include <fstream>
 #include <string>
 
+#include "base/FileLock.h"
+#include "support/Errors.h"
 #include "support/TestMachine.h"
 
 namespace logbook::test {
@@ -99,6 +101,13 @@ TEST_F(LockedFileTest, WhatIsNoFileOfOursStays) {
   Put("foreign.part", "PK");
   ASSERT_EQ(chown(Path("foreign.part").c_str(), kNobody, kNobody), 0);
   EXPECT_FALSE(IsRemoved("foreign.part"));
+}
+
+TEST_F(LockedFileTest, ALinkInTheLocksPlaceIsAnErrorAndMakesNoFileBehindIt) {
+  fs::create_symlink("elsewhere", Path("lock"));
+  for (const auto patience : {FileLock::Patience::kTry, FileLock::Patience::kWait})
+    EXPECT_EQ(NumberRaisedBy([&] { FileLock(Path("lock"), patience); }), 57);
+  EXPECT_FALSE(fs::exists(Path("elsewhere")));
 }
 
 }  // namespace

@@ -21,7 +21,6 @@
 namespace logbook {
 namespace {
 
-constexpr const char* kIni = "C:\\logs\\26111500\\logfile.ini";
 
 // What an option can be in a logfile.ini; nullptr stands for a missing key.
 constexpr std::array<const char*, 6> kTexts = {"0", "1", "2", nullptr, "x", " 1"};

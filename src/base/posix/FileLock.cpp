@@ -18,7 +18,8 @@ struct FileLock::State {
 };
 
 FileLock::FileLock(const std::string& path, Patience patience) {
-  posix::Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  // A link would have a file made wherever it leads.
+  posix::Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!file.IsOpen()) posix::RaiseFileError(errno, path);
   const int operation = LOCK_EX | (patience == Patience::kTry ? LOCK_NB : 0);
   while (flock(file.Number(), operation) != 0) {
