@@ -63,12 +63,16 @@ function(library_name variable file)
 endfunction()
 
 # logbook_test(<room> SOURCES <files> [POSIX <files>] [WIN32 <files>] [LINKS <targets>]
-# [PROGRAM <name>] [LABELS <label>]): a test program for a room, "tests_<room>" unless named
-# otherwise, each case a test of its own named "<room>.<suite>.<case>". Cases with the label "long"
+# [PROGRAM <name>] [LABELS <label>] [TIMEOUT <seconds>]): a test program for a room, "tests_<room>"
+# unless named otherwise, each case a test of its own named "<room>.<suite>.<case>", which ends after
+# five minutes unless told otherwise. Cases with the label "long"
 # are left out of an ordinary ./test. The POSIX files need that kind of system to test on; what a
 # build for Windows leaves out for that is listed in skipped-tests.txt.
 function(logbook_test room)
-  cmake_parse_arguments(ARG "" "PROGRAM;LABELS" "SOURCES;POSIX;WIN32;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "PROGRAM;LABELS;TIMEOUT" "SOURCES;POSIX;WIN32;LINKS" ${ARGN})
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 300)
+  endif()
   set(target tests_${room})
   if(ARG_PROGRAM)
     set(target ${ARG_PROGRAM})
@@ -93,7 +97,7 @@ function(logbook_test room)
     target_compile_options(${target} PRIVATE -include ${substitutes}/PosixCalls.h)
   endif()
   gtest_discover_tests(${target} TEST_PREFIX "${room}." DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 300 LABELS "${ARG_LABELS}")
+    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
 endfunction()
 
 # build_tool(<name> <source>...): a program that the build itself runs. Where it builds for another

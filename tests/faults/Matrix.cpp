@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -151,6 +152,17 @@ std::vector<Point> AllPoints(long changing, long reading) {
   return points;
 }
 
+// The power is cut when the command has come to its end: what it promises is on the disk then.
+std::vector<Point> PointsBehind(long changing) {
+  std::vector<Point> points;
+  for (int loss = 0; loss < faults::kLosses; ++loss)
+    points.push_back({.act = Act::kPowerLoss,
+                      .calls = Calls::kChanging,
+                      .at = changing + 1,
+                      .loss = static_cast<Loss>(loss)});
+  return points;
+}
+
 // Evenly spread, and the same ones in every run.
 std::vector<Point> Sample(const std::vector<Point>& all, int most) {
   if (most <= 0 || all.size() <= static_cast<std::size_t>(most)) return all;
@@ -168,6 +180,13 @@ std::string KeyOf(const std::string& path) {
   std::string key = std::regex_replace(path, submission, "-N");
   key = std::regex_replace(key, log, "maintain/NEW");
   return std::regex_replace(key, seconds, "TIME");
+}
+
+// The name of a submission's file before the submission's last renaming, which the next start
+// repeats.
+std::string BeforeItsLastName(const std::string& key) {
+  static const std::regex submission("(/outbox/[^/]+)/");
+  return std::regex_replace(key, submission, "$1.new/");
 }
 
 // A name of a file that is on its way.
@@ -246,7 +265,10 @@ class Matrix {
     figures.changing = report_->changing;
     figures.reading = report_->reading;
     EXPECT_GT(figures.changing + figures.reading, 0);
-    for (const Point& point : Sample(AllPoints(figures.changing, figures.reading), most_points)) {
+    changing_ = figures.changing;
+    std::vector<Point> points = Sample(AllPoints(figures.changing, figures.reading), most_points);
+    for (const Point& point : PointsBehind(changing_)) points.push_back(point);
+    for (const Point& point : points) {
       ++figures.points;
       const std::string fault = Try(point);
       if (fault.empty()) {
@@ -294,6 +316,9 @@ class Matrix {
       command_.script(station_);
       faults::Arm(plan);
       command_.run(station_);
+      // A call of nobody's, for the fault that waits behind the last one.
+      if (plan.at > changing_ && plan.act == Act::kPowerLoss)
+        mkdir((station_.disk.home() + "/behind").c_str(), 0700);
       faults::Disarm();
       return station_.Told();
     });
@@ -348,6 +373,8 @@ class Matrix {
     const Disk now = ReadDisk(station_.disk.home());
     const Aftermath after{before_, done_, milestones_, now, outcome.finished, outcome.told};
     std::string fault = JudgeFiles(after, point);
+    if (fault.empty() && point.at > changing_ && point.act == Act::kPowerLoss)
+      fault = JudgeSynced(after);
     if (fault.empty()) fault = JudgeTold(after);
     if (fault.empty() && command_.judge) fault = command_.judge(after);
     if (fault.empty()) fault = JudgeNextRun();
@@ -391,6 +418,22 @@ class Matrix {
       const bool may_be_gone = command_.may_be_gone && command_.may_be_gone(path);
       if (!after.now.contains(path) && !may_be_gone && !IsAbsentInSome(path))
         return path + " is lost";
+    }
+    return {};
+  }
+
+  // What cannot be made again is on the disk when the command has come to its end.
+  std::string JudgeSynced(const Aftermath& after) const {
+    Disk now;
+    for (const auto& [path, bytes] : after.now) now[KeyOf(path)] = bytes;
+    for (const auto& [path, bytes] : done_) {
+      if (IsWorkingName(path) || path.ends_with('/') || path.ends_with("/.agent")) continue;
+      if (command_.is_made && command_.is_made(path)) continue;
+      auto found = now.find(KeyOf(path));
+      if (found == now.end()) found = now.find(BeforeItsLastName(KeyOf(path)));
+      if (found == now.end()) return path + " is not on the disk behind the end";
+      if (command_.is_whole && command_.is_whole(path, found->second)) continue;
+      if (found->second != bytes) return path + " is old behind the end";
     }
     return {};
   }
@@ -470,6 +513,7 @@ class Matrix {
   std::string store_;
   Disk before_, done_;
   std::vector<Disk> milestones_;
+  long changing_ = 0;  // calls of the command on an honest disk
 };
 
 }  // namespace

@@ -40,6 +40,13 @@ TEST(CrashMatrix, EveryFaultOfTheAgentLeavesEachUploadOnceAndWhole) {
   RunMatrix(DeliverToServer(server.Url(), server.Root()), kMostPoints);
 }
 
+TEST(CrashMatrix, EveryAllocationOfTheAgentThatFailsIsErrorSevenOrNothing) {
+  if (!HasDavServer()) GTEST_SKIP() << "apache2 with mod_dav_fs is not installed";
+  DavServer server;
+  server.Start();
+  RunShortOfMemory(DeliverToServer(server.Url(), server.Root()), kMostPoints);
+}
+
 const Case kCases[] = {
     {"RecordOK", RecordOK},
     {"RecordCancel", RecordCancel},

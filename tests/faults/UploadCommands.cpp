@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <filesystem>
+#include <regex>
 #include <utility>
 
 #include "Commands.h"
@@ -183,8 +184,10 @@ bool IsNote(const std::string& path) {
   return path.ends_with("/note");
 }
 
+// Two lines: numbers, and a reason, which may be in the words of a library.
 bool IsWholeNote(const std::string& path, const std::string& bytes) {
-  return IsNote(path) && bytes.ends_with(".\n");
+  static const std::regex note("[0-9]+ [0-9]+\n[^\n]{10,}\n");
+  return IsNote(path) && std::regex_match(bytes, note);
 }
 
 }  // namespace
