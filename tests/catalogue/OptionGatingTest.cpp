@@ -21,7 +21,6 @@
 namespace logbook {
 namespace {
 
-
 // What an option can be in a logfile.ini; nullptr stands for a missing key.
 constexpr std::array<const char*, 6> kTexts = {"0", "1", "2", nullptr, "x", " 1"};
 constexpr std::array<const char*, 12> kKeys = {"LENS",   "LENS2",  "LENS3",  "Security",
