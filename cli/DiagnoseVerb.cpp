@@ -19,7 +19,9 @@
 #include "base/Registry.h"
 #include "base/Utf8Path.h"
 #include "insight/Check.h"
+#include "resources/Resources.h"
 #include "state/AppState.h"
+#include "state/LanguageChoice.h"
 #include "upload/AgentStatus.h"
 #include "upload/ECMSub.h"
 #include "upload/ServerSettings.h"
@@ -60,6 +62,19 @@ void AddPrograms(std::string& text, const std::string& application) {
                            "manual/logbook.hhbook"}) {
     AddFact(text, name, SizeOf(Utf8Path(application) / name));
   }
+}
+
+// What is set for the logbook beside this program, and what it speaks then.
+void AddLanguage(std::string& text, const Machine& machine, const std::string& application) {
+  const std::string folder = DrivePathText(machine, application);
+  constexpr std::size_t kSize = 256;
+  AddHeading(text, "Language");
+  AddFact(text, kLanguageFile,
+          GetPrivateProfileString(machine, "Language", "Use", "", kSize,
+                                  folder + "\\" + kLanguageFile));
+  TakeLanguage(machine, folder, LOGBOOK_LANGUAGE);
+  AddFact(text, "Spoken", std::string(CurrentLanguage().id));
+  ChooseLanguage("en");  // as this program speaks
 }
 
 void AddSystem(std::string& text) {
@@ -199,6 +214,7 @@ std::string WithoutUserFolder(std::string text) {
 int Diagnose(Call& call, const DiagnoseRequest& request) {
   std::string text = "Maintenance LogBook, state of " + ClockText() + "\n";
   AddPrograms(text, request.application);
+  AddLanguage(text, call.machine, request.application);
   AddSystem(text);
   AddHome(text, call.machine);
   AddColumns(text, call.machine);

@@ -28,7 +28,7 @@ void AddReport(Frame& frame) {
   CLI::App& verb = frame.AddVerb(
       "report",
       "Print a report of a log as the viewer makes it, in the code page of the files: the bytes of "
-      "its report file, or of the pane for a text of the host; nothing is written",
+      "its report file, or of the pane for a text of the host; written only with --write",
       [request](Call& call) { return PrintReport(call, *request); });
   verb.add_option("KIND", request->kind, "Which report")
       ->required()

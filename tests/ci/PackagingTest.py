@@ -104,6 +104,11 @@ def VersionIsTheSameInEveryPaper():
         sys.exit(f"{versions}, {changes[0][1]}, {release.get('date')}")
 
 
+# What the main window is called in a language.
+def title(tongue):
+    return re.search(r"^112\t(.*)$", text("src/resources", tongue, "strings.txt"), re.M).group(1)
+
+
 def TheMetadataNameEveryProgramAndTheVisibleEntryInEveryLanguage():
     data = xml.fromstring(text("packaging/com.norvane.Quorex.Logbook.metainfo.xml"))
     programs = {each.text for each in data.findall("provides/binary")}
@@ -116,6 +121,9 @@ def TheMetadataNameEveryProgramAndTheVisibleEntryInEveryLanguage():
     for tag in ("name", "summary"):
         told = {each.get(language, "en") for each in data.findall(tag)}
         demand(f"<{tag}> in other languages", spoken ^ told)
+    for each in data.findall("name"):
+        if each.text != title(each.get(language, "en")):
+            sys.exit(f"{each.text} is not the title of the window")
     for launchable in data.findall("launchable"):
         if "NoDisplay=true" in text("packaging", launchable.text):
             sys.exit(f"{launchable.text} is not shown in any menu")
@@ -123,6 +131,9 @@ def TheMetadataNameEveryProgramAndTheVisibleEntryInEveryLanguage():
         entry = text(f"packaging/com.norvane.Quorex.{name}.desktop")
         for key in ("Name", "GenericName", "Comment", "Keywords"):
             told = set(re.findall(rf"^{key}\[(\w+)\]=.", entry, re.MULTILINE))
+            for tongue, words in re.findall(rf"^{key}\[(\w+)\]=(.*)", entry, re.MULTILINE):
+                if key == "Name" and not words.startswith(title(tongue)):
+                    sys.exit(f"{key}[{tongue}] of {name} is not the title of the window")
             demand(f"{key} of {name} in other languages", (spoken - {"en"}) ^ told)
 
 

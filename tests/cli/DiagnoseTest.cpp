@@ -61,6 +61,15 @@ TEST_F(Diagnose, TellsVersionsSystemSettingsAndTheStateOfWorkstationAndUpload) {
             HasSubstr("Folder: station7\n"), HasSubstr("Waiting: 0\n"), HasSubstr("Folders: 3\n")));
 }
 
+TEST_F(Diagnose, TellsWhichLanguageIsSetAndWhichIsSpokenThen) {
+  EXPECT_THAT(OnRoot().out, HasSubstr("language.cfg: not set\n  Spoken: en\n"));
+  Write(application_ + "/language.cfg", "[Language]\r\nUse=de\r\n");
+  EXPECT_THAT(OnRoot().out, HasSubstr("language.cfg: de\n  Spoken: de\n"));
+  // Its words are not those of the machine's code page.
+  Write(application_ + "/language.cfg", "[Language]\r\nUse=ja\r\n");
+  EXPECT_THAT(OnRoot().out, HasSubstr("language.cfg: ja\n  Spoken: en\n"));
+}
+
 TEST_F(Diagnose, HoldsNoPasswordAndNothingThatStandsInALog) {
   const std::string log = fs::directory_iterator(logs_.NativeRoot())->path().string();
   Write(log + "/comment.txt", "Torch broken by Schmidt\r\n");

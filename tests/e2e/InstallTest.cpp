@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <regex>
 
 #include "Pages.h"
 #include "Workplace.h"
@@ -54,6 +56,8 @@ TEST_F(InstallTest, EveryFileIsAtItsPlaceAndEveryLinkLeadsToOne) {
                            "share/man/man1/quorex-host.1.gz",
                            "share/man/man1/ecm-agent.1.gz",
                            "share/doc/maintenance-logbook/CHANGELOG.md",
+                           "share/doc/maintenance-logbook/README.md",
+                           "share/doc/maintenance-logbook/SECURITY.md",
                            "share/doc/maintenance-logbook/content-server.md"}) {
     EXPECT_TRUE(fs::is_regular_file(Top() + "/" + name)) << name;
   }
@@ -63,6 +67,22 @@ TEST_F(InstallTest, EveryFileIsAtItsPlaceAndEveryLinkLeadsToOne) {
       EXPECT_TRUE(fs::canonical(entry.path()).string().starts_with(Top())) << entry.path();
     }
   }
+}
+
+TEST_F(InstallTest, EveryLinkOfAnInstalledPaperLeadsToAFile) {
+  const fs::path papers = Top() + "/share/doc/maintenance-logbook";
+  int links = 0;
+  for (const auto& entry : fs::directory_iterator(papers)) {
+    if (entry.path().extension() != ".md") continue;
+    std::ifstream file(entry.path());
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    const std::regex link(R"(\]\(([^)#:\s]+)(#[^)]*)?\))");
+    for (std::sregex_iterator found(text.begin(), text.end(), link), end; found != end; ++found) {
+      EXPECT_TRUE(fs::exists(papers / (*found)[1].str())) << entry.path() << ": " << (*found)[1];
+      ++links;
+    }
+  }
+  EXPECT_GT(links, 30);
 }
 
 TEST_F(InstallTest, EveryProgramTellsItsVersion) {

@@ -98,8 +98,8 @@ TEST_P(Manual, EveryPictureHasAnAlternativeTextOfItsOwn) {
 
 TEST_P(Manual, EveryMessageOfTheProgramIsExplained) {
   const std::string text = Read(folder_ / "messages.html");
-  for (const int number :
-       {124, 220, 221, 222, 224, 225, 1395, 1396, 1397, 1399, 1400, 1401, 1402, 1403}) {
+  for (const int number : {124, 220, 221, 222, 224, 225, 1395, 1396, 1397, 1399, 1400, 1401, 1402,
+                           1403, 1442, 1443, 1444, 1445, 1446}) {
     const std::string message(LoadResString(number));
     EXPECT_NE(text.find(message), std::string::npos) << message;
   }
