@@ -183,7 +183,7 @@ class Updater {
     for (const std::string& name : names) {
       if (done++ % 64 == 0) progress_({UpdateProgress::Step::kLooking, done - 1, names.size()});
       const auto entry = known.find(name);
-      const bool unchanged = entry != known.end() && IsUnchanged(name, entry->second);
+      const bool unchanged = IsUnchanged(name, entry != known.end() ? entry->second : 0);
       if (!unchanged) changed_.push_back(name);
       if (entry != known.end()) known.erase(entry);
     }
@@ -191,8 +191,10 @@ class Updater {
     for (const auto& [folder, stamp] : known) gone_.push_back(folder);
   }
 
+  // A disk with a clock of its own shows the time by all its logs before the first is read: those
+  // that are to be read could not settle else but in the order of their times.
   bool IsUnchanged(const std::string& name, std::uint64_t stored) const {
-    if (stored == 0) return false;
+    if (stored == 0 && !walk_.HasForeignClock()) return false;
     const std::optional<LogStamp> stamp = walk_.Stamp(name);
     return stamp && stamp->Digest == stored;
   }

@@ -41,6 +41,10 @@ class LogRootWalk {
   // to its end.
   std::vector<std::string> Names() const;
 
+  // True if the clock of the root's disk is known by the stamps alone that are taken here: whether
+  // one has settled shows only when later ones have been taken.
+  bool HasForeignClock() const;
+
   // The stamp of a log folder; nothing if it is gone. Raises nothing.
   std::optional<LogStamp> Stamp(const std::string& name) const;
 

@@ -17,6 +17,9 @@ class Settling {
   // link, is taken to have a clock of its own.
   Settling(const FileStamp& folder, const DiskTraits& traits);
 
+  // True if the folder's disk is judged by what its stamps have shown.
+  bool HasForeignClock() const { return !traits_.has_our_clock; }
+
   // True if no change after that moment can leave the stamp as it is. Each stamp that is asked
   // about tells of its disk's clock, too. The default stamp, of no file, is settled.
   bool IsSettled(const FileStamp& stamp, const DiskClocks::Moment& moment);

@@ -178,6 +178,10 @@ std::vector<std::string> LogRootWalk::Names() const {
   return names;
 }
 
+bool LogRootWalk::HasForeignClock() const {
+  return state_->settling->HasForeignClock();
+}
+
 std::optional<LogStamp> LogRootWalk::Stamp(const std::string& name) const {
   const OpenFolder folder = OpenBelow(state_->descriptor.Number(), name.c_str());
   if (folder == nullptr) return StampOfClosed(name);

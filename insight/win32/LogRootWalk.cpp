@@ -134,6 +134,10 @@ std::vector<std::string> LogRootWalk::Names() const {
   return all;
 }
 
+bool LogRootWalk::HasForeignClock() const {
+  return state_->settling->HasForeignClock();
+}
+
 std::optional<LogStamp> LogRootWalk::Stamp(const std::string& name) const {
   const std::string folder = state_->root + "/" + name;
   Status status;

@@ -15,6 +15,7 @@ Command DeleteSeveral();
 Command ChooseColumn();
 Command RebuildList();
 Command ViewAllReports();
+Command WriteAllReports();
 Command Archive();
 
 // On a workstation that is tied to a content server.

@@ -12,6 +12,7 @@
 #include "records/LogCommands.h"
 #include "records/LogEditor.h"
 #include "records/Recording.h"
+#include "reports/AllReports.h"
 #include "support/FixedWidthBox.h"
 #include "viewer/LogView.h"
 
@@ -25,6 +26,14 @@ constexpr const char* kOlderProfile =
     "; kept by hand\r\n[LogBook]\r\nLogFileName=C:\\QUOREX\\inst1\\maintain\\26111402\\\r\n"
     "LastFile=C:\\QUOREX\\inst1\\maintain\\26111402\\\r\n"
     "[Maintenance]\r\nItem0=0\r\nItem3=1\r\n[Header3]\r\nCat=Meter\r\nItem=1\r\n";
+
+bool IsReport(const std::string& path) {
+  return path.ends_with(".rpt") || path.ends_with("tune.bin");
+}
+
+bool IsMadeReport(const std::string& path) {
+  return IsReport(path) && !path.ends_with("/tune.rpt");
+}
 
 bool IsListFile(const std::string& path) {
   return path == std::string(kRoot) + "listlog.csv";
@@ -200,9 +209,6 @@ Command RebuildList() {
 }
 
 Command ViewAllReports() {
-  const auto is_report = [](const std::string& path) {
-    return path.ends_with(".rpt") || path.ends_with("tune.bin");
-  };
   const auto open = [](Station& station) {
     station.state.CEMode = true;
     station.state.LogCount = station.state.CurrentLog = 1;
@@ -220,11 +226,24 @@ Command ViewAllReports() {
           .prepare = PutLogs,
           .script = open,
           .run = view_all,
-          .is_made =
-              [is_report](const std::string& path) {
-                return is_report(path) && !path.ends_with("/tune.rpt");
-              },
-          .is_silent = is_report};
+          .is_made = IsMadeReport,
+          .is_silent = IsReport};
+}
+
+Command WriteAllReports() {
+  const auto write_all = [](Station& station) {
+    station.Handle([&] {
+      const std::string folder = station.state.LogRoot + "26111400\\";
+      WriteReports(station.state.machine, folder,
+                   MakeAllReports(station.state.machine, station.state.catalogues, folder));
+    });
+  };
+  return {.name = "all reports at once",
+          .prepare = PutLogs,
+          .script = NoScript,
+          .run = write_all,
+          .is_made = IsMadeReport,
+          .is_silent = {}};
 }
 
 Command Archive() {

@@ -55,6 +55,7 @@ const Case kCases[] = {
     {"ChooseColumn", ChooseColumn},
     {"RebuildList", RebuildList},
     {"ViewAllReports", ViewAllReports},
+    {"WriteAllReports", WriteAllReports},
     {"Archive", Archive},
     {"RecordAndUpload", RecordAndUpload},
     {"DeleteAndUpload", DeleteAndUpload},

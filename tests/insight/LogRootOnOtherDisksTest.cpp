@@ -6,9 +6,13 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
+#include "AllCatalogues.h"
 #include "base/Files.h"
+#include "insight/LogIndex.h"
 #include "insight/LogRootWalk.h"
+#include "insight/Query.h"
 #include "snapshot/DiskClocks.h"
 #include "support/OtherDisk.h"
 #include "support/TestMachine.h"
@@ -49,6 +53,38 @@ TEST_F(OnOtherDisks, OnANetworkDriveTheLogThatWasChangedLastIsReadEachTime) {
   machine.Put("C:\\logs\\b\\auser.txt", "1");
   EXPECT_FALSE(walk.Stamp("b")->Settled);
   EXPECT_TRUE(IsSettled(walk)) << "the disk has shown a later time";
+}
+
+// Waits until what is changed now has another time than a file, by more than the grain of stamps.
+void WaitBehind(const test::TestMachine& machine, const char* path) {
+  const FileStamp stamp = StampOf(machine, path);
+  while (DiskClocks::Moment::Now().system_ns < stamp.changed_ns + 200'000'000) {
+  }
+}
+
+TEST_F(OnOtherDisks, OnANetworkDriveTheIndexReadsOnlyTheLogAgainThatWasChangedLast) {
+  const OtherDisk disk(OtherDisk::kNfs);
+  machine.Put("C:\\logs\\b\\auser.txt", "1");
+  WaitBehind(machine, "C:\\logs\\b\\auser.txt");
+  machine.Put("C:\\logs\\c\\auser.txt", "1");
+  const test::TestMachine cache;
+  const auto logs_read = [&] {
+    std::size_t read = 0;
+    IndexSettings settings;
+    settings.Folder = cache.home() + "/cache";
+    settings.Progress = [&read](const UpdateProgress& progress) {
+      if (progress.Where == UpdateProgress::Step::kReading) read = progress.Done;
+    };
+    LogIndex index(*machine.machine().code_page, test::AllCatalogues(), machine.Native("C:\\logs"),
+                   std::move(settings));
+    FindRequest request;
+    request.What = ParseQuery(test::AllCatalogues(), "");
+    EXPECT_EQ(index.Find(request).Logs.size(), 3u);
+    return read;
+  };
+  EXPECT_EQ(logs_read(), 3u);
+  EXPECT_EQ(logs_read(), 1u);
+  EXPECT_EQ(logs_read(), 1u);
 }
 
 TEST_F(OnOtherDisks, OnAMemoryCardEachLogIsReadEachTime) {

@@ -114,6 +114,13 @@ TEST(NumberFormat, ANumberAndItsNeighboursAgreeInFifteenDigits) {
   }
 }
 
+TEST(NumberFormat, OfMoreThanFifteenDigitsTheRestIsZero) {
+  Expect({{1234567890.123456, "0.000000", "1234567890.123460"},
+          {123456789.123456, "0.000000", "123456789.123456"},
+          {999999999.999999, "0.000000", "999999999.999999"},
+          {9999999999.999999, "0.000000", "10000000000.000000"}});
+}
+
 // The first fifteen digits of a number and its exponent, as the C library has them.
 std::string FifteenDigits(double value) {
   char text[64];
