@@ -8,6 +8,7 @@
 //                                 reports.bare     the same, and files of the reports' sizes made
 //                                                  as the reports are, by bare system calls
 //                                 reports.all      no report is there, all are written
+//                                 reports.each     the same one by one, as the viewer makes them
 //                                 reports.same     all are there with the same bytes
 //                                 reports.made     their bytes made, nothing written
 //                                 reports.tunebin  tune.bin alone, there with the same bytes
@@ -28,7 +29,9 @@
 #include "Samples.h"
 #include "base/Files.h"
 #include "reports/AllReports.h"
+#include "reports/MaintenanceReport.h"
 #include "reports/TuneReport.h"
+#include "reports/ValueReports.h"
 #include "snapshot/TuneBin.h"
 
 namespace {
@@ -89,9 +92,33 @@ std::vector<FileStamp> StampsOf(const Machine& machine, const std::string& folde
   return stamps;
 }
 
-void RemoveAll(const std::string& native_folder, const std::vector<MadeReport>& made) {
-  for (const MadeReport& report : made)
-    std::filesystem::remove(std::filesystem::path(native_folder) / report.file);
+// As the menu of the viewer has them made.
+void WriteEach(const LogStore& store, const std::string& folder) {
+  const Machine& machine = store.TheMachine();
+  const Catalogues& catalogues = store.TheCatalogues();
+  for (const ValueReport report : {ValueReport::kAnalog, ValueReport::kMeter, ValueReport::kSys,
+                                   ValueReport::kBitOut, ValueReport::kBitIn}) {
+    WriteReportFile(machine, folder, ReportFileName(report),
+                    ValueReportText(machine, catalogues, report, folder));
+  }
+  WriteReportFile(machine, folder, kMaintenanceReportFile,
+                  MaintenanceText(machine, catalogues, folder));
+  WriteTune(store, folder);
+}
+
+// Takes the files out of the folder. They are not deleted: a file system that does not give the
+// places of files away at once that were deleted a moment ago (ext4) would look through all of them
+// for each new one, which no log's folder would do to it.
+void PutAway(const LogStore& store, const std::string& native_folder,
+             const std::vector<MadeReport>& made) {
+  static int count = 0;
+  const std::filesystem::path away = std::filesystem::path(store.TheMachine().home) / "away";
+  std::filesystem::create_directory(away);
+  for (const MadeReport& report : made) {
+    const auto path = std::filesystem::path(native_folder) / report.file;
+    if (std::filesystem::exists(path))
+      std::filesystem::rename(path, away / std::to_string(++count));
+  }
 }
 
 void Round(const LogStore& store, int log) {
@@ -101,13 +128,16 @@ void Round(const LogStore& store, int log) {
   const std::vector<std::string> needed = NeededOf(store, log);
   const std::vector<MadeReport> made = MakeAll(store, folder);
   Measure("reports.base", [&] { ReadBare(needed); });
-  RemoveAll(native_folder, made);
+  PutAway(store, native_folder, made);
   Measure("reports.bare", [&] {
     ReadBare(needed);
     WriteBare(native_folder, made);
   });
   StampsOf(machine, folder, made);
-  RemoveAll(native_folder, made);
+  PutAway(store, native_folder, made);
+  Measure("reports.each", [&] { WriteEach(store, folder); });
+  StampsOf(machine, folder, made);
+  PutAway(store, native_folder, made);
   Measure("reports.all", [&] { WriteAllReports(store, folder); });
   const std::vector<FileStamp> stamps = StampsOf(machine, folder, made);
   Measure("reports.same", [&] { WriteAllReports(store, folder); });

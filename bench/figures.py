@@ -283,6 +283,11 @@ def reports_all(place):
     return reports(place, "reports.all")
 
 
+@figure("reports.each", "the same one by one, as the viewer makes them", "ms", None)
+def reports_each(place):
+    return reports(place, "reports.each")
+
+
 @figure("reports.bare", "its needed files read and files of the same bytes made, by bare calls", "ms",
         None)
 def reports_bare(place):

@@ -5,6 +5,11 @@
 // clock where that is another machine's (snapshot/DiskClocks.h).
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <utility>
+#include <vector>
+
 #include "base/DiskTraits.h"
 #include "base/Files.h"
 #include "snapshot/DiskClocks.h"
@@ -13,20 +18,23 @@ namespace logbook::insight {
 
 class Settling {
  public:
-  // For the files on the disk of this folder, which has these traits. What lies elsewhere, behind a
-  // link, is taken to have a clock of its own.
-  Settling(const FileStamp& folder, const DiskTraits& traits);
+  // For the files of a root, which lies on a disk with these traits.
+  Settling(const FileStamp& root, const DiskTraits& traits);
 
-  // True if the folder's disk is judged by what its stamps have shown.
-  bool HasForeignClock() const { return !traits_.has_our_clock; }
+  // A folder whose files will be asked about. One that lies on a disk not met before, behind a
+  // link, has the traits that `find` gives for it.
+  void Enter(const FileStamp& folder, const std::function<DiskTraits()>& find);
+
+  // True if the root's disk is judged by what its stamps have shown.
+  bool HasForeignClock() const { return !disks_.front().second.has_our_clock; }
 
   // True if no change after that moment can leave the stamp as it is. Each stamp that is asked
-  // about tells of its disk's clock, too. The default stamp, of no file, is settled.
+  // about tells of its disk's clock, too. The default stamp, of no file, is settled; a file on a
+  // disk of which no folder was entered never is.
   bool IsSettled(const FileStamp& stamp, const DiskClocks::Moment& moment);
 
  private:
-  std::uint64_t device_;
-  DiskTraits traits_;
+  std::vector<std::pair<std::uint64_t, DiskTraits>> disks_;  // by device, the root's first
   DiskClocks clocks_;
 };
 

@@ -138,6 +138,11 @@ struct LogRootWalk::State {
   std::string root;
   Descriptor descriptor;
   std::optional<Settling> settling;
+
+  Settling& Enter(const struct stat& folder, const std::string& name) {
+    settling->Enter(posix::StampFrom(folder), [&] { return TraitsOfDisk(root + "/" + name); });
+    return *settling;
+  }
 };
 
 LogRootWalk::LogRootWalk(const std::string& native_root) : state_(std::make_unique<State>()) {
@@ -187,7 +192,7 @@ std::optional<LogStamp> LogRootWalk::Stamp(const std::string& name) const {
   if (folder == nullptr) return StampOfClosed(name);
   struct stat status = {};
   if (fstat(dirfd(folder.get()), &status) != 0) return std::nullopt;
-  StampInMaking stamp(status, *state_->settling);
+  StampInMaking stamp(status, state_->Enter(status, name));
   EachEntry(folder.get(), [&](const dirent& entry) {
     if (IsWrittenByViewer(entry.d_name)) return;
     struct stat file = {};
@@ -222,7 +227,7 @@ std::optional<LogRootWalk::StampedFiles> LogRootWalk::LoadStamped(const std::str
   }
   struct stat status = {};
   if (fstat(dirfd(folder.get()), &status) != 0) return std::nullopt;
-  StampInMaking stamp(status, *state_->settling);
+  StampInMaking stamp(status, state_->Enter(status, name));
   std::vector<LogFile>& files = loaded.Files.Files;
   EachEntry(folder.get(), [&](const dirent& entry) {
     struct stat file = {};

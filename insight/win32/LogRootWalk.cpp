@@ -105,6 +105,11 @@ bool NamesThatCount(const std::string& folder, std::vector<std::string>& names) 
 struct LogRootWalk::State {
   std::string root;
   std::optional<Settling> settling;
+
+  Settling& Enter(const FileStamp& folder, const std::string& name) {
+    settling->Enter(folder, [&] { return TraitsOfDisk(root + "/" + name); });
+    return *settling;
+  }
 };
 
 LogRootWalk::LogRootWalk(const std::string& native_root) : state_(std::make_unique<State>()) {
@@ -144,7 +149,7 @@ std::optional<LogStamp> LogRootWalk::Stamp(const std::string& name) const {
   std::vector<std::string> names;
   if (!StatusOf(folder, Follow::kYes, status) || !status.IsFolder()) return std::nullopt;
   if (!NamesThatCount(folder, names)) return StampOfClosed(name);
-  StampInMaking stamp(status.stamp, *state_->settling);
+  StampInMaking stamp(status.stamp, state_->Enter(status.stamp, name));
   for (const std::string& each : names) {
     if (IsWrittenByViewer(each)) continue;
     Status file;
@@ -180,7 +185,7 @@ std::optional<LogRootWalk::StampedFiles> LogRootWalk::LoadStamped(const std::str
     loaded.Stamp = *stamp;
     return loaded;
   }
-  StampInMaking stamp(status.stamp, *state_->settling);
+  StampInMaking stamp(status.stamp, state_->Enter(status.stamp, name));
   std::vector<LogFile>& files = loaded.Files.Files;
   for (const std::string& each : names) {
     Status file;

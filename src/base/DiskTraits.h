@@ -9,14 +9,15 @@
 
 namespace logbook {
 
+// False is what holds of a disk of which nothing is known.
 struct DiskTraits {
   // Its stamps are by the clock of this machine. False for a network drive, whose server has a
-  // clock of its own, and for what is not known.
+  // clock of its own.
   bool has_our_clock = false;
   // It keeps the time of the last change apart from that of the modification, which anybody can
   // set. False where a file rewritten with the same size and its old time cannot be told from
   // before.
-  bool has_change_times = true;
+  bool has_change_times = false;
 };
 
 // The traits of the disk on which this native path lies. Raises nothing.

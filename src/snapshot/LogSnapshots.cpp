@@ -126,8 +126,8 @@ bool LogSnapshots::Refresh(Kept& kept, std::string_view file, const FromBytes& f
     if (kept.exists) whole = from_path(path);
   }
   cache_.clocks_.SeeChange(old_stamp, kept.stamp);
-  kept.settled = kept.exists && whole && cache_.traits_.has_change_times &&
-                 cache_.clocks_.IsSettled(kept.stamp, before);
+  kept.settled = kept.exists && whole && cache_.clocks_.IsSettled(kept.stamp, before) &&
+                 cache_.ShowsChanges(kept.stamp, [&] { return PathOf(file); });
   if (!kept.settled) cache_.clocks_.Take(kept.stamp, DiskClocks::Moment::Now());
   kept.pass = cache_.pass_number_;
   return kept.exists;

@@ -3,6 +3,8 @@
 
 #include "snapshot/SnapshotCache.h"
 
+#include <algorithm>
+
 namespace logbook {
 
 SnapshotCache::Pass::Pass(SnapshotCache& cache, std::function<void()> between_files)
@@ -18,6 +20,7 @@ SnapshotCache::Pass::~Pass() {
 
 void SnapshotCache::EndPass() {
   files_.reset();
+  disks_.clear();
   between_files_ = nullptr;
   // Logs that are gone, or of another root.
   constexpr std::size_t kMostLogs = 512;
@@ -32,11 +35,18 @@ LogSnapshots& SnapshotCache::Log(const std::string& root, const std::string& nam
   return log;
 }
 
+bool SnapshotCache::ShowsChanges(const FileStamp& stamp, const std::function<std::string()>& path) {
+  auto disk = std::find_if(disks_.begin(), disks_.end(),
+                           [&](const auto& each) { return each.first == stamp.device; });
+  if (disk == disks_.end())
+    disk = disks_.insert(disk, {stamp.device, TraitsOfDisk(NativePath(machine_, path()))});
+  return disk->second.has_change_times;
+}
+
 FilesBelow& SnapshotCache::FilesOf(const std::string& root) {
   if (!files_ || files_root_ != root) {
     files_.emplace(machine_, root);
     files_root_ = root;
-    traits_ = TraitsOfDisk(NativePath(machine_, root));
     const FileStamp stamp = files_->Stamp();
     clocks_.SeeChange(root_stamp_, stamp);
     clocks_.Take(stamp, DiskClocks::Moment::Now());

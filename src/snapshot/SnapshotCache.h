@@ -17,6 +17,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "base/DiskTraits.h"
 #include "base/FilesBelow.h"
@@ -61,6 +62,8 @@ class SnapshotCache {
   // The way to the files of the logs in this root, walked once in a pass.
   FilesBelow& FilesOf(const std::string& root);
   void EndPass();
+  // True if a file with this stamp and this path text lies on a disk on which each change shows.
+  bool ShowsChanges(const FileStamp& stamp, const std::function<std::string()>& path);
 
   const Machine& machine_;
   int passes_ = 0;
@@ -69,8 +72,8 @@ class SnapshotCache {
   SnapshotWants wants_;
   std::string files_root_;
   std::optional<FilesBelow> files_;
-  DiskTraits traits_;     // of the root's disk
-  FileStamp root_stamp_;  // when its files were used last
+  std::vector<std::pair<std::uint64_t, DiskTraits>> disks_;  // by device, those of this pass
+  FileStamp root_stamp_;                                     // when its files were used last
   DiskClocks clocks_;
   std::unordered_map<std::string, LogSnapshots> logs_;
 };

@@ -3,7 +3,7 @@
 
 #include "snapshot/TuneBin.h"
 
-#include "base/Files.h"
+#include "base/MadeFiles.h"
 
 namespace logbook {
 
@@ -18,7 +18,9 @@ std::string TuneBinText(std::span<const TuneCell> cells) {
 }
 
 void WriteTuneBin(const Machine& machine, std::string_view path, std::span<const TuneCell> cells) {
-  WriteMadeFile(machine, path, machine.code_page->FromUtf8(TuneBinText(cells)));
+  const std::size_t name = path.find_last_of("\\/") + 1;
+  MadeFiles(machine, path.substr(0, name))
+      .Write(path.substr(name), machine.code_page->FromUtf8(TuneBinText(cells)));
 }
 
 }  // namespace logbook

@@ -24,8 +24,8 @@ struct TuneCell {
 // values likewise, CR LF, and an empty line. Raises nothing.
 std::string TuneBinText(std::span<const TuneCell> cells);
 
-// Writes the file anew in the machine's code page. raises what WriteMadeFile raises; an older file
-// then stays as it was.
+// Writes the file anew in the machine's code page; the path has a folder. Raises what WriteMadeFile
+// raises; an older file then stays as it was.
 void WriteTuneBin(const Machine& machine, std::string_view path, std::span<const TuneCell> cells);
 
 }  // namespace logbook

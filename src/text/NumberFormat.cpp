@@ -82,8 +82,12 @@ std::optional<Decimal> ShortDecimalOf(double value) {
   const double millionths = value * kMillion + 0.5;
   if (!(millionths < kSixteenDigits)) return std::nullopt;
   const auto whole = static_cast<std::int64_t>(millionths);
-  if (whole == 0 || static_cast<double>(whole) / kMillion != value) return std::nullopt;
+  if (static_cast<double>(whole) / kMillion != value) return std::nullopt;
   Decimal number;
+  if (whole == 0) {
+    number.SetTo('0');
+    return number;
+  }
   char* const begin = number.digits.data();
   number.count =
       static_cast<int>(std::to_chars(begin, begin + number.digits.size(), whole).ptr - begin);

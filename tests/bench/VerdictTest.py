@@ -93,7 +93,7 @@ class Verdict:
                 ("4 x", True), ("3.24 x", True), ("0 x", True), ("4.25 x", False),
                 ("4.25 x, missed by less than a tenth", True), ("4.25 x, **missed**", False),
                 ("4.5 x, **missed**", True), ("4.5 x, missed by less than a tenth", False),
-                ("4.5 x", False), ("3.9 x, **missed**", False), ("not measured", True), ("", False),
+                ("4.5 x", False), ("3.9 x, **missed**", False), ("not measured", False), ("", False),
                 # 4.001, as it is written
                 ("4 x, missed by less than a tenth", True)):
             text = "| `a` | title | | %s | 4 x | |\n| `t` | told | | 99 ms | - | |\n" % cell

@@ -12,7 +12,7 @@ constexpr std::int64_t kMillisecond = 1'000'000;
 constexpr std::int64_t kSecond = 1'000 * kMillisecond;
 constexpr DiskTraits kOurs = {.has_our_clock = true, .has_change_times = true};
 constexpr DiskTraits kServers = {.has_our_clock = false, .has_change_times = true};
-constexpr DiskTraits kCards = {.has_our_clock = true, .has_change_times = false};
+constexpr DiskTraits kCards = {};
 
 // Of a file that was changed so long ago by the clock of this machine.
 FileStamp Changed(std::int64_t nanoseconds, std::uint64_t inode = 2) {
@@ -42,12 +42,32 @@ TEST(SettlingTest, OnANetworkDriveItSettlesOnceTheDiskHasShownALaterTime) {
   EXPECT_TRUE(settling.IsSettled(file, DiskClocks::Moment::Now()));
 }
 
-TEST(SettlingTest, AFileBehindALinkToAnotherDiskIsNotJudgedByOurClock) {
+TEST(SettlingTest, AFileBehindALinkIsJudgedByItsOwnDisk) {
   Settling settling(Changed(3600 * kSecond, 1), kOurs);
-  FileStamp file = Changed(1800 * kSecond);
-  EXPECT_TRUE(settling.IsSettled(file, DiskClocks::Moment::Now()));
-  file.device = 9;
-  EXPECT_FALSE(settling.IsSettled(file, DiskClocks::Moment::Now()));
+  const auto settled_on = [&](std::uint64_t device) {
+    FileStamp file = Changed(1800 * kSecond);
+    file.device = device;
+    return settling.IsSettled(file, DiskClocks::Moment::Now());
+  };
+  const auto enter = [&](std::uint64_t device, const DiskTraits& traits) {
+    FileStamp folder = Changed(0, 7);
+    folder.device = device;
+    int asked = 0;
+    settling.Enter(folder, [&] {
+      ++asked;
+      return traits;
+    });
+    return asked;
+  };
+  EXPECT_TRUE(settled_on(1));
+  EXPECT_FALSE(settled_on(9)) << "nothing is known of that disk";
+  EXPECT_EQ(enter(1, kCards), 0) << "the root's is known";
+  EXPECT_EQ(enter(9, kOurs), 1);
+  EXPECT_EQ(enter(9, kCards), 0);
+  EXPECT_EQ(enter(10, kCards), 1);
+  EXPECT_TRUE(settled_on(1));
+  EXPECT_TRUE(settled_on(9));
+  EXPECT_FALSE(settled_on(10));
 }
 
 TEST(SettlingTest, WithoutTimesOfChangesNothingSettlesButANameWithoutAFile) {

@@ -74,6 +74,7 @@ class OnOtherDisks : public testing::Test {
 };
 
 TEST_F(OnOtherDisks, AfterTheServersClockWasSetBackAFileIsReadAgainThatChangesTwiceInAMoment) {
+  const test::OtherDisk disk(test::OtherDisk::kNfs);
   server_time = Now() - 3600;  // long ago, and settled, as the root's own time shows
   ASSERT_EQ(Lens(), 1);
   {

@@ -10,7 +10,8 @@ namespace logbook::test {
 // While it lives, every disk says that it is of this kind.
 class OtherDisk {
  public:
-  static constexpr long kFat = 0x4D44, kExFat = 0x2011BAB0, kNfs = 0x6969, kExt = 0xEF53;
+  static constexpr long kFat = 0x4D44, kExFat = 0x2011BAB0, kNfs = 0x6969, kExt = 0xEF53,
+                        kFuse = 0x65735546;
 
   explicit OtherDisk(long number);
   ~OtherDisk();

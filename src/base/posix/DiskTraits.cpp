@@ -12,11 +12,8 @@
 namespace logbook {
 namespace {
 
-// The numbers of file systems, as the system's manual has them.
-constexpr std::uint32_t kWithoutChangeTimes[] = {
-    0x4D44,      // FAT
-    0x2011BAB0,  // exFAT
-};
+// The numbers of file systems, as the system's manual has them. What is made of programs (FUSE) may
+// be anything: some of these know no time of changes.
 constexpr std::uint32_t kOnThisMachine[] = {
     0xEF53,      // ext2, ext3, ext4
     0x58465342,  // XFS
@@ -28,9 +25,14 @@ constexpr std::uint32_t kOnThisMachine[] = {
     0xCA451A4E,  // bcachefs
     0x3153464A,  // JFS
     0x7366746E,  // NTFS
-    0x9660,      // ISO 9660
-    0x15013346,  // UDF
-    0x4D44,     0x2011BAB0,
+};
+constexpr std::uint32_t kOnServers[] = {
+    0x6969,      // NFS
+    0xFF534D42,  // CIFS
+    0xFE534D42,  // SMB 2
+    0x00C36400,  // Ceph
+    0x6B414653,  // AFS
+    0x01021997,  // 9P
 };
 
 template <typename Numbers>
@@ -44,8 +46,8 @@ DiskTraits TraitsOfDisk(const std::string& native_path) {
   struct statfs status = {};
   if (statfs(native_path.c_str(), &status) != 0) return {};
   const auto number = static_cast<std::uint32_t>(status.f_type);
-  return {.has_our_clock = IsOneOf(kOnThisMachine, number),
-          .has_change_times = !IsOneOf(kWithoutChangeTimes, number)};
+  const bool is_ours = IsOneOf(kOnThisMachine, number);
+  return {.has_our_clock = is_ours, .has_change_times = is_ours || IsOneOf(kOnServers, number)};
 }
 
 }  // namespace logbook

@@ -11,7 +11,7 @@ namespace logbook {
 DiskTraits TraitsOfDisk(const std::string& native_path) {
   win32::Status status;
   const bool known = win32::StatusOf(native_path, win32::Follow::kYes, status);
-  return {.has_our_clock = false, .has_change_times = !known || status.stamp.changed_ns != 0};
+  return {.has_our_clock = false, .has_change_times = known && status.stamp.changed_ns != 0};
 }
 
 }  // namespace logbook
