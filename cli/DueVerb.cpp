@@ -7,6 +7,7 @@
 
 #include "LogRoots.h"
 #include "Output.h"
+#include "Terminal.h"
 #include "Verbs.h"
 #include "base/Files.h"
 #include "insight/Collectors.h"
@@ -71,9 +72,11 @@ int TellDue(Call& call, const DueRequest& request) {
   if (request.json) {
     call.out << DueJson(reports);
   } else if (request.calendar != "-") {
+    const TerminalFacts facts = LookAtTerminal();
+    const int columns = facts.terminal ? facts.columns : 0;
     for (const DueReport& report : reports) {
       if (reports.size() > 1) call.out << insight::VisibleName(report.root) << '\n';
-      call.out << DueTable(report);
+      call.out << DueTable(report, columns);
     }
   }
   return kSuccess;

@@ -11,7 +11,11 @@
 #include "Output.h"
 #include "RowWords.h"
 #include "Verbs.h"
+#include "base/Environment.h"
+#include "base/FileLock.h"
 #include "base/Files.h"
+#include "base/NativeDisk.h"
+#include "base/RunTimeError.h"
 #include "base/Utf8Path.h"
 #include "insight/Export.h"
 
@@ -104,14 +108,35 @@ void ExportToFile(Call& call, const Job& job, const std::string& native_path) {
   ExportAll(call, job, *exporter);
 }
 
-// A file that takes its name only when it is complete, and goes if it never is.
+// Held by the one export of this user that may take away what a killed one has left; nothing where
+// another one has it, or where no folder can hold the lock.
+std::unique_ptr<FileLock> LockExports() {
+  const std::string folder = UserCacheFolder();
+  if (folder.empty()) return nullptr;
+  try {
+    const fs::path place = Utf8Path(folder) / "quorex-logbook";
+    std::error_code ignored;
+    fs::create_directories(place, ignored);
+    auto lock =
+        std::make_unique<FileLock>((place / "export.lock").string(), FileLock::Patience::kTry);
+    return lock->IsHeld() ? std::move(lock) : nullptr;
+  } catch (const RunTimeError&) {
+    return nullptr;
+  }
+}
+
+// A file that takes its name only when it is complete and on the disk, and goes if it never is: by
+// itself, or, where the program was killed, with the next export to the same name.
 class Unfinished {
  public:
-  explicit Unfinished(const std::string& target) : target_(target) {
+  explicit Unfinished(const std::string& target)
+      : target_(target), lock_(LockExports()), path_(target + ".part~") {
+    std::error_code ignored;
+    if (lock_ != nullptr) fs::remove(Utf8Path(path_), ignored);
     int number = 0;
-    do {
+    while (fs::exists(fs::symlink_status(Utf8Path(path_)))) {
       path_ = target + "." + std::to_string(++number) + ".part~";
-    } while (fs::exists(fs::symlink_status(Utf8Path(path_))));
+    }
   }
   ~Unfinished() {
     std::error_code error;
@@ -121,10 +146,21 @@ class Unfinished {
   Unfinished& operator=(const Unfinished&) = delete;
 
   const std::string& Path() const { return path_; }
-  void Complete() const { fs::rename(Utf8Path(path_), Utf8Path(target_)); }
+  void Complete() const {
+    Require(native::Sync(path_));
+    Require(native::Rename(path_, target_));
+    // The new file stands already; where the folder cannot be synced it may be the old one again
+    // after a power cut.
+    native::Sync(Utf8Path(target_).parent_path().string());
+  }
 
  private:
+  void Require(const std::error_code& error) const {
+    if (error) native::RaiseFileError(error, target_);
+  }
+
   std::string target_;
+  std::unique_ptr<FileLock> lock_;
   std::string path_;
 };
 

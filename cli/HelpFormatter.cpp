@@ -34,7 +34,7 @@ std::string WrappedLine(std::string line, std::size_t width) {
 
 }  // namespace
 
-std::string WrappedHelp(const std::string& text, std::size_t width) {
+std::string WrappedLines(const std::string& text, std::size_t width) {
   std::istringstream lines(text);
   std::string wrapped;
   for (std::string line; std::getline(lines, line);) wrapped += WrappedLine(line, width);
@@ -43,7 +43,7 @@ std::string WrappedHelp(const std::string& text, std::size_t width) {
 
 std::string HelpFormatter::make_help(const CLI::App* app, std::string name,
                                      CLI::AppFormatMode mode) const {
-  return WrappedHelp(CLI::Formatter::make_help(app, std::move(name), mode), kTerminalWidth);
+  return WrappedLines(CLI::Formatter::make_help(app, std::move(name), mode), kTerminalWidth);
 }
 
 }  // namespace logbook

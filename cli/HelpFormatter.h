@@ -12,7 +12,7 @@ namespace logbook {
 // A text with its lines broken between words so that none has more than `width` bytes, but for
 // words that are longer by themselves. What goes on stands below the line's last part that two
 // blanks part from what is before it, or else below the line's own begin.
-std::string WrappedHelp(const std::string& text, std::size_t width);
+std::string WrappedLines(const std::string& text, std::size_t width);
 
 class HelpFormatter : public CLI::Formatter {
  public:

@@ -5,6 +5,7 @@
 #include <memory>
 #include <ostream>
 
+#include "HelpFormatter.h"
 #include "LogRoots.h"
 #include "Output.h"
 #include "RowWords.h"
@@ -138,7 +139,10 @@ void PrintCharts(Call& call, const TrendRequest& request, const std::vector<Tren
                                         facts.color};
   for (std::size_t i = 0; i < trends.size(); ++i) {
     if (i > 0) call.out << '\n';
-    call.out << TrendChart(trends[i], style) << TrendFigures(trends[i], style);
+    const std::string figures = TrendFigures(trends[i], style);
+    call.out << TrendChart(trends[i], style)
+             << (facts.terminal ? WrappedLines(figures, static_cast<std::size_t>(style.width))
+                                : figures);
   }
 }
 

@@ -99,10 +99,19 @@ void BeAlone(QLockFile& lock, const Demonstration& demonstration) {
                            "; end its logbook first");
 }
 
+void RequireCodePage(const Demonstration& demonstration, int number) {
+  const int own = OpenWorkstation(demonstration.Home()).machine.code_page->Number();
+  if (own == number) return;
+  throw std::runtime_error("the demonstration in " + demonstration.Home() + " has code page " +
+                           std::to_string(own) + "; --fresh makes a new one");
+}
+
 // False if an older one is to stay although a new one was asked for.
 bool Prepare(const Demonstration& demonstration, const DemonstrationOptions& options) {
   demonstration.Mend();
   const bool exists = demonstration.Exists();
+  if (exists && !options.fresh && options.code_page)
+    RequireCodePage(demonstration, *options.code_page);
   if (exists && options.fresh && !MayThrowAway(demonstration, options.unasked)) return false;
   if (!exists || options.fresh) {
     Tell("Making the demonstration workstation in " + demonstration.Home() + " ...");

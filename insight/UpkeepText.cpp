@@ -40,21 +40,53 @@ Json ItemJson(const DueItem& item) {
           {"claimed", DateJson(item.claimed)}};
 }
 
+// The cells that both tables have.
+std::vector<std::string> CellsOf(const DueItem& item) {
+  return {std::string(StateText(item.state)),
+          item.days_left ? std::to_string(*item.days_left) : "-",
+          item.due ? DayText(*item.due) : "-", item.label,
+          item.interval ? IntervalText(*item.interval) : "-"};
+}
+
+std::string WideTable(const std::vector<DueItem>& items) {
+  TextTable table({"State", ">Days", "Due", "Item", "Interval", "Last certain", "Last claimed"});
+  for (const DueItem& item : items) {
+    std::vector<std::string> cells = CellsOf(item);
+    cells.push_back(DateText(item.certain));
+    cells.push_back(DateText(item.claimed));
+    table.Add(std::move(cells));
+  }
+  return table.Text();
+}
+
+std::string NarrowTable(const std::vector<DueItem>& items) {
+  TextTable table({"State", ">Days", "Due", "Item", "Interval"});
+  for (const DueItem& item : items) {
+    table.Add(CellsOf(item));
+    if (item.certain || item.claimed)
+      table.AddLine("    last certain " + DateText(item.certain) + ", last claimed " +
+                    DateText(item.claimed));
+  }
+  return table.Text();
+}
+
+bool Fits(std::string_view table, int columns) {
+  for (std::size_t from = 0; from < table.size();) {
+    const std::size_t end = table.find('\n', from);
+    if (end - from > static_cast<std::size_t>(columns)) return false;
+    from = end + 1;
+  }
+  return true;
+}
+
 }  // namespace
 
-std::string DueTable(const DueReport& report) {
+std::string DueTable(const DueReport& report, int columns) {
   std::vector<DueItem> items = report.items;
   std::sort(items.begin(), items.end(),
             [](const DueItem& a, const DueItem& b) { return Urgency(a) < Urgency(b); });
-  TextTable table({"State", ">Days", "Due", "Item", "Interval", "Last certain", "Last claimed"});
-  for (const DueItem& item : items) {
-    table.Add({std::string(StateText(item.state)),
-               item.days_left ? std::to_string(*item.days_left) : "-",
-               item.due ? DayText(*item.due) : "-", item.label,
-               item.interval ? IntervalText(*item.interval) : "-", DateText(item.certain),
-               DateText(item.claimed)});
-  }
-  return table.Text();
+  std::string table = WideTable(items);
+  return columns <= 0 || Fits(table, columns) ? table : NarrowTable(items);
 }
 
 std::string DueJson(const std::vector<DueReport>& reports) {

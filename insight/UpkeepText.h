@@ -20,8 +20,10 @@ struct DueReport {
 };
 
 // A table: state, days left, day, item, interval, last certain and last claimed date with their
-// logs; the most urgent first, items without an interval last. Lines end in a line feed.
-std::string DueTable(const DueReport& report);
+// logs; the most urgent first, items without an interval last. Where it is wider than so many
+// columns (0: none count), the dates stand in a line of their own below each item that has any.
+// Lines end in a line feed.
+std::string DueTable(const DueReport& report, int columns = 0);
 
 // One JSON document, an object with the list "roots", items in their own order; ended by a line
 // feed.

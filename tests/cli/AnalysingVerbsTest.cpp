@@ -519,6 +519,16 @@ TEST_F(AnalysingVerbs, AnExportThatFailsLeavesTheOlderFileAndNothingElse) {
   EXPECT_FALSE(fs::exists(File("e.csv.part~")));
 }
 
+TEST_F(AnalysingVerbs, WhatAKilledExportHasLeftGoesWithTheNextOne) {
+  const std::string file = File("killed.csv"), part = File("killed.csv.part~");
+  std::ofstream(part) << "a half";
+  EXPECT_EQ(OnRoot("export", "--format nothing " + file).status, 2);
+  EXPECT_EQ(test::Read(part), "a half") << "only an export takes it away";
+  EXPECT_EQ(OnRoot("export", "--format csv " + file).status, 0);
+  EXPECT_FALSE(fs::exists(part));
+  EXPECT_GT(fs::file_size(file), 1000u);
+}
+
 TEST_F(AnalysingVerbs, CheckEndsWithZeroOneOrTwo) {
   const Outcome sound = OnRoot("check", "--today 2024-01-20");
   EXPECT_EQ(sound.status, 0);

@@ -108,6 +108,19 @@ def colour_only_on_a_terminal_and_never_with_no_color(place):
     expect("\x1b" not in piped.stdout + piped.stderr, "colour in a pipe")
 
 
+def text_is_folded_to_the_terminal(place):
+    for words in (("due",), ("trend", "tune:Oxide", "--rules", "1,2,3,4")):
+        for columns in (80, 100):
+            status, shown = place.on_terminal(*words, columns=columns)
+            expect(status == 0, shown)
+            lines = CHANGES.sub("", PROGRESS.sub("", shown)).replace("\r", "").splitlines()
+            expect(all(len(line) <= columns for line in lines),
+                   "%d columns: %s" % (columns, max(lines, key=len)))
+    expect("last certain " in place.on_terminal("due", columns=80)[1], "no dates")
+    piped = place.in_pipe("due").stdout.splitlines()
+    expect(len(piped) == 19 and len(piped[0]) > 80, "a pipe has the whole table: " + piped[0])
+
+
 def halt_while_it_reads(place, stopped):
     """Halts the program for longer than it is quiet, as soon as it has read some of the logs."""
     def halt(child):
@@ -206,6 +219,7 @@ def read_only_cache_is_told_and_the_answer_is_right(place):
 RULES = {
     "AChartIsAsWideAsTheTerminalAndInColour": chart_is_as_wide_as_the_terminal_and_in_colour,
     "ColourOnlyOnATerminalAndNeverWithNoColor": colour_only_on_a_terminal_and_never_with_no_color,
+    "TextIsFoldedToTheTerminal": text_is_folded_to_the_terminal,
     "ProgressIsShownOnATerminalOnlyAndWipedOut": progress_is_shown_on_a_terminal_only_and_wiped_out,
     "AFullDiskIsToldAndTheAnswerIsRight": full_disk_is_told_and_the_answer_is_right,
     "AReadOnlyCacheIsToldAndTheAnswerIsRight": read_only_cache_is_told_and_the_answer_is_right,

@@ -97,6 +97,9 @@ TEST_F(DemonstrationTest, ItSpeaksTheLanguageThatIsSetForItsProgramsNowAndLater)
   SetLanguage("en");
   EXPECT_TRUE(Holds(Run(Command({"--autorec"}, program), Demo()).output, "Date Logged,"));
   SetLanguage("ja");
+  const CommandResult kept = Run(Command({"--autorec", "--code-page", "932"}, program), Demo());
+  EXPECT_EQ(kept.status, 1) << kept.output;
+  EXPECT_TRUE(Holds(kept.output, "has code page 1252; --fresh makes a new one")) << kept.output;
   const CommandResult japanese =
       Run(Command({"--autorec", "--fresh", "--yes", "--code-page", "932"}, program), Demo());
   EXPECT_EQ(japanese.status, 0) << japanese.output;

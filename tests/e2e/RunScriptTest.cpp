@@ -232,6 +232,8 @@ TEST_F(RunScriptTest, UnknownOptionAndHelp) {
   for (const char* option : {"--fresh", "--ce", "--build", "--autorec", "LOGBOOK_DEMO"}) {
     EXPECT_TRUE(Holds(help.output, option)) << option;
   }
+  std::istringstream lines(help.output);
+  for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
   EXPECT_FALSE(fs::exists(Demo()));
 }
 

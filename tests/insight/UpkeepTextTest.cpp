@@ -34,6 +34,13 @@ TEST(UpkeepText, TheMostUrgentItemStandsFirst) {
   test::ExpectGolden("due.txt", DueTable(SampleReport()));
 }
 
+TEST(UpkeepText, WhereTheTableIsTooWideTheDatesHaveALineOfTheirOwn) {
+  const std::string wide = DueTable(SampleReport());
+  const auto longest = static_cast<int>(wide.find('\n', wide.find('\n') + 1) - wide.find('\n') - 1);
+  EXPECT_EQ(DueTable(SampleReport(), longest), wide);
+  test::ExpectGolden("due-narrow.txt", DueTable(SampleReport(), longest - 1));
+}
+
 TEST(UpkeepText, JsonTellsEveryItem) {
   const json document = json::parse(DueJson({SampleReport()}));
   const json& root = document.at("roots").at(0);
