@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <random>
 #include <string>
+#include <string_view>
 
 #include "base/RunTimeError.h"
 #include "support/GermanLocale.h"
@@ -168,6 +169,31 @@ TEST(LeadingNumber, DecimalsAreTheNearestDoublesWhateverTheirLength) {
     EXPECT_EQ(LeadingNumber(text), std::strtod(text.c_str(), nullptr)) << text;
     EXPECT_EQ(LeadingNumber("-" + text + " x"), -std::strtod(text.c_str(), nullptr)) << text;
   }
+}
+
+TEST(LeadingNumber, AnExponentIsReadWholeOrNotAtAll) {
+  EXPECT_EQ(LeadingNumber("1e012"), 1e12);
+  EXPECT_EQ(LeadingNumber("1e-012"), 1e-12);
+  EXPECT_EQ(LeadingNumber("1e100"), 1e100);
+  EXPECT_EQ(LeadingNumber("5e/9"), 5);
+  EXPECT_EQ(LeadingNumber("5e"), 5);
+  EXPECT_EQ(LeadingNumber("5e+"), 5);
+  EXPECT_EQ(LeadingNumber("5e-x"), 5);
+  EXPECT_EQ(LeadingNumber("5e5-3"), 5e5);
+  EXPECT_EQ(LeadingNumber("5e22"), 5e22);
+  EXPECT_EQ(LeadingNumber("5e23"), 5e23);
+}
+
+TEST(LeadingNumber, WhatStandsBehindTheTextDoesNotCount) {
+  for (const std::string_view whole : {"123", "12.5", "12e3", "12E3"})
+    EXPECT_EQ(LeadingNumber(whole.substr(0, 2)), 12) << whole;
+  EXPECT_EQ(LeadingNumber(std::string_view("1.25").substr(0, 3)), 1.2);
+}
+
+TEST(LeadingNumber, ANumberOfManyDigitsIsTheNearestOne) {
+  for (const char* text : {"1234567890.1234567890", "0.1234567890123456789", "999999999999999",
+                           "9999999999999999", "123456789012345.6", "12345678901234.5"})
+    EXPECT_EQ(LeadingNumber(text), std::strtod(text, nullptr)) << text;
 }
 
 }  // namespace
