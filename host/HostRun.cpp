@@ -39,10 +39,12 @@ QStringList LogbookArguments(const HostOptions& options) {
 }
 
 void StartLogbook(QProcess& logbook, const HostOptions& options) {
-  // The logbook works in the host's home, whichever way that was named.
+  // The logbook works in the host's home, whichever way that was named, or in none, too.
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  environment.insert(QStringLiteral("LOGBOOK_HOME"),
-                     QDir(QString::fromStdString(options.workstation.machine.home)).absolutePath());
+  const QString home = QString::fromStdString(options.workstation.machine.home);
+  environment.remove(QStringLiteral("LOGBOOK_HOME"));
+  if (!home.isEmpty())
+    environment.insert(QStringLiteral("LOGBOOK_HOME"), QDir(home).absolutePath());
   logbook.setProcessEnvironment(environment);
   logbook.setProcessChannelMode(QProcess::ForwardedChannels);
   logbook.setInputChannelMode(QProcess::ForwardedInputChannel);

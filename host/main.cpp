@@ -262,6 +262,10 @@ void AddDemo(CLI::App& app, CommandLine& line) {
 }
 
 int Dispatch(const CLI::App& app, const CommandLine& line, int argc, char** argv) {
+  // Without a home the drives are the machine's own, which no invented files belong on.
+  const bool invents = !app.got_subcommand("run") && !app.got_subcommand("demo");
+  if (invents && line.home.empty())
+    throw std::runtime_error("there is no home: give --home, or set LOGBOOK_HOME");
   if (app.got_subcommand("init")) return Init(line);
   if (app.got_subcommand("fill")) return Fill(line);
   if (app.got_subcommand("snapshot")) return Snapshot(line);

@@ -9,6 +9,7 @@ Target amd64-unicode
 Unicode true
 !include "MUI2.nsh"
 !include "LogicLib.nsh"
+!include "WinVer.nsh"
 
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\MaintenanceLogBook"
 
@@ -27,6 +28,11 @@ SetCompressor /SOLID lzma
 !insertmacro MUI_LANGUAGE "English"
 
 Function .onInit
+  ${IfNot} ${AtLeastWin10}
+    MessageBox MB_OK|MB_ICONSTOP "The programs need Windows 10 or later." /SD IDOK
+    SetErrorLevel 3
+    Quit
+  ${EndIf}
   SetRegView 64
 FunctionEnd
 
@@ -92,6 +98,8 @@ Section "Uninstall"
   Delete "$INSTDIR\ecm-agent.exe"
   Delete "$INSTDIR\quorex-host.exe"
   Delete "$INSTDIR\README.md"
+  Delete "$INSTDIR\host-link.md"
+  Delete "$INSTDIR\file-formats.md"
   RMDir /r "$INSTDIR\manual"
   RMDir /r "$INSTDIR\licences"
   Delete "$INSTDIR\uninstall.exe"

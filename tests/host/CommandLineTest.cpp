@@ -106,6 +106,19 @@ TEST_F(CommandLine, SnapshotTakesANativeFolderOrAPathText) {
   EXPECT_NE(home_.Get("C:\\log\\logfile.ini").find("[OPTION]"), std::string::npos);
 }
 
+TEST_F(CommandLine, WithoutAHomeNothingIsInvented) {
+  for (const std::vector<std::string>& words : {std::vector<std::string>{"init"},
+                                                {"fill", "--logs", "1"},
+                                                {"snapshot", "--folder", "C:\\log"}}) {
+    std::vector<std::string> all = words;
+    all.insert(all.end(), {"--home", ""});
+    const auto result = Run(all);
+    EXPECT_EQ(result.status, 1) << words[0];
+    EXPECT_NE(result.err.find("there is no home"), std::string::npos) << result.err;
+  }
+  EXPECT_FALSE(home_.Has("C:\\log"));
+}
+
 TEST_F(CommandLine, FailuresHaveStatusOneAndASentence) {
   home_.Put(home_.home() + "/file", "");
   const auto result = Run({"snapshot", "--folder", home_.home() + "/file"});

@@ -73,8 +73,8 @@ void DdeStation::Close() {
 bool DdeStation::Register(const std::string& application) {
   if (!IsOpen()) return false;
   application_ = application;
-  return DdeNameService(instance_, StringHandle(instance_, application), nullptr, DNS_REGISTER) !=
-         nullptr;
+  const StringHandle name(instance_, application);
+  return name != nullptr && DdeNameService(instance_, name, nullptr, DNS_REGISTER) != nullptr;
 }
 
 void DdeStation::Unregister() {
@@ -90,8 +90,11 @@ void DdeStation::Announce(const std::string& topic, const std::string& item) {
 
 HCONV DdeStation::Connect(const std::string& application, const std::string& topic) {
   if (!IsOpen()) return nullptr;
-  return DdeConnect(instance_, StringHandle(instance_, application), StringHandle(instance_, topic),
-                    nullptr);
+  // The system makes no string of an empty name or of one beyond 255 characters, and without a
+  // string it would take any application.
+  const StringHandle server(instance_, application), subject(instance_, topic);
+  if (server == nullptr || subject == nullptr) return nullptr;
+  return DdeConnect(instance_, server, subject, nullptr);
 }
 
 void DdeStation::Disconnect(HCONV conversation) {

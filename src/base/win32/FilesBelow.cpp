@@ -38,7 +38,8 @@ struct FilesBelow::State {
 
   // What it means that the system did not find or open something.
   static Found AfterFailure() {
-    return win32::LastErrno() == ENOENT ? Found::kMissing : Found::kUnclear;
+    // A folder that is missing is told by another error.
+    return GetLastError() == ERROR_FILE_NOT_FOUND ? Found::kMissing : Found::kUnclear;
   }
 };
 

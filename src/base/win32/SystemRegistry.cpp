@@ -25,7 +25,7 @@ std::optional<std::string> ReadView(const std::wstring& key, const std::wstring&
     result = RegQueryValueExW(opened, name.c_str(), nullptr, &type,
                               reinterpret_cast<BYTE*>(value.data()), &size);
   RegCloseKey(opened);
-  if (result != ERROR_SUCCESS || type != REG_SZ) return std::nullopt;
+  if (result != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return std::nullopt;
   value.resize(size / sizeof(wchar_t));
   return std::string(UpToNul(win32::Narrow(value)));
 }

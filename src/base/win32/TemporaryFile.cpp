@@ -14,6 +14,15 @@ namespace logbook::win32 {
 
 namespace {
 
+// The path with the name of its file as the disk spells it.
+std::wstring AsSpelled(const std::wstring& path) {
+  WIN32_FIND_DATAW entry = {};
+  const HANDLE search = FindFirstFileW(path.c_str(), &entry);
+  if (search == INVALID_HANDLE_VALUE) return path;
+  FindClose(search);
+  return path.substr(0, path.find_last_of(L"\\/") + 1) + entry.cFileName;
+}
+
 bool Move(const std::wstring& from, const std::wstring& to) {
   constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
   const DWORD attributes = GetFileAttributesW(to.c_str());
@@ -61,7 +70,7 @@ bool TemporaryFile::Rename(const std::string& native_path) {
   constexpr DWORD kPause = 10;  // milliseconds
   file_.Close();
   for (int i = 0; i < kMostTries; ++i) {
-    if (Move(WidePath(path_), WidePath(native_path))) {
+    if (Move(WidePath(path_), AsSpelled(WidePath(native_path)))) {
       path_.clear();
       return true;
     }

@@ -116,7 +116,8 @@ class NamedProcess : public Process {
 
   bool OtherInstanceRuns() override {
     name_ = win32::Handle(CreateMutexW(nullptr, FALSE, kInstanceName));
-    if (GetLastError() == ERROR_ALREADY_EXISTS) {
+    // A name that cannot be had belongs to somebody whose rights are others.
+    if (!name_.IsOpen() || GetLastError() == ERROR_ALREADY_EXISTS) {
       name_.Close();
       return true;
     }

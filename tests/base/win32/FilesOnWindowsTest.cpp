@@ -80,7 +80,8 @@ TEST_F(FilesOnWindowsTest, NamesBeyondTheCodePageAndLongPathsAreFound) {
 TEST_F(FilesOnWindowsTest, AFileIsFoundInAnySpellingAndKeepsItsOwn) {
   disk.Put("C:\\log\\LogFile.INI", "old");
   WriteFile(disk, "C:\\LOG\\logfile.ini", "new");
-  EXPECT_EQ(ScanFolder(disk, "C:\\log").size(), 1u);
+  ASSERT_EQ(ScanFolder(disk, "C:\\log").size(), 1u);
+  EXPECT_EQ(ScanFolder(disk, "C:\\log")[0].name, "LogFile.INI");
   EXPECT_EQ(ReadFile(disk, "c:\\Log\\LOGFILE.ini"), "new");
 }
 
@@ -231,6 +232,11 @@ TEST_F(FilesOnWindowsTest, AMachineWithoutAHomeReadsTheRegistryOfTheSystem) {
   const std::string narrow = win32::Narrow(kKey);
   EXPECT_EQ(ReadMachineRegistry("", narrow, "PATH"), "C:\\QUOREX\\\xC3\xA4");
   EXPECT_EQ(ReadMachineRegistry("", narrow, "None"), std::nullopt);
+  // As it stands, whatever the system would make of it.
+  constexpr wchar_t kOther[] = L"%TEMP%\\";
+  RegSetValueExW(key, L"Path", 0, REG_EXPAND_SZ, reinterpret_cast<const BYTE*>(kOther),
+                 sizeof kOther);
+  EXPECT_EQ(ReadMachineRegistry("", narrow, "Path"), "%TEMP%\\");
   EXPECT_EQ(ReadMachineRegistry(disk.home(), narrow, "Path"), std::nullopt);
   RegDeleteValueW(key, L"Path");
   RegCloseKey(key);

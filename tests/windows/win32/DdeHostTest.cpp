@@ -4,10 +4,16 @@
 // What the host and the logbook tell each other.
 
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <sddl.h>
 
 #include <chrono>
+#include <filesystem>
 
 #include "win32/LogbookAtHost.h"
+
+namespace fs = std::filesystem;
 
 namespace logbook::windows_test {
 namespace {
@@ -49,6 +55,34 @@ TEST_F(DdeHostTest, BlanksBehindTheNameOfTheProgramAreNoPartOfTheHostsId) {
   EXPECT_TRUE(logbook.Runs());
 }
 
+// The system makes no name of it, and without a name any host would be asked.
+TEST_F(DdeHostTest, AnIdThatIsTooLongForDdeReachesNoHost) {
+  DdeHost host("HOST", Items());
+  Program logbook(LogbookProgram(), std::string(300, 'X') + " AutoRec");
+  ASSERT_TRUE(host.RunUntil([&] { return !logbook.Runs(); }));
+  EXPECT_EQ(host.Requests().size(), 0u);
+}
+
+// The workstation's own drives stand in the host's answers.
+TEST_F(DdeHostTest, WithoutAHomeItWorksOnTheDrivesOfTheMachine) {
+  SetEnvironmentVariableA("LOGBOOK_HOME", nullptr);
+  const std::string real = fs::path(disk.home()).make_preferred().string() + "\\real\\";
+  fs::create_directories(real + "inst1");
+  std::map<std::string, std::string> items = Items();
+  items["_exepath$"] = real;
+  items["_instpath$"] = real + "inst1\\";
+  DdeHost host("HOST", items);
+  Program logbook(LogbookProgram(), "HOST AutoRec");
+  ASSERT_TRUE(host.RunUntil([&] { return host.HasToldAll(); }));
+  ASSERT_TRUE(host.RunUntil([&] { return host.FollowCell(); }));
+  ASSERT_TRUE(host.RunUntil([&] { return !logbook.Runs(); },
+                            [&](const std::string& text) {
+                              if (text == "1" || text == "9") host.WriteCell("0");
+                            }));
+  EXPECT_TRUE(fs::exists(real + "logbook.ini"));
+  EXPECT_TRUE(fs::exists(real + "inst1\\maintain\\listlog.csv"));
+}
+
 TEST_F(DdeHostTest, WithoutAHostItEndsAndLeavesNothing) {
   DdeHost other("OTHER", Items());
   Program logbook(LogbookProgram(), "HOST AutoRec");
@@ -70,6 +104,23 @@ TEST_F(DdeHostTest, ASecondOneEndsWithoutARequestAndTheFirstStays) {
   EXPECT_TRUE(host.WriteCell("7"));
   ASSERT_TRUE(host.RunUntil([&] { return host.Heard() == std::vector<std::string>{"7"}; }));
   EXPECT_EQ(host.ReadCell(), "7");
+}
+
+// One that another user runs, whose mutex may not even be opened, is another one all the same.
+TEST_F(DdeHostTest, ANameThatCannotBeHadBelongsToAnotherOne) {
+  SECURITY_ATTRIBUTES of_another = {sizeof of_another, nullptr, FALSE};
+  ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA(
+      "D:P(A;;GA;;;SY)", SDDL_REVISION_1, &of_another.lpSecurityDescriptor, nullptr));
+  const HANDLE mutex = CreateMutexA(&of_another, FALSE, "Local\\com.norvane.Quorex.Logbook");
+  ASSERT_NE(mutex, nullptr);
+  {
+    DdeHost host("HOST", Items());
+    Program logbook(LogbookProgram(), "HOST AutoRec");
+    EXPECT_TRUE(host.RunUntil([&] { return !logbook.Runs(); }));
+    EXPECT_EQ(host.Requests().size(), 0u);
+  }
+  CloseHandle(mutex);
+  LocalFree(of_another.lpSecurityDescriptor);
 }
 
 TEST_F(DdeHostTest, TheCellCanBeReadWrittenAndFollowed) {
