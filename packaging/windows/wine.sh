@@ -6,9 +6,8 @@
 : "${work:?}"
 export PATH=/usr/lib/wine:$PATH WINESERVER=/usr/lib/wine/wineserver64
 export WINEPREFIX=$work/wine WINEDEBUG=${WINEDEBUG:--all} TZ=UTC
-# A help engine beside a program comes before that of Wine. The library of compression that Wine has
-# is none of the system's.
-export WINEDLLOVERRIDES="mscoree,mshtml,zlib1=;hhctrl.ocx=n,b"
+# A help engine beside a program comes before that of Wine.
+export WINEDLLOVERRIDES="mscoree,mshtml=;hhctrl.ocx=n,b"
 unset LOGBOOK_HOME LOGBOOK_ROOT XDG_DATA_HOME
 
 # start_wine: a Wine folder and a virtual display of their own.
