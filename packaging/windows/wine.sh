@@ -25,6 +25,8 @@ start_wine() {
   local key='HKCU\Software\Wine\Explorer'
   wine64 reg add "$key" /v Desktop /d Default /f >/dev/null 2>&1
   wine64 reg add "$key\Desktops" /v Default /d 1280x1024 /f >/dev/null 2>&1
+  # Wine says that it is an older system unless it is told.
+  wine64 reg add 'HKCU\Software\Wine' /v Version /d win10 /f >/dev/null 2>&1
   wineserver -k >/dev/null 2>&1 || true
 }
 
