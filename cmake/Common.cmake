@@ -97,7 +97,7 @@ function(logbook_test room)
     target_include_directories(${target} PRIVATE ${substitutes}/headers)
     target_compile_options(${target} PRIVATE -include ${substitutes}/PosixCalls.h)
   endif()
-  gtest_discover_tests(${target} TEST_PREFIX "${room}." DISCOVERY_MODE PRE_TEST
+  gtest_discover_tests(${target} TEST_PREFIX "${room}." DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
 endfunction()
 
