@@ -32,11 +32,6 @@ void RefuseForeignLink(const std::string& native) {
     throw RunTimeError(ErrorNumber::kPermissionDenied);
 }
 
-std::string WithoutSlash(std::string native) {
-  while (native.size() > 1 && native.back() == '/') native.pop_back();
-  return native;
-}
-
 // The line that the list lacks for this name, on a line of its own; empty if it has one.
 std::string MissingLine(const std::string& list, const std::string& name) {
   std::ifstream in(list);
@@ -59,17 +54,14 @@ void MakePrivateFolder(const Machine& machine, std::string_view path) {
   RefuseForeignLink(native);
   const posix::Descriptor folder(open(native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat status = {};
-  if (!folder.IsOpen() || fstat(folder.Number(), &status) != 0) {
-    if (errno == ENOTDIR) throw RunTimeError(ErrorNumber::kPathFileAccess);
-    posix::RaiseFolderError(errno);
-  }
+  if (!folder.IsOpen() || fstat(folder.Number(), &status) != 0) posix::RaiseFolderError(errno);
   if (status.st_uid != geteuid()) throw RunTimeError(ErrorNumber::kPermissionDenied);
   if ((status.st_mode & 07777) != kOwnerOnly && fchmod(folder.Number(), kOwnerOnly) != 0)
     posix::RaiseFolderError(errno);
 }
 
 void HideFolder(const Machine& machine, std::string_view path) {
-  const fs::path native = WithoutSlash(NativePath(machine, path));
+  const fs::path native = NativePath(machine, path);
   const std::string parent = native.parent_path().string();
   const std::string list = parent + "/.hidden";
   struct stat status = {};
