@@ -97,13 +97,16 @@ TEST(CodePageTest, PagesOfOtherNumbersAreUnknown) {
 }
 
 TEST(CodePageTest, TheLastByteIsOneAndACharacterBeyondThe16BitsIsTwoQuestionMarks) {
-  const CodePage& page = *CodePage::Find(1252);
-  EXPECT_EQ(page.FromUtf8("\xC3\xBF"), "\xFF");
-  EXPECT_EQ(page.Length("\xC3\xBF"), 1u);
-  EXPECT_EQ(page.FromUtf8(TextOfCharacter(0xFFFD)), "?");
-  for (const char32_t character : {U'\x10000', U'\x10001', U'\x10FFFF'}) {
-    EXPECT_EQ(page.FromUtf8(TextOfCharacter(character)), "??");
-    EXPECT_EQ(page.Length(TextOfCharacter(character)), 2u);
+  const CodePage& western = *CodePage::Find(1252);
+  EXPECT_EQ(western.FromUtf8("\xC3\xBF"), "\xFF");
+  EXPECT_EQ(western.Length("\xC3\xBF"), 1u);
+  EXPECT_EQ(western.FromUtf8(TextOfCharacter(0xFFFD)), "?");
+  for (const int number : CodePage::Numbers()) {
+    const CodePage& page = *CodePage::Find(number);
+    for (const char32_t character : {U'\x10000', U'\x10001', U'\x10041', U'\x10FFFF'}) {
+      EXPECT_EQ(page.FromUtf8(TextOfCharacter(character)), "??") << number;
+      EXPECT_EQ(page.Length(TextOfCharacter(character)), 2u) << number;
+    }
   }
 }
 

@@ -185,6 +185,20 @@ TEST(FileWritingTest, AWriteThatTheSystemRefusesIsError70AndChangesNothing) {
   }
 }
 
+TEST(FileWritingTest, AFolderThatMayBeChangedButNotListedIsWrittenTo) {
+  const TestMachine machine;
+  machine.MakeFolders("C:\\box");
+  chmod(machine.home().c_str(), 0755);
+  chmod(machine.Native("C:\\box").c_str(), 0333);
+  {
+    const AsOrdinaryUser user;
+    WriteFile(machine, "C:\\box\\a.txt", "one");
+    WriteFile(machine, "C:\\box\\a.txt", "two");
+  }
+  chmod(machine.Native("C:\\box").c_str(), 0755);
+  EXPECT_EQ(machine.Get("C:\\box\\a.txt"), "two");
+}
+
 TEST(FileWritingTest, ADiskWithoutRoomIsError61AndTheOldFileStays) {
   const TestMachine machine;
   machine.Put("C:\\a.ini", "[s]\r\nk=v\r\n");

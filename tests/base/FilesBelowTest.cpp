@@ -89,6 +89,8 @@ TEST_F(FilesBelowTest, TheFolderHasTheStampThatItHasByItsPath) {
   EXPECT_EQ(FilesBelow(machine, "C:\\Logs\\").Stamp(), StampOf(machine, "C:\\Logs"));
   EXPECT_NE(FilesBelow(machine, "C:\\Logs\\").Stamp(), FileStamp());
   EXPECT_EQ(FilesBelow(machine, "C:\\None\\").Stamp(), FileStamp());
+  Put("file.txt", "no folder");
+  EXPECT_EQ(FilesBelow(machine, "C:\\Logs\\log\\file.txt").Stamp(), FileStamp());
 }
 
 TEST_F(FilesBelowTest, AFileIsReadWholeUpToTheLimitOnly) {

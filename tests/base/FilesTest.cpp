@@ -302,6 +302,7 @@ TEST(FilesTest, WhatTheSystemRefusesIsError70) {
   const TestMachine machine;
   machine.Put("C:\\f\\a.txt", "secret");
   machine.MakeFolders("C:\\f\\folder");
+  machine.Put("C:\\f\\full\\b.txt", "kept");
   machine.MakeFolders("C:\\f\\closed");
   chmod(machine.Native("C:\\f\\closed").c_str(), 0);
   chmod(machine.home().c_str(), 0755);
@@ -313,7 +314,8 @@ TEST(FilesTest, WhatTheSystemRefusesIsError70) {
     EXPECT_EQ(NumberRaisedBy([&] { InputFile(machine, "C:\\f\\a.txt"); }), 70);
     EXPECT_EQ(NumberRaisedBy([&] { WriteFile(machine, "C:\\f\\b.txt", "x"); }), 70);
     EXPECT_EQ(NumberRaisedBy([&] { MakeFolder(machine, "C:\\f\\new"); }), 70);
-    EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, "C:\\f\\folder"); }), 70);
+    for (const char* folder : {"C:\\f\\folder", "C:\\f\\full"})
+      EXPECT_EQ(NumberRaisedBy([&] { RemoveFolder(machine, folder); }), 70) << folder;
     EXPECT_EQ(NumberRaisedBy([&] { DeleteFile(machine, "C:\\f\\a.txt"); }), 70);
     EXPECT_EQ(NumberRaisedBy([&] { DeleteFilesIn(machine, "C:\\f"); }), 70);
     EXPECT_EQ(NumberRaisedBy([&] { ScanFolder(machine, "C:\\f\\closed"); }), 70);
@@ -345,6 +347,8 @@ TEST(FilesTest, ANativePathBelowADriveHasAPathTextWithThatDrive) {
   EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/cellar/b"),
             PathText(machine.home() + "/drives/cellar/b"));
   EXPECT_EQ(DrivePathText(machine, "/usr/bin"), "\\usr\\bin");
+  fs::remove_all(machine.home() + "/drives");
+  EXPECT_EQ(DrivePathText(machine, "/usr/bin"), "\\usr\\bin");
 }
 
 TEST(FilesTest, ADriveIsKnownInCapitalsAndWhereItIsNotYetThere) {
@@ -352,6 +356,7 @@ TEST(FilesTest, ADriveIsKnownInCapitalsAndWhereItIsNotYetThere) {
   fs::create_directories(machine.home() + "/drives/F/a");
   EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/F/a"), "F:\\a");
   EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/q/a"), "Q:\\a");
+  EXPECT_EQ(DrivePathText(machine, machine.home() + "/drives/z/a"), "Z:\\a");
   fs::rename(machine.home() + "/drives", machine.home() + "/Drives");
   EXPECT_EQ(DrivePathText(machine, machine.home() + "/Drives/F/a"), "F:\\a");
   EXPECT_EQ(DrivePathText(machine, machine.home() + "/Drives/q/a"), "Q:\\a");
@@ -362,6 +367,10 @@ TEST(FilesTest, ANativePathBelowTheTargetOfADriveThatIsALinkHasThatDrive) {
   fs::create_directories(machine.home() + "/disk/of the workstation");
   fs::create_directory_symlink("../disk", machine.home() + "/drives/d");
   fs::create_directory_symlink("../missing", machine.home() + "/drives/e");
+  fs::create_directories(machine.home() + "/second");
+  fs::create_directory_symlink("../second", machine.home() + "/drives/k");
+  const std::string second = fs::canonical(machine.home() + "/second").string();
+  EXPECT_EQ(DrivePathText(machine, second + "/a"), "K:\\a");
   const std::string disk = fs::canonical(machine.home() + "/disk").string();
   EXPECT_EQ(DrivePathText(machine, disk + "/of the workstation"), "D:\\of the workstation");
   EXPECT_EQ(DrivePathText(machine, disk), "D:\\");

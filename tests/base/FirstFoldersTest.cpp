@@ -65,6 +65,23 @@ TEST(FirstFoldersTest, AreTheFirstFoldersOfAScan) {
   }
 }
 
+// In whatever order the disk lists them: '_' and '[' stand between the capitals and the small
+// letters.
+TEST(FirstFoldersTest, ASmallLetterCountsAsItsCapitalWhateverIsKeptAlready) {
+  const test::TestMachine machine;
+  for (const char letter : {'a', 'm', 'z'}) {
+    const std::string name(1, letter);
+    machine.MakeFolders("C:\\" + name + " before\\" + name);
+    for (const char other : {'_', '[', '^', '`', '{'}) {
+      machine.MakeFolders("C:\\" + name + " before\\" + other);
+      machine.MakeFolders("C:\\" + name + " behind\\" + other);
+    }
+    machine.MakeFolders("C:\\" + name + " behind\\" + name);
+    for (const char* when : {" before", " behind"})
+      EXPECT_EQ(FirstFoldersIn(machine, "C:\\" + name + when, 1), std::vector{name}) << when;
+  }
+}
+
 TEST(FirstFoldersTest, ALinkIsWhatItLeadsToAndWhatNoPathCanNameIsLeftOut) {
   const test::TestMachine machine;
   machine.MakeFolders("C:\\logs\\b");

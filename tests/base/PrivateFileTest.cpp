@@ -71,6 +71,13 @@ TEST_F(PrivateFileTest, WhatKilledWritersHaveLeftGoesWithTheNextOne) {
   EXPECT_THAT(Names(), ElementsAre("a.xml"));
 }
 
+TEST_F(PrivateFileTest, WhatIsLeftOfAFileWithoutAnExtensionGoesWithItsOwnNextWriterAlone) {
+  disk.Put("C:\\area\\token.AbC123", "half a to");
+  disk.Put("C:\\area\\other.AbC123", "half a to");
+  ReplacePrivateFile(Path("token"), "half a token and the rest");
+  EXPECT_THAT(Names(), UnorderedElementsAre("token", "other.AbC123"));
+}
+
 TEST_F(PrivateFileTest, WhatAWriterIsAtWorkOnStays) {
   disk.Put("C:\\area\\b.xml.AbC123", "<?xml version=");
   const int writer = open(Path("b.xml.AbC123").c_str(), O_RDWR | O_CLOEXEC);

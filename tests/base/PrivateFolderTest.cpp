@@ -11,12 +11,15 @@
 
 #include "support/DiskCalls.h"
 #include "support/Errors.h"
+#include "support/Refusals.h"
 #include "support/TestMachine.h"
 
 namespace fs = std::filesystem;
 
 namespace logbook::test {
 namespace {
+
+constexpr uid_t kNobody = 65534;
 
 mode_t ModeOf(const TestMachine& machine, const char* path) {
   struct stat status = {};
@@ -55,7 +58,6 @@ TEST(PrivateFolderTest, AFileOfTheNameIsError75AndAMissingParent76) {
 TEST(PrivateFolderTest, AFolderOrALinkOfAnotherUserIsError70) {
   if (geteuid() != 0) GTEST_SKIP() << "only the administrator can make what is another user's";
   const TestMachine machine;
-  constexpr uid_t kNobody = 65534;
   machine.MakeFolders("C:\\theirs");
   ASSERT_EQ(chown(machine.Native("C:\\theirs").c_str(), kNobody, kNobody), 0);
   machine.MakeFolders("C:\\ours");
@@ -65,6 +67,42 @@ TEST(PrivateFolderTest, AFolderOrALinkOfAnotherUserIsError70) {
   for (const char* path : {"C:\\theirs", "C:\\link"})
     EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(machine, path); }), 70) << path;
   EXPECT_EQ(ModeOf(machine, "C:\\ours"), 0755u);
+}
+
+TEST(PrivateFolderTest, AFileOfAnotherUserIsError75AsOnesOwnAndALinkThatLeadsNowhere76) {
+  const TestMachine machine;
+  fs::create_symlink("nowhere", machine.Native("C:\\broken"));
+  EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(machine, "C:\\broken"); }), 76);
+  if (geteuid() != 0) GTEST_SKIP() << "only the administrator can make what is another user's";
+  machine.Put("C:\\file", "bytes");
+  ASSERT_EQ(chown(machine.Native("C:\\file").c_str(), kNobody, kNobody), 0);
+  EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(machine, "C:\\file"); }), 75);
+}
+
+TEST(PrivateFolderTest, ALinkOfOnesOwnOrTheAdministratorsLeadsToAFolderOfOnesOwn) {
+  if (geteuid() != 0) GTEST_SKIP() << "only the administrator can make what is another user's";
+  const TestMachine machine;
+  chmod(machine.home().c_str(), 0755);
+  machine.MakeFolders("C:\\theirs");
+  ASSERT_EQ(chown(machine.Native("C:\\theirs").c_str(), kNobody, kNobody), 0);
+  fs::create_directory_symlink("theirs", machine.Native("C:\\of the administrator"));
+  fs::create_directory_symlink("theirs", machine.Native("C:\\of the user"));
+  ASSERT_EQ(lchown(machine.Native("C:\\of the user").c_str(), kNobody, kNobody), 0);
+  {
+    const AsOrdinaryUser user;
+    for (const char* path : {"C:\\of the administrator", "C:\\of the user"})
+      EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(machine, path); }), std::nullopt) << path;
+  }
+  EXPECT_EQ(ModeOf(machine, "C:\\theirs"), 0700u);
+}
+
+TEST(PrivateFolderTest, NothingIsHiddenInAFolderOfAnotherUser) {
+  if (geteuid() != 0) GTEST_SKIP() << "only the administrator can make what is another user's";
+  const TestMachine machine;
+  machine.MakeFolders("C:\\theirs\\one");
+  ASSERT_EQ(chown(machine.Native("C:\\theirs").c_str(), kNobody, kNobody), 0);
+  HideFolder(machine, "C:\\theirs\\one");
+  EXPECT_FALSE(machine.Has("C:\\theirs\\.hidden"));
 }
 
 TEST(PrivateFolderTest, AHiddenFolderStandsOnceInTheListOfTheFolderAbove) {

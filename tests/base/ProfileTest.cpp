@@ -107,9 +107,10 @@ TEST(ProfileTest, SeveralKeysAreReadTogetherAsOneByOne) {
   const std::vector<std::string_view> keys = {"Item1", "ITEM10", "item2",   "é",
                                               "É",     "",       " Item1 ", "Item3"};
   std::mt19937 random(17);
+  const TestMachine western(1252), japanese(932);
   for (int round = 0; round < 3000; ++round) {
-    const TestMachine machine(round % 2 == 0 ? 1252 : 932);
-    std::string bytes = "[s]\r\n";
+    const TestMachine& machine = round % 2 == 0 ? western : japanese;
+    std::string bytes = round % 3 == 0 ? "" : "[s]\r\n";
     for (int piece = 0; piece < 30; ++piece) bytes += pieces[random() % std::size(pieces)];
     const std::size_t size = random() % 4 == 0 ? 2 : 512;
     const auto together = GetProfileStrings(machine, " s", keys, "dflt ", size, bytes);

@@ -71,6 +71,11 @@ TEST(Utf8Test, ACharacterThatIsCutShortIsNoneWhateverStandsBehindTheText) {
       std::size_t position = 0;
       EXPECT_EQ(NextCharacter(std::string_view(whole).substr(0, length), position), kNotUtf8);
       EXPECT_EQ(position, 1u);
+      const std::string behind = "long before it: " + whole;
+      const std::size_t begin = position = behind.size() - whole.size();
+      EXPECT_EQ(NextCharacter(std::string_view(behind).substr(0, begin + length), position),
+                kNotUtf8);
+      EXPECT_EQ(position, begin + 1);
       const std::string broken = whole.substr(0, length) + "A";
       position = 0;
       EXPECT_EQ(NextCharacter(broken + "AAA", position), kNotUtf8);

@@ -4,16 +4,20 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
-#include <functional>
+#include <fstream>
+#include <iterator>
+#include <thread>
 
 #include "base/Files.h"
 #include "base/NativeFile.h"
 #include "base/Profile.h"
 #include "base/posix/FolderLock.h"
+#include "base/posix/OpenFolder.h"
+#include "support/AnotherProcess.h"
 #include "support/DiskCalls.h"
 #include "support/TestMachine.h"
 
@@ -34,17 +38,7 @@ class ForeignLock {
   int file_;
 };
 
-// In a process of its own, since a wait in vain is remembered to the end of the process.
-void InAnotherProcess(const std::function<void()>& action) {
-  const pid_t child = fork();
-  if (child == 0) {
-    action();
-    _exit(testing::Test::HasFailure() ? 1 : 0);
-  }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-}
+// In processes of their own, since a wait in vain is remembered to the end of the process.
 
 TEST(WriterLocksTest, AForeignLockHoldsTheProgramUpOnceAndTheWritingIsDone) {
   using std::chrono::seconds;
@@ -56,7 +50,12 @@ TEST(WriterLocksTest, AForeignLockHoldsTheProgramUpOnceAndTheWritingIsDone) {
     const ForeignLock root(machine.Native("C:\\"));
     const ForeignLock log(machine.Native("C:\\log"));
     const DiskCalls calls;
-    EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "1", "C:\\a.ini"));
+    // Not in the thread that the process began with, which the system would interrupt first.
+    std::thread([&machine] {
+      EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "1", "C:\\a.ini"));
+      std::ifstream timers("/proc/self/timers");
+      EXPECT_EQ(std::string(std::istreambuf_iterator<char>(timers), {}), "");
+    }).join();
     EXPECT_GT(DiskCalls::Count("wait "), 0);
     const int waits = DiskCalls::Count("wait ");
     EXPECT_TRUE(WritePrivateProfileString(machine, "s", "k", "2", "C:\\a.ini"));
@@ -96,6 +95,13 @@ TEST(WriterLocksTest, ALockThatIsFreeIsTakenWithoutAWait) {
   const posix::Descriptor other(open(root.c_str(), O_RDONLY));
   EXPECT_NE(flock(other.Number(), LOCK_EX | LOCK_NB), 0) << "it is ours";
   EXPECT_EQ(DiskCalls::Count("wait "), 0);
+}
+
+TEST(WriterLocksTest, AFolderIsOpenedSoThatItCanBeLockedWhateverFailedBefore) {
+  const TestMachine machine;
+  errno = EACCES;
+  const posix::Descriptor folder = posix::OpenFolder(machine.Native("C:\\"));
+  EXPECT_TRUE(posix::LockFolder(folder));
 }
 
 TEST(WriterLocksTest, AFolderUnderAForeignLockIsRemovedWithWhatAKilledWriterLeft) {

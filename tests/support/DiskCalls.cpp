@@ -5,12 +5,16 @@
 
 #include <dirent.h>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <sys/file.h>
 #include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdarg>
+#include <map>
+#include <utility>
 
 namespace logbook::test {
 
@@ -24,6 +28,9 @@ struct Record {
   std::size_t from = 0;
   timespec standing = {};  // the time at which the clock stands still, if it does
   std::chrono::nanoseconds until_interruption{0};
+  std::map<std::string, int> refusals;  // kinds of calls, and their errors
+  std::string awaited;                  // the kind of call that the action comes before
+  std::function<void()> action;
 };
 Record record;
 
@@ -47,6 +54,19 @@ void NotePath(const char* call, const char* path) {
   if (record.on) record.calls.push_back(std::string(call) + path);
 }
 
+// True if a call of this kind is refused, with its error set.
+bool IsRefused(const char* kind) {
+  if (!record.on) return false;
+  if (record.awaited == kind) {
+    record.awaited.clear();
+    std::exchange(record.action, nullptr)();
+  }
+  const auto refusal = record.refusals.find(kind);
+  if (refusal == record.refusals.end()) return false;
+  errno = refusal->second;
+  return true;
+}
+
 // True if the clock stands still, and its time.
 bool IsStandingAt(timespec& time) {
   const bool stands = record.standing.tv_sec != 0;
@@ -68,6 +88,7 @@ int LockByStandingClock() {
 
 // Takes a lock, in spite of interruptions if that is wanted.
 int Lock(int descriptor, int operation) {
+  if (IsRefused((operation & LOCK_NB) != 0 ? "try" : "wait")) return -1;
   if ((operation & LOCK_NB) == 0 && record.standing.tv_sec != 0) return LockByStandingClock();
   int result = 0;
   do {
@@ -109,6 +130,15 @@ void DiskCalls::WaitForEveryLock() {
   record.waits_for_locks = true;
 }
 
+void DiskCalls::Refuse(const std::string& kind, int error) {
+  record.refusals[kind] = error;
+}
+
+void DiskCalls::BeforeTheNext(const std::string& kind, std::function<void()> action) {
+  record.awaited = kind;
+  record.action = std::move(action);
+}
+
 void DiskCalls::InterruptTheNextWaitAfter(std::chrono::nanoseconds time) {
   timespec now = {};
   clock_gettime(CLOCK_MONOTONIC, &now);
@@ -123,6 +153,7 @@ void DiskCalls::FailReads(const std::string& native_path, std::size_t from) {
 
 }  // namespace logbook::test
 
+using logbook::test::IsRefused;
 using logbook::test::IsStandingAt;
 using logbook::test::Lock;
 using logbook::test::Note;
@@ -139,18 +170,40 @@ int fsync(int descriptor) {
 
 int renameat(int from_folder, const char* from, int to_folder, const char* to) noexcept {
   NotePath("rename ", to);
+  if (IsRefused("rename")) return -1;
   return Real<int(int, const char*, int, const char*)>("renameat")(from_folder, from, to_folder,
                                                                    to);
 }
 
+int unlinkat(int folder, const char* name, int flags) noexcept {
+  NotePath("delete ", name);
+  return Real<int(int, const char*, int)>("unlinkat")(folder, name, flags);
+}
+
+int openat(int folder, const char* name, int flags, ...) {
+  va_list rest;
+  va_start(rest, flags);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
+  va_end(rest);
+  if (IsRefused("openat")) return -1;
+  return Real<int(int, const char*, int, ...)>("openat")(folder, name, flags, mode);
+}
+
 DIR* opendir(const char* path) {
   NotePath("list ", path);
+  if (IsRefused("list")) return nullptr;
   return Real<DIR*(const char*)>("opendir")(path);
 }
 
 DIR* fdopendir(int descriptor) {
   Note("list ", descriptor);
+  if (IsRefused("list")) return nullptr;
   return Real<DIR*(int)>("fdopendir")(descriptor);
+}
+
+dirent* readdir(DIR* list) {
+  if (IsRefused("next")) return nullptr;
+  return Real<dirent*(DIR*)>("readdir")(list);
 }
 
 int flock(int descriptor, int operation) noexcept {
@@ -171,6 +224,11 @@ ssize_t read(int descriptor, void* buffer, std::size_t size) {
     return Real<ssize_t(int, void*, std::size_t)>("read")(descriptor, buffer, readable);
   errno = EIO;
   return -1;
+}
+
+ssize_t pread(int descriptor, void* buffer, std::size_t size, off_t place) {
+  if (IsRefused("pread")) return -1;
+  return Real<ssize_t(int, void*, std::size_t, off_t)>("pread")(descriptor, buffer, size, place);
 }
 
 }  // extern "C"

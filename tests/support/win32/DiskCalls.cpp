@@ -27,6 +27,10 @@ int DiskCalls::Count(const std::string&) {
 
 void DiskCalls::FailReads(const std::string&, std::size_t) {}
 
+void DiskCalls::Refuse(const std::string&, int) {}
+
+void DiskCalls::BeforeTheNext(const std::string&, std::function<void()>) {}
+
 void DiskCalls::WaitForEveryLock() {}
 
 }  // namespace logbook::test
