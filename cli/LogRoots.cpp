@@ -66,8 +66,9 @@ std::string UnnamedRoot(const Call& call) {
 }  // namespace
 
 void AddLogRootOption(CLI::App& verb, LogRootOptions& options) {
-  verb.add_option("--log-root", options.typed,
-                  "Folder of the log folders, instead of $LOGBOOK_ROOT; may stand several times")
+  verb.add_option(
+          "--log-root", options.typed,
+          "Folder of the log folders, instead of that in LOGBOOK_ROOT; may stand several times")
       ->type_name("DIR")
       ->allow_extra_args(false);
 }

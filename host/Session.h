@@ -12,6 +12,12 @@ namespace logbook::host {
 bool HasDisplay();
 bool HasSessionBus();
 
+// Where hosts and logbooks meet, as a help text names it behind "the host".
+const char* MeetingPlace();
+
+// A demonstration ties its folders together with links, and ends a session bus of its own.
+bool HasDemonstrations();
+
 // Whether somebody at a terminal can be asked.
 bool CanAsk();
 

@@ -227,7 +227,7 @@ void AddSnapshot(CLI::App& app, CommandLine& line) {
 }
 
 void AddRun(CLI::App& app, CommandLine& line) {
-  CLI::App* run = app.add_subcommand("run", "Be the host on the session bus");
+  CLI::App* run = app.add_subcommand("run", std::string("Be the host ") + MeetingPlace());
   AddCommonOptions(*run, line);
   AddSnapshotOptions(*run, line);
   run->add_option("--id", line.id, "Host id that the logbook is started with")->required();
@@ -262,15 +262,14 @@ void AddDemo(CLI::App& app, CommandLine& line) {
 }
 
 int Dispatch(const CLI::App& app, const CommandLine& line, int argc, char** argv) {
+  if (app.got_subcommand("run")) return Run(line, argc, argv);
+  if (HasDemonstrations() && app.got_subcommand("demo")) return Demo(line, argc, argv);
   // Without a home the drives are the machine's own, which no invented files belong on.
-  const bool invents = !app.got_subcommand("run") && !app.got_subcommand("demo");
-  if (invents && line.home.empty())
+  if (line.home.empty())
     throw std::runtime_error("there is no home: give --home, or set LOGBOOK_HOME");
   if (app.got_subcommand("init")) return Init(line);
   if (app.got_subcommand("fill")) return Fill(line);
-  if (app.got_subcommand("snapshot")) return Snapshot(line);
-  if (app.got_subcommand("demo")) return Demo(line, argc, argv);
-  return Run(line, argc, argv);
+  return Snapshot(line);
 }
 
 }  // namespace
@@ -284,7 +283,7 @@ int main(int argc, char** argv) {
   AddFill(app, line);
   AddSnapshot(app, line);
   AddRun(app, line);
-  AddDemo(app, line);
+  if (HasDemonstrations()) AddDemo(app, line);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -30,6 +30,14 @@ bool HasSessionBus() {
   return !folder.empty() && IsSocket(folder + "/bus");
 }
 
+const char* MeetingPlace() {
+  return "on the session bus";
+}
+
+bool HasDemonstrations() {
+  return true;
+}
+
 bool CanAsk() {
   return isatty(STDIN_FILENO) == 1;
 }

@@ -16,6 +16,14 @@ bool HasSessionBus() {
   return true;
 }
 
+const char* MeetingPlace() {
+  return "in conversations by DDE";
+}
+
+bool HasDemonstrations() {
+  return false;
+}
+
 bool CanAsk() {
   DWORD mode = 0;
   return GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &mode) != 0;
