@@ -53,6 +53,26 @@ if(LOGBOOK_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${LOGBOOK_CCACHE})
 endif()
 
+# program_facts(<program> <description> [<icon>]): what Windows shows of a program's file: version,
+# product, description, and its icon. Of no effect elsewhere.
+function(program_facts program description)
+  if(NOT WIN32)
+    return()
+  endif()
+  set(icon "")
+  if(ARGN)
+    set(icon "IDI_ICON1 ICON \"${ARGV2}\"")
+  endif()
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/${program}.rc)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/ProgramFacts.rc.in ${source} @ONLY)
+  # By itself: the resource compiler does not know the options of our C++ sources.
+  add_library(${program}_facts OBJECT ${source})
+  if(ARGN)
+    set_source_files_properties(${source} PROPERTIES OBJECT_DEPENDS ${ARGV2})
+  endif()
+  target_link_libraries(${program} PRIVATE ${program}_facts)
+endfunction()
+
 # library_name(<variable> <file>): the name by which the loader finds a shared library.
 function(library_name variable file)
   execute_process(COMMAND ${CMAKE_OBJDUMP} -p ${file} OUTPUT_VARIABLE headers

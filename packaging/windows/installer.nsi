@@ -3,7 +3,7 @@
 ;
 ; The installer of the Windows edition: one folder with all programs, an entry in the list of
 ; installed programs, and the removal. Logs, settings and the workstation's files are never touched.
-; Given on the command line: VERSION, SOURCE (the folder to install), TARGET (the file to make).
+; Given on the command line: VERSION, SOURCE (the folder to install), ICON, TARGET (the file to make).
 ; A program of 64 bits, as those that it installs.
 Target amd64-unicode
 Unicode true
@@ -19,6 +19,17 @@ InstallDir "$PROGRAMFILES64\Maintenance LogBook"
 InstallDirRegKey HKLM "${KEY}" "InstallLocation"
 RequestExecutionLevel admin
 SetCompressor /SOLID lzma
+
+; What Windows shows of the installer's own file.
+!define MUI_ICON "${ICON}"
+!define MUI_UNICON "${ICON}"
+VIProductVersion "${VERSION}.0"
+VIFileVersion "${VERSION}.0"
+VIAddVersionKey "ProductName" "Maintenance LogBook"
+VIAddVersionKey "ProductVersion" "${VERSION}"
+VIAddVersionKey "FileDescription" "Installer of the Maintenance LogBook"
+VIAddVersionKey "FileVersion" "${VERSION}"
+VIAddVersionKey "LegalCopyright" "Copyright (c) The Maintenance LogBook authors"
 
 !insertmacro MUI_PAGE_LICENSE "${SOURCE}\licences\maintenance-logbook.txt"
 !insertmacro MUI_PAGE_DIRECTORY
@@ -97,10 +108,9 @@ Section "Uninstall"
   Delete "$INSTDIR\logbookctl.exe"
   Delete "$INSTDIR\ecm-agent.exe"
   Delete "$INSTDIR\quorex-host.exe"
-  Delete "$INSTDIR\README.md"
-  Delete "$INSTDIR\host-link.md"
-  Delete "$INSTDIR\file-formats.md"
+  RMDir /r "$INSTDIR\docs"
   RMDir /r "$INSTDIR\manual"
+  RMDir /r "$INSTDIR\translations"
   RMDir /r "$INSTDIR\licences"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
