@@ -10,9 +10,11 @@ export WINEPREFIX=$work/wine WINEDEBUG=${WINEDEBUG:--all} TZ=UTC
 export WINEDLLOVERRIDES="mscoree,mshtml=;hhctrl.ocx=n,b"
 unset LOGBOOK_HOME LOGBOOK_ROOT XDG_DATA_HOME
 
-# start_wine: a Wine folder and a virtual display of their own.
+# start_wine [SIZE [DOTS]]: a Wine folder and a virtual display of their own, so large, with so many
+# dots to the inch.
 start_wine() {
-  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
+  local size=${1:-1280x1024} dots=${2:-96}
+  Xvfb -displayfd 3 -screen 0 "${size}x24" -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
   screen=$!
   for _ in $(seq 600); do
     [ -s "$work/display" ] && break
@@ -24,9 +26,10 @@ start_wine() {
   # Without a window manager, Wine gives frames and the foreground only on a desktop of its own.
   local key='HKCU\Software\Wine\Explorer'
   wine64 reg add "$key" /v Desktop /d Default /f >/dev/null 2>&1
-  wine64 reg add "$key\Desktops" /v Default /d 1280x1024 /f >/dev/null 2>&1
+  wine64 reg add "$key\Desktops" /v Default /d "$size" /f >/dev/null 2>&1
   # Wine says that it is an older system unless it is told.
   wine64 reg add 'HKCU\Software\Wine' /v Version /d win10 /f >/dev/null 2>&1
+  wine64 reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$dots" /f >/dev/null 2>&1
   wineserver -k >/dev/null 2>&1 || true
 }
 

@@ -18,6 +18,7 @@ constexpr char kKey[] =
 }  // namespace
 
 LogbookAtHost::LogbookAtHost() {
+  SetProcessDPIAware();  // places are counted in the pixels of the screen
   disk.MakeFolders("C:\\QUOREX\\qrxexe");
   disk.MakeFolders("C:\\QUOREX\\inst1");
   SetEnvironmentVariableA("LOGBOOK_HOME", disk.home().c_str());

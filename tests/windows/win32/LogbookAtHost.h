@@ -22,10 +22,12 @@ inline constexpr char kSettings[] = "C:\\QUOREX\\qrxexe\\logbook.ini";
 inline constexpr char kLogRoot[] = "C:\\QUOREX\\inst1\\maintain\\";
 
 // Where the buttons stand.
-inline constexpr Spot kFirstRow = {60, 40}, kViewLog = {-356, -19}, kPrintList = {-258, -19},
-                      kExit = {-106, -19}, kHelp = {-38, -19};
+inline constexpr Spot kFirstRow = {60, 40}, kItemHeader = {295, 15}, kRecordLog = {-558, -19},
+                      kViewLog = {-356, -19}, kPrintList = {-258, -19}, kExit = {-106, -19},
+                      kHelp = {-38, -19};
 inline constexpr Spot kTune = {20, 10}, kMaintenance = {160, 10}, kViewerPrint = {204, -22},
                       kViewerExit = {372, -22}, kViewerHelp = {528, -22};
+inline constexpr Spot kChooserCancel = {176, -22}, kEditorCancel = {320, -22};
 
 class LogbookAtHost : public testing::Test {
  protected:

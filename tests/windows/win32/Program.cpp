@@ -8,13 +8,23 @@
 
 namespace logbook::windows_test {
 
-Program::Program(const std::string& program, const std::string& arguments) {
+Program::Program(const std::string& program, const std::string& arguments,
+                 const std::string& said) {
   std::string line = "\"" + program + "\"" + (arguments.empty() ? "" : " " + arguments);
   STARTUPINFOA start = {};
   start.cb = sizeof start;
-  if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
-                      &process_))
-    throw std::runtime_error("cannot start " + program);
+  HANDLE out = nullptr;
+  if (!said.empty()) {
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    out = CreateFileA(said.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS,
+                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdOutput = start.hStdError = out;
+  }
+  const BOOL started = CreateProcessA(nullptr, line.data(), nullptr, nullptr, out != nullptr, 0,
+                                      nullptr, nullptr, &start, &process_);
+  if (out != nullptr) CloseHandle(out);
+  if (!started) throw std::runtime_error("cannot start " + program);
 }
 
 Program::~Program() {
@@ -32,6 +42,11 @@ DWORD Program::Status() const {
   DWORD status = 0;
   GetExitCodeProcess(process_.hProcess, &status);
   return status;
+}
+
+DWORD Program::WaitForEnd() const {
+  WaitForSingleObject(process_.hProcess, INFINITE);
+  return Status();
 }
 
 std::string BesideThisProgram(const std::string& name) {

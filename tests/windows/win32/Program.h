@@ -15,8 +15,9 @@ namespace logbook::windows_test {
 
 class Program {
  public:
-  // `arguments` as they stand behind the program's name.
-  Program(const std::string& program, const std::string& arguments);
+  // `arguments` as they stand behind the program's name. What it says goes into the file `said`, if
+  // one is given.
+  Program(const std::string& program, const std::string& arguments, const std::string& said = "");
   // Ends it if it still runs.
   ~Program();
   Program(const Program&) = delete;
@@ -24,6 +25,8 @@ class Program {
 
   bool Runs() const;
   DWORD Status() const;
+  // Its status, however long it takes.
+  DWORD WaitForEnd() const;
   DWORD Id() const { return process_.dwProcessId; }
 
  private:

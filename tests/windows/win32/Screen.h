@@ -22,8 +22,14 @@ HWND FindWindowOf(const Program& program, const std::function<bool(const std::st
 
 std::string TitleOf(HWND window);
 
+int DotsPerInch();
+
 // Presses and releases the left button there. The window does so when it comes to it.
 void Click(HWND window, Spot spot);
+
+// What the screen shows where the window stands, as a file of pixels ("BMP"); empty while it is of
+// one colour, so that nothing can have been painted yet.
+std::string PictureOf(HWND window);
 
 // Presses and releases a key in the window that has the focus.
 void PressKey(HWND window, int key);
