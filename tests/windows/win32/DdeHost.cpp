@@ -123,6 +123,8 @@ HDDEDATA DdeHost::Answer(UINT type, HCONV conversation, HSZ topic, HSZ item, HDD
   switch (type) {
     case XTYP_CONNECT:
       return reinterpret_cast<HDDEDATA>(static_cast<std::uintptr_t>(NameOf(topic) == kTopic));
+    case XTYP_WILDCONNECT:
+      return AnswerToAll(topic, item);
     case XTYP_REQUEST: {
       requests_.push_back(NameOf(item));
       if (hearing_ == Hearing::kDeaf) return CBR_BLOCK;
@@ -147,6 +149,17 @@ HDDEDATA DdeHost::Answer(UINT type, HCONV conversation, HSZ topic, HSZ item, HDD
     default:
       return nullptr;
   }
+}
+
+// Who asks for any application is told of this one.
+HDDEDATA DdeHost::AnswerToAll(HSZ topic, HSZ application) const {
+  const bool is_meant = application == nullptr || NameOf(application) == application_;
+  if (!is_meant || NameOf(topic) != kTopic) return nullptr;
+  DdeKeepStringHandle(instance_, topic);
+  HSZPAIR pairs[2] = {};
+  pairs[0] = {DdeCreateStringHandleA(instance_, application_.c_str(), CP_WINANSI), topic};
+  return DdeCreateDataHandle(instance_, reinterpret_cast<BYTE*>(pairs), sizeof pairs, 0, nullptr, 0,
+                             0);
 }
 
 std::string DdeHost::NameOf(HSZ handle) const {

@@ -54,6 +54,7 @@ class DdeHost {
   static HDDEDATA CALLBACK Callback(UINT type, UINT format, HCONV conversation, HSZ topic, HSZ item,
                                     HDDEDATA data, ULONG_PTR, ULONG_PTR);
   HDDEDATA Answer(UINT type, HCONV conversation, HSZ topic, HSZ item, HDDEDATA data);
+  HDDEDATA AnswerToAll(HSZ topic, HSZ application) const;
   std::string NameOf(HSZ handle) const;
   static void DeliverWhatIsThere();
   static void DeliverUpToAcknowledgement();
