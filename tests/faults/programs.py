@@ -85,6 +85,26 @@ class Outcome:
         self.call = report[17:].split(b"\0")[0].decode("utf-8", "replace")
 
 
+def search_for(root, trace):
+    """The calls of an honest run by which the program looks for its paths: from its first call to
+    its first look at the folder of the logs, behind which it has them all."""
+    lines = trace.splitlines()
+    looks = [number for number, line in enumerate(lines, 1) if line.partition(" ")[2] == str(root)]
+    if not looks:
+        raise Failure("the program does not look at the folder of the logs")
+    return lines[:looks[0]]
+
+
+def loses_its_paths(root, search, point, call):
+    """Whether the fault may take the program its paths, without which it ends in silence before it
+    does anything: it met a look at the folder of the logs or at one above it, or another call of
+    the search and stays until that look."""
+    if point.calls != READING or point.at > len(search) or search[point.at - 1] != call:
+        return False
+    path = pathlib.Path(call.partition(" ")[2])
+    return point.times != 0 or path == root or path in root.parents
+
+
 class Matrix:
     MAIN = "drives/c/QUOREX/inst1/maintain/"
     LIST = MAIN + "listlog.csv"
@@ -99,6 +119,7 @@ class Matrix:
             self.place.environment.update(QT_QPA_PLATFORM="xcb", DISPLAY=display)
         self.place.run_host("fill", "--logs", "3", "--until", "2026-06-30")
         self.report = self.place.folder / "report"
+        self.trace = self.place.folder / "trace"
         self.store = self.place.folder / "store"
         self.begin = self.place.folder / "begin"
         self.place.start_host()
@@ -108,7 +129,8 @@ class Matrix:
             shutil.rmtree(self.place.root / name)
         shutil.copytree(self.place.home, self.begin)
         self.before = read_disk(self.begin)
-        self.honest = self.run(Point())
+        self.honest = self.run(Point(), trace=self.trace)
+        self.search = search_for(self.place.root, self.trace.read_text())
         self.done = self.normal(read_disk(self.place.home))
         if self.honest.status != 0 or self.honest.messages:
             raise Failure("an honest disk: %d %s" % (self.honest.status, self.honest.messages))
@@ -152,15 +174,15 @@ class Matrix:
         shutil.copytree(self.begin, self.place.home, dirs_exist_ok=True)
         shutil.rmtree(self.store, ignore_errors=True)
 
-    def run(self, point, from_beginning=True):
+    def run(self, point, from_beginning=True, trace=""):
         if from_beginning:
             self.reset()
         self.store.mkdir(exist_ok=True)
         self.report.write_bytes(bytes(REPORT_BYTES))
         plan = ("\ntree=%s\nact=%d\ncalls=%d\nat=%d\nerror=%d\ntimes=%d\nloss=%d\nstore=%s\n"
-                "trace=\nreport=%s\n" % (
+                "trace=%s\nreport=%s\n" % (
                     self.place.home, point.act, point.calls, point.at, point.error, point.times,
-                    point.loss, self.store, self.report))
+                    point.loss, self.store, trace, self.report))
         environment = dict(self.place.environment, LD_PRELOAD=str(self.library),
                            LOGBOOK_FAULTS=plan)
         words = ["AutoRec"] if self.is_automatic else []
@@ -203,13 +225,11 @@ class Matrix:
         if wrong or outcome.status != 0 or outcome.messages:
             return wrong
         now = self.normal(disk)
-        # Where its paths cannot be had the program ends in silence before it does anything.
         began = any(path.startswith(self.MAIN + "NEW/") for path in now)
         if began and not self.is_complete(now):
             return "nobody is told that the record is not complete"
-        struck = outcome.call.partition(" ")[2]
-        met_root = str(self.place.root).startswith(struck) or point.calls == READING and point.times
-        if not began and not met_root:
+        has_paths = not loses_its_paths(self.place.root, self.search, point, outcome.call)
+        if not began and has_paths:
             return "nobody is told that there is no record"
         return None
 
