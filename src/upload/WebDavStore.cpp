@@ -29,6 +29,21 @@ constexpr std::uint64_t kWorthAsking = 1024 * 1024;  // bytes
 
 using Lines = std::unique_ptr<curl_slist, void (*)(curl_slist*)>;
 
+// The lines of a head; they stay as they are if there is no memory for another one.
+void Append(Lines& lines, const std::string& line) {
+  curl_slist* longer = curl_slist_append(lines.get(), line.c_str());
+  if (longer == nullptr) throw std::bad_alloc();
+  static_cast<void>(lines.release());  // the longer one begins with it
+  lines.reset(longer);
+}
+
+// Without memory for a text the library keeps the former one, an address above all: what is sent
+// then would go elsewhere.
+template <typename Value>
+void SetOption(CURL* curl, CURLoption option, Value value) {
+  if (curl_easy_setopt(curl, option, value) == CURLE_OUT_OF_MEMORY) throw std::bad_alloc();
+}
+
 std::size_t ReadBody(char* buffer, std::size_t size, std::size_t count, void* file) {
   auto* reader = static_cast<native::Reader*>(file);
   const std::size_t bytes = reader->Read(buffer, size * count);
@@ -101,9 +116,9 @@ struct WebDavStore::State {
 
   std::string Escaped(const std::string& component) const {
     char* escaped = curl_easy_escape(curl, component.c_str(), static_cast<int>(component.size()));
-    std::string text = escaped != nullptr ? escaped : "";
-    curl_free(escaped);
-    return text;
+    if (escaped == nullptr) throw std::bad_alloc();
+    const std::unique_ptr<char, void (*)(void*)> free_escaped(escaped, curl_free);
+    return escaped;
   }
 
   // The address of a path below the configured folder.
@@ -119,23 +134,23 @@ struct WebDavStore::State {
   // What holds for all requests. The handle is never reset: it keeps the connection, and the way to
   // log on that the server has asked for. The library would send each request twice otherwise.
   void SetUp(const std::string& password, const std::string& ca_file) {
-    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 0L);
-    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
-    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
-    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, kConnectSeconds);
-    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, kSlowest);
-    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME,
-                     std::max<long>(1, settings.answer_timeout.count() / 2000));
-    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, detail);
-    curl_easy_setopt(curl, CURLOPT_USERAGENT, "ecm-agent");
-    curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, TakeHead);
-    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, TakeBody);
-    if (!ca_file.empty()) curl_easy_setopt(curl, CURLOPT_CAINFO, ca_file.c_str());
+    SetOption(curl, CURLOPT_PROTOCOLS_STR, "http,https");
+    SetOption(curl, CURLOPT_FOLLOWLOCATION, 0L);
+    SetOption(curl, CURLOPT_SSL_VERIFYPEER, 1L);
+    SetOption(curl, CURLOPT_SSL_VERIFYHOST, 2L);
+    SetOption(curl, CURLOPT_CONNECTTIMEOUT, kConnectSeconds);
+    SetOption(curl, CURLOPT_LOW_SPEED_LIMIT, kSlowest);
+    SetOption(curl, CURLOPT_LOW_SPEED_TIME,
+              std::max<long>(1, settings.answer_timeout.count() / 2000));
+    SetOption(curl, CURLOPT_ERRORBUFFER, detail);
+    SetOption(curl, CURLOPT_USERAGENT, "ecm-agent");
+    SetOption(curl, CURLOPT_HEADERFUNCTION, TakeHead);
+    SetOption(curl, CURLOPT_WRITEFUNCTION, TakeBody);
+    if (!ca_file.empty()) SetOption(curl, CURLOPT_CAINFO, ca_file.c_str());
     if (settings.user.empty()) return;
-    curl_easy_setopt(curl, CURLOPT_HTTPAUTH, CURLAUTH_BASIC | CURLAUTH_DIGEST);
-    curl_easy_setopt(curl, CURLOPT_USERNAME, settings.user.c_str());
-    curl_easy_setopt(curl, CURLOPT_PASSWORD, password.c_str());
+    SetOption(curl, CURLOPT_HTTPAUTH, CURLAUTH_BASIC | CURLAUTH_DIGEST);
+    SetOption(curl, CURLOPT_USERNAME, settings.user.c_str());
+    SetOption(curl, CURLOPT_PASSWORD, password.c_str());
   }
 
   // Runs a request for which the method is set; the status of the answer. `file_bytes` is the size
@@ -144,11 +159,10 @@ struct WebDavStore::State {
            Answer& answer) {
     answer.curl = curl;
     detail[0] = '\0';
-    curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
-    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS,
-                     LongestTransfer(settings.answer_timeout, file_bytes));
-    curl_easy_setopt(curl, CURLOPT_HEADERDATA, &answer);
-    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &answer);
+    SetOption(curl, CURLOPT_URL, url.c_str());
+    SetOption(curl, CURLOPT_TIMEOUT_MS, LongestTransfer(settings.answer_timeout, file_bytes));
+    SetOption(curl, CURLOPT_HEADERDATA, &answer);
+    SetOption(curl, CURLOPT_WRITEDATA, &answer);
     const CURLcode code = curl_easy_perform(curl);
     long status = 0;
     curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
@@ -167,9 +181,9 @@ struct WebDavStore::State {
   // As above for a request without a file, with these lines in its head or null.
   long RunPlain(const DavRequest& request, const std::string& url, const curl_slist* lines) {
     Answer answer;
-    curl_easy_setopt(curl, CURLOPT_HTTPGET, 1L);
-    curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, request.method.c_str());
-    curl_easy_setopt(curl, CURLOPT_HTTPHEADER, lines);
+    SetOption(curl, CURLOPT_HTTPGET, 1L);
+    SetOption(curl, CURLOPT_CUSTOMREQUEST, request.method.c_str());
+    SetOption(curl, CURLOPT_HTTPHEADER, lines);
     return Run(request, url, 0, answer);
   }
 
@@ -214,9 +228,9 @@ std::optional<Digest> WebDavStore::DigestOf(const std::string& path, std::uint64
   Answer answer;
   answer.wants_file = true;
   answer.most = most;
-  curl_easy_setopt(state_->curl, CURLOPT_HTTPGET, 1L);
-  curl_easy_setopt(state_->curl, CURLOPT_CUSTOMREQUEST, nullptr);
-  curl_easy_setopt(state_->curl, CURLOPT_HTTPHEADER, nullptr);
+  SetOption(state_->curl, CURLOPT_HTTPGET, 1L);
+  SetOption(state_->curl, CURLOPT_CUSTOMREQUEST, nullptr);
+  SetOption(state_->curl, CURLOPT_HTTPHEADER, nullptr);
   const long status = state_->Run(request, state_->UrlOf(path), most, answer);
   if (status == 404) return std::nullopt;
   if (status != 200) state_->Fail(request, status);
@@ -227,16 +241,17 @@ std::optional<Digest> WebDavStore::DigestOf(const std::string& path, std::uint64
 void WebDavStore::Put(const std::string& path, native::Reader& file) {
   const DavRequest request{"PUT", path};
   const std::uint64_t size = file.Size();
-  const Lines unasked(curl_slist_append(nullptr, "Expect:"), curl_slist_free_all);
+  Lines unasked(nullptr, curl_slist_free_all);
+  Append(unasked, "Expect:");
   CURL* curl = state_->curl;
-  curl_easy_setopt(curl, CURLOPT_UPLOAD, 1L);
-  curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, nullptr);
-  curl_easy_setopt(curl, CURLOPT_HTTPHEADER, size < kWorthAsking ? unasked.get() : nullptr);
-  curl_easy_setopt(curl, CURLOPT_READFUNCTION, ReadBody);
-  curl_easy_setopt(curl, CURLOPT_READDATA, &file);
-  curl_easy_setopt(curl, CURLOPT_SEEKFUNCTION, SeekBody);
-  curl_easy_setopt(curl, CURLOPT_SEEKDATA, &file);
-  curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(size));
+  SetOption(curl, CURLOPT_UPLOAD, 1L);
+  SetOption(curl, CURLOPT_CUSTOMREQUEST, nullptr);
+  SetOption(curl, CURLOPT_HTTPHEADER, size < kWorthAsking ? unasked.get() : nullptr);
+  SetOption(curl, CURLOPT_READFUNCTION, ReadBody);
+  SetOption(curl, CURLOPT_READDATA, &file);
+  SetOption(curl, CURLOPT_SEEKFUNCTION, SeekBody);
+  SetOption(curl, CURLOPT_SEEKDATA, &file);
+  SetOption(curl, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(size));
   Answer answer;
   file.SeekTo(0);
   const long status = state_->Run(request, state_->UrlOf(path), size, answer);
@@ -247,10 +262,10 @@ void WebDavStore::Move(const std::string& from, const std::string& to) {
   const DavRequest request{"MOVE", to};
   // The server knows who is asking; its address alone is what it looks for.
   const std::string target = AddressForTheEye(state_->UrlOf(to));
-  curl_slist* lines = curl_slist_append(nullptr, ("Destination: " + target).c_str());
-  lines = curl_slist_append(lines, "Overwrite: F");
-  const Lines free_lines(lines, curl_slist_free_all);
-  const long status = state_->RunPlain(request, state_->UrlOf(from), lines);
+  Lines lines(nullptr, curl_slist_free_all);
+  Append(lines, "Destination: " + target);
+  Append(lines, "Overwrite: F");
+  const long status = state_->RunPlain(request, state_->UrlOf(from), lines.get());
   if (status != 201 && status != 204) state_->Fail(request, status);
 }
 
