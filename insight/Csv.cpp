@@ -7,7 +7,7 @@
 #include <charconv>
 #include <utility>
 
-#include "base/Utf8.h"
+#include "insight/SoundUtf8.h"
 
 namespace logbook::insight {
 
@@ -32,7 +32,7 @@ std::string WholeUtf8(std::string_view text) {
   std::string whole;
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t begin = at;
-    const bool sound = NextCharacter(text, at) != kNotUtf8;
+    const bool sound = NextSoundCharacter(text, at) != kNotUtf8;
     whole += sound ? text.substr(begin, at - begin) : std::string_view("\xEF\xBF\xBD");
   }
   return whole;

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "base/Utf8.h"
+#include "insight/SoundUtf8.h"
 
 namespace logbook::insight {
 namespace {
@@ -35,7 +35,7 @@ std::string Visible(std::string_view text, std::string_view kept) {
   visible.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t begin = at;
-    const char32_t character = NextCharacter(text, at);
+    const char32_t character = NextSoundCharacter(text, at);
     if (character == kNotUtf8) {
       visible += Code("\\x%02X", static_cast<unsigned char>(text[begin]));
     } else if (IsControl(character) && kept.find(text[begin]) == std::string_view::npos) {

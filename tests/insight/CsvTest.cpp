@@ -40,6 +40,8 @@ TEST(Csv, ANumberReadsBackAsTheSame) {
 
 TEST(Csv, BytesThatAreNoUtf8AreReplaced) {
   EXPECT_EQ(CsvLine().Add("a\xFF\xC3z").Add("\u00E4").Take(), "a\uFFFD\uFFFDz,\u00E4\r\n");
+  // Half a surrogate pair, as the name of a folder may hold it.
+  EXPECT_EQ(CsvLine().Add("a\xED\xA0\x80z").Take(), "a\uFFFD\uFFFD\uFFFDz\r\n");
 }
 
 }  // namespace

@@ -22,6 +22,9 @@ TEST(VisibleText, CharactersThatTurnTheDirectionAreShown) {
 
 TEST(VisibleText, BytesThatAreNoCharactersAreShown) {
   EXPECT_EQ(VisibleText("a\xFF\xC3"), "a\\xFF\\xC3");
+  // Half a surrogate pair, as the name of a folder may hold it.
+  EXPECT_EQ(VisibleText("a\xED\xA0\x80z"), "a\\xED\\xA0\\x80z");
+  EXPECT_EQ(VisibleName("\xED\xBF\xBF"), "\\xED\\xBF\\xBF");
 }
 
 TEST(VisibleText, AllElseStays) {
