@@ -47,13 +47,9 @@ class Parser {
     all.What = Query::Kind::kAnd;
     all.Parts.push_back(ParseNot());
     while (true) {
-      if (scanner_.TakeWord("AND")) {
-        all.Parts.push_back(ParseNot());
-      } else if (scanner_.AtEnd() || scanner_.At(')') || scanner_.AtWord("OR")) {
-        break;
-      } else {
-        all.Parts.push_back(ParseNot());
-      }
+      const bool ends = scanner_.AtEnd() || scanner_.At(')') || scanner_.AtWord("OR");
+      if (!scanner_.TakeWord("AND") && ends) break;
+      all.Parts.push_back(ParseNot());
     }
     if (all.Parts.size() > 1) return all;
     Query only = std::move(all.Parts.front());
@@ -100,6 +96,15 @@ class Parser {
   int depth_ = 0;
 };
 
+// A blank in place of each control character.
+std::string InOneLine(std::string_view text) {
+  std::string line(text);
+  for (char& byte : line) {
+    if (static_cast<unsigned char>(byte) < ' ') byte = ' ';
+  }
+  return line;
+}
+
 }  // namespace
 
 bool Holds(Comparison comparison, double a, double b) {
@@ -127,12 +132,9 @@ Query ParseQuery(const Catalogues& catalogues, std::string_view text) {
 std::string Explain(const QueryError& error, std::string_view query) {
   const QueryScanner scanner(query);
   const std::size_t character = scanner.CharacterAt(error.Place());
-  std::string line(query);
-  for (char& byte : line) {
-    if (static_cast<unsigned char>(byte) < ' ') byte = ' ';
-  }
-  std::string text = "character " + std::to_string(character) + ": " + error.what() + "\n  " +
-                     line + "\n  " + std::string(character - 1, ' ') + "^\n";
+  // The sentence may repeat a part of the query.
+  std::string text = "character " + std::to_string(character) + ": " + InOneLine(error.what()) +
+                     "\n  " + InOneLine(query) + "\n  " + std::string(character - 1, ' ') + "^\n";
   if (error.Near().empty()) return text;
   text += "near:";
   for (const std::string& name : error.Near()) {

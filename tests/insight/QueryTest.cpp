@@ -224,6 +224,18 @@ TEST(Query, ErrorIsMarkedUnderItsCharacter) {
   }
 }
 
+TEST(Query, WhatIsToldOfAQueryStaysInItsLines) {
+  const std::string query = "option:\"a\nb\x1B\"";
+  try {
+    ParseQuery(AllCatalogues(), query);
+    FAIL();
+  } catch (const QueryError& error) {
+    const std::string told = Explain(error, query);
+    EXPECT_TRUE(told.starts_with("character 8: no option is called \"a b \"\n")) << told;
+    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 4) << told;
+  }
+}
+
 TEST(Query, AnyTextIsReadOrRefusedWithAPlaceInside) {
   const std::string good = "(cones OR \"a b\"*) after:2026-03 tune:\"Oxide\">=1.5% NOT tick:1";
   const std::string signs = "()\":*<>=! \t\xC3\xB5NO";
