@@ -4,6 +4,7 @@
 #include "insight/IndexSearch.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <numeric>
 #include <unordered_set>
@@ -16,13 +17,27 @@ namespace {
 // One place for each log; 1 for a log that answers.
 using Answers = std::vector<char>;
 
+// Beyond this a double holds not every whole number.
+constexpr double kMostWhole = 9e15;
+
+[[noreturn]] void RaiseDamage() {
+  throw IndexError(IndexError::Kind::kDamaged, "the index is damaged");
+}
+
+// How many logs the index has room for, by the last block of them.
+std::size_t CountLogs(IndexStore& store) {
+  const std::int64_t next = store.NextId();
+  if (next == 0) return 0;
+  const std::int64_t last = next - 1;
+  const ValueColumn live = store.Column(last / kBlockLogs, static_cast<int>(SpecialColumn::kLive));
+  if (live.States.size() != static_cast<std::size_t>(last % kBlockLogs) + 1) RaiseDamage();
+  return static_cast<std::size_t>(next);
+}
+
 class Searcher {
  public:
   Searcher(IndexStore& store, const Catalogues& catalogues, const FindRequest& request)
-      : store_(store),
-        catalogues_(catalogues),
-        request_(request),
-        count_(static_cast<std::size_t>(store.NextId())) {}
+      : store_(store), catalogues_(catalogues), request_(request), count_(CountLogs(store)) {}
 
   FindResult Run() {
     Answers answers = Evaluate(request_.What);
@@ -53,13 +68,32 @@ class Searcher {
     for (std::size_t first = 0; first < count_; first += kBlockLogs) {
       const ValueColumn part = store_.Column(static_cast<std::int64_t>(first / kBlockLogs), number);
       const std::size_t size = std::min<std::size_t>(kBlockLogs, count_ - first);
-      if (part.States.size() != size) {
-        throw IndexError(IndexError::Kind::kDamaged, "the index is damaged");
-      }
+      if (part.States.size() != size || !IsSound(number, part)) RaiseDamage();
       whole.States.insert(whole.States.end(), part.States.begin(), part.States.end());
       whole.Numbers.insert(whole.Numbers.end(), part.Numbers.begin(), part.Numbers.end());
     }
     return columns_.emplace(number, std::move(whole)).first->second;
+  }
+  // States that are some, and numbers that are whole where they stand for texts, dates and bits.
+  bool IsSound(int number, const ValueColumn& part) const {
+    const auto all = [](const auto& each, auto holds) {
+      return std::all_of(each.begin(), each.end(), holds);
+    };
+    const bool is_row = number < kAllRows;
+    if (is_row && !all(part.States, [](std::uint8_t state) {
+          return state <= static_cast<std::uint8_t>(ValueState::kNoNumber);
+        })) {
+      return false;
+    }
+    if (is_row ? KindOf(catalogues_, RowAtPlace(number)) == RowKind::kText
+               : number == static_cast<int>(SpecialColumn::kDate)) {
+      return all(part.Numbers, [](double each) { return std::fabs(each) < kMostWhole; });
+    }
+    if (number == static_cast<int>(SpecialColumn::kTicks) ||
+        number == static_cast<int>(SpecialColumn::kStates)) {
+      return all(part.Numbers, [](double each) { return each >= 0 && each < 4294967296.0; });
+    }
+    return true;
   }
   const ValueColumn& Special(SpecialColumn column) { return Column(static_cast<int>(column)); }
   const ValueColumn& Row(const RowId& id) { return Column(PlaceOf(id)); }
@@ -265,7 +299,7 @@ class Searcher {
   FoundLog Describe(std::size_t log) {
     const StoredLog stored = store_.LogOfId(static_cast<std::int64_t>(log));
     std::optional<LogRecord> record = UnpackRecord(stored.Record);
-    if (!record) throw IndexError(IndexError::Kind::kDamaged, "the index is damaged");
+    if (!record) RaiseDamage();
     FoundLog found;
     found.Folder = stored.Folder;
     found.Record = *std::move(record);

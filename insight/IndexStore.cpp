@@ -20,6 +20,8 @@ constexpr int kVersion = 3;
 constexpr int kPatience = 60'000;  // milliseconds to wait for another writer
 constexpr std::int64_t kColumns = 1024;
 constexpr std::size_t kMostTexts = 4096;
+// No root comes near, and the numbers of columns stay within 64 bits.
+constexpr std::int64_t kMostLogs = std::int64_t{1} << 40;
 
 constexpr const char* kTables =
     "CREATE TABLE about(name TEXT PRIMARY KEY, value) WITHOUT ROWID;"
@@ -285,6 +287,7 @@ std::int64_t IndexStore::NextId() {
     if (!query.executeStep()) RaiseDamage();
     const std::int64_t next = query.getColumn(0).getInt64();
     query.reset();
+    if (next < 0 || next > kMostLogs) RaiseDamage();
     return next;
   });
 }

@@ -190,7 +190,9 @@ std::optional<ValueColumn> UnpackColumn(std::string_view bytes) {
     }
   }
   UnpackNumbers(source, count, column.Numbers);
-  if (!source.IsWhole()) return std::nullopt;
+  const bool has_other = std::any_of(column.Numbers.begin(), column.Numbers.end(),
+                                     [](double number) { return std::isnan(number); });
+  if (!source.IsWhole() || has_other || column.Numbers.size() != count) return std::nullopt;
   return column;
 }
 

@@ -332,6 +332,54 @@ TEST(Index, DamagedFileIsMadeAnew) {
   }
 }
 
+// An index of one log without values, changed under right checksums; true if a search tells that it
+// is damaged.
+bool IsDamage(const std::function<void(IndexStore&)>& change) {
+  IndexStore store("", "one log");
+  ValueColumn none;
+  none.Add(static_cast<std::uint8_t>(ValueState::kNotApplicable), 0);
+  store.Change([&] {
+    for (int column = 0; column < kColumnCount; ++column) store.PutColumn(0, column, none);
+    store.PutLog({0, "26010100", 0, PackRecord({})});
+    store.SetNextId(1);
+    change(store);
+  });
+  FindRequest request;
+  request.What = ParseQuery(AllCatalogues(), "NOT (tick:3 OR state:ok OR on:2026)");
+  request.SortBy = FindRequest::Key::kRow;
+  request.SortRow = {{Catalogue::kSys, 83}};
+  request.Columns = {{{Catalogue::kMeter, 0}}};
+  try {
+    EXPECT_EQ(FindInIndex(store, AllCatalogues(), request).Count, 1U);
+    return false;
+  } catch (const IndexError& error) {
+    EXPECT_EQ(error.What(), IndexError::Kind::kDamaged);
+    return true;
+  }
+}
+
+TEST(Index, WhatNoIndexHoldsIsDamageUnderRightChecksumsToo) {
+  EXPECT_FALSE(IsDamage([](IndexStore&) {}));
+  for (const std::int64_t next : {std::int64_t{-1}, std::int64_t{2}, std::int64_t{1} << 62})
+    EXPECT_TRUE(IsDamage([&](IndexStore& store) { store.SetNextId(next); })) << next;
+  struct Odd {
+    int column;
+    std::uint8_t state;
+    double number;
+  };
+  const int text = PlaceOf({Catalogue::kSys, 83});
+  for (const Odd& odd : {Odd{PlaceOf({Catalogue::kMeter, 0}), 5, 0}, Odd{text, 0, 1e300},
+                         Odd{static_cast<int>(SpecialColumn::kDate), 1, 1e300},
+                         Odd{static_cast<int>(SpecialColumn::kTicks), 0, -1},
+                         Odd{static_cast<int>(SpecialColumn::kStates), 0, 4294967296.0}}) {
+    EXPECT_TRUE(IsDamage([&](IndexStore& store) {
+      ValueColumn column;
+      column.Add(odd.state, odd.number);
+      store.PutColumn(0, odd.column, column);
+    })) << odd.column;
+  }
+}
+
 TEST(Index, EachDamagedPageIsNoticedOrWithoutEffect) {
   RandomLogs logs(32);
   logs.Add(10);

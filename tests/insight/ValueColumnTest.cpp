@@ -73,5 +73,19 @@ TEST(ValueColumn, EveryDamagedByteIsNoticed) {
   EXPECT_FALSE(UnpackColumn(good + "x"));
 }
 
+TEST(ValueColumn, AFormThatDoesNotExistIsDamageUnderARightChecksumToo) {
+  // Checksum, two values, one state of 1, form 3 of the numbers.
+  const std::string bytes = {2, 0, 0, 1, 3};
+  const std::uint32_t sum = ChecksumOf(bytes);
+  std::string whole;
+  for (int i = 0; i < 4; ++i) whole += static_cast<char>(sum >> (8 * i) & 0xFF);
+  EXPECT_FALSE(UnpackColumn(whole + bytes));
+}
+
+TEST(ValueColumn, WhatIsNoNumberIsDamageUnderARightChecksumToo) {
+  EXPECT_TRUE(UnpackColumn(PackColumn(ColumnOf({1, 1e300 * 1e300}))));
+  EXPECT_FALSE(UnpackColumn(PackColumn(ColumnOf({1, std::nan("")}))));
+}
+
 }  // namespace
 }  // namespace logbook::insight
