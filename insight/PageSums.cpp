@@ -41,7 +41,10 @@ std::uint64_t SumOf(const char* page, int size, sqlite3_int64 offset) {
 
 int Read(sqlite3_file* file, void* bytes, int size, sqlite3_int64 offset) {
   const int result = RealOf(file).xRead(file, bytes, size, offset);
-  if (result != SQLITE_OK || !IsPage(size, offset)) return result;
+  if (!IsPage(size, offset)) return result;
+  // Of a file that ends within a page the rest of it would count as zeros.
+  if (result == SQLITE_IOERR_SHORT_READ) return SQLITE_CORRUPT;
+  if (result != SQLITE_OK) return result;
   const char* page = static_cast<const char*>(bytes);
   std::uint64_t sum = 0;
   std::memcpy(&sum, page + size - kPageSumBytes, sizeof sum);

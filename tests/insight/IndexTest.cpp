@@ -332,6 +332,40 @@ TEST(Index, DamagedFileIsMadeAnew) {
   }
 }
 
+// The words of a file that was cut within its last page: those that are found, or nothing if the
+// index is damaged.
+std::optional<int> WordsFound(const std::string& path, int words) {
+  try {
+    IndexStore store(path, "words");
+    int found = 0;
+    for (int word = 0; word < words; ++word) {
+      store.EachWithWords({"WORD" + std::to_string(word)}, false, [&](std::int64_t) { ++found; });
+    }
+    return found;
+  } catch (const IndexError& error) {
+    EXPECT_EQ(error.What(), IndexError::Kind::kDamaged);
+    return std::nullopt;
+  }
+}
+
+TEST(Index, AFileThatEndsWithinItsLastPageIsDamaged) {
+  constexpr int kWords = 600;
+  const test::TestMachine scratch;
+  const std::string path = scratch.home() + "/words.db";
+  {
+    std::string text;
+    for (int word = 0; word < kWords; ++word) text += " word" + std::to_string(word);
+    IndexStore store(path, "words");
+    store.Change([&] { store.PutWords(0, text); });
+  }
+  const std::string whole = BytesOf(path);
+  EXPECT_EQ(WordsFound(path, kWords), kWords);
+  for (std::size_t lost = 1; lost < 4096; lost += 195) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << whole.substr(0, whole.size() - lost);
+    EXPECT_EQ(WordsFound(path, kWords), std::nullopt) << lost;
+  }
+}
+
 // An index of one log without values, changed under right checksums; true if a search tells that it
 // is damaged.
 bool IsDamage(const std::function<void(IndexStore&)>& change) {
