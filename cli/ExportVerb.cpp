@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <new>
 #include <ostream>
 
 #include "LogRoots.h"
@@ -139,8 +140,12 @@ class Unfinished {
     }
   }
   ~Unfinished() {
-    std::error_code error;
-    fs::remove(Utf8Path(path_), error);
+    try {
+      std::error_code error;
+      fs::remove(Utf8Path(path_), error);
+    } catch (const std::bad_alloc&) {
+      // It goes with the next export to the same name.
+    }
   }
   Unfinished(const Unfinished&) = delete;
   Unfinished& operator=(const Unfinished&) = delete;

@@ -17,6 +17,8 @@ Command RebuildList();
 Command ViewAllReports();
 Command WriteAllReports();
 Command Archive();
+// "logbookctl export" in place of an older file.
+Command ExportValues();
 
 // On a workstation that is tied to a content server.
 Command RecordAndUpload();

@@ -192,7 +192,7 @@ std::string BeforeItsLastName(const std::string& key) {
 // A name of a file that is on its way.
 bool IsWorkingName(const std::string& path) {
   static const std::regex working(
-      "(^|.*/)(\\.logbook-new~[0-9-]*|\\..*\\.[0-9]+\\.part2?|.*\\.xml\\.[0-9a-z]{6}|.*\\.part|"
+      "(^|.*/)(\\.logbook-new~[0-9-]*|\\..*\\.[0-9]+\\.part2?|.*\\.xml\\.[0-9a-z]{6}|.*\\.part~?|"
       "note\\.new|.*\\.(new|done)/.*|.*\\.(new|done)/)");
   return std::regex_match(path, working);
 }

@@ -57,6 +57,7 @@ const Case kCases[] = {
     {"ViewAllReports", ViewAllReports},
     {"WriteAllReports", WriteAllReports},
     {"Archive", Archive},
+    {"ExportValues", ExportValues},
     {"RecordAndUpload", RecordAndUpload},
     {"DeleteAndUpload", DeleteAndUpload},
     {"PrintListToPdf", PrintListToPdf},
