@@ -245,6 +245,27 @@ json ReadBook(const test::TestMachine& scratch, ExportShape shape,
   return ReadBack(scratch.home(), file, kReadBook);
 }
 
+TEST(Export, ACellOfAWorkbookHasAtMost32767Characters) {
+  NEED_PYTHON();
+  const test::TestMachine scratch;
+  std::vector<LogReading> readings;
+  for (const std::size_t size : {32766, 32767, 32768}) {
+    readings.push_back(test::QuietReading("26010100", "01/01/2026 00:00:00"));
+    readings.back().HasComment = true;
+    readings.back().Comment = std::string(size, 'x');
+  }
+  const json rows = ReadBook(scratch, ExportShape::kWide, readings)["Logs"]["rows"];
+  std::vector<std::size_t> longest;
+  for (std::size_t log = 1; log < rows.size(); ++log) {
+    longest.push_back(0);
+    for (const json& cell : rows[log]) {
+      const std::size_t size = cell.is_string() ? cell.get<std::string>().size() : 0;
+      longest.back() = std::max(longest.back(), size);
+    }
+  }
+  EXPECT_EQ(longest, (std::vector<std::size_t>{32766, 32767, 32767}));
+}
+
 TEST(Export, TheWorkbookHasASheetACatalogueWithTypedCells) {
   NEED_PYTHON();
   const test::TestMachine scratch;

@@ -454,6 +454,17 @@ TEST(LogRootScan, FilesThatCannotBeReadAreTold) {
   EXPECT_EQ(StateIn(reading, Catalogue::kMeter, 0), ValueState::kOk);
 }
 
+TEST(LogRootScan, OfAFileOfMoreThan16MegabytesTheBeginningIsRead) {
+  for (const std::size_t size : {kMostFileBytes - 1, kMostFileBytes, kMostFileBytes + 1}) {
+    const test::TestMachine disk;
+    disk.Put("C:\\maintain\\26111500\\comment.txt", std::string(size, 'x'));
+    const LogFiles files = LoadLogFiles(disk, "C:\\maintain", "26111500");
+    ASSERT_EQ(files.Files.size(), 1U);
+    EXPECT_EQ(files.Files[0].Bytes.size(), std::min(size, std::size_t{16} * 1024 * 1024));
+    EXPECT_EQ(files.Files[0].Size, size);
+  }
+}
+
 TEST(LogRootScan, FolderThatHasGoneHasNoFiles) {
   const test::TestMachine disk;
   EXPECT_TRUE(LoadLogFiles(disk, "C:\\maintain", "26111500").Files.empty());

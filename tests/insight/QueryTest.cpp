@@ -255,6 +255,12 @@ TEST(Query, AnyTextIsReadOrRefusedWithAPlaceInside) {
 }
 
 TEST(Query, NestingHasALimit) {
+  const auto nested = [](std::size_t depth) {
+    return std::string(depth, '(') + "cones" + std::string(depth, ')');
+  };
+  EXPECT_NO_THROW(ParseQuery(AllCatalogues(), nested(198)));
+  EXPECT_NO_THROW(ParseQuery(AllCatalogues(), nested(199)));
+  EXPECT_THROW(ParseQuery(AllCatalogues(), nested(200)), QueryError);
   const std::string deep(100000, '(');
   EXPECT_THROW(ParseQuery(AllCatalogues(), deep), QueryError);
 }

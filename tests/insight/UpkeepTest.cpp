@@ -161,6 +161,21 @@ TEST(Upkeep, AnIntervalIsANumberWithItsUnit) {
   }
 }
 
+TEST(Upkeep, AnIntervalIsNoLongerThanACentury) {
+  EXPECT_EQ(ParseInterval("36524 days").value().days, 36524);
+  EXPECT_EQ(ParseInterval("36525 days").value().days, 36525);
+  EXPECT_FALSE(ParseInterval("36526 days"));
+  EXPECT_EQ(ParseInterval("1199 months").value().months, 1199);
+  EXPECT_EQ(ParseInterval("1200 months").value().months, 1200);
+  EXPECT_FALSE(ParseInterval("1201 months"));
+  const auto soon = [](const char* days) {
+    return ParseIntervals("intervals.ini", std::string("[Due]\nSoon=") + days).soon;
+  };
+  EXPECT_EQ(soon("36524"), 36524);
+  EXPECT_EQ(soon("36525"), 36525);
+  EXPECT_THROW(soon("36526"), SettingsError);
+}
+
 TEST(Upkeep, IntervalsComeFromAFileByLabelOrNumber) {
   const Intervals intervals = ParseIntervals(
       "intervals.ini", "[Due]\nSoon=14\n[Intervals]\nclean cones=2 weeks\n17=1 year\n");
