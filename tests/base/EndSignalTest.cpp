@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "support/FilledStack.h"
+
 namespace logbook {
 namespace {
 
@@ -54,6 +56,7 @@ TEST(EndSignalTest, NoOtherSignalIsHeldBack) {
     std::vector<int> before;
     for (int number = 1; number < SIGRTMAX; ++number)
       if (IsHeldBack(number)) before.push_back(number);
+    test::FillStack();
     const EndSignal end;
     for (int number = 1; number < SIGRTMAX; ++number) {
       const bool is_asked_for = number == SIGTERM || number == SIGINT;

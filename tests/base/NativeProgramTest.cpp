@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "support/AnotherProcess.h"
+#include "support/FilledStack.h"
 #include "support/TestMachine.h"
 
 namespace fs = std::filesystem;
@@ -40,6 +41,7 @@ class NativeProgramTest : public testing::Test {
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     std::vector<std::string> arguments = {"-c", "read go < '" + Path("go") + "'; " + lines, "sh"};
     arguments.insert(arguments.end(), words.begin(), words.end());
+    FillStack();
     EXPECT_TRUE(StartDetached("/bin/sh", arguments));
     const int go = open(Path("go").c_str(), O_RDWR | O_CLOEXEC);
     EXPECT_EQ(write(go, "\n", 1), 1);
@@ -73,7 +75,8 @@ TEST_F(NativeProgramTest, TheWordsArriveAsTheyAre) {
 TEST_F(NativeProgramTest, ItHasASessionOfItsOwnAndNothingThatThisOneHadOpen) {
   const std::string null = "/dev/null";
   InAnotherProcess([this] {
-    for (const int number : {3, 4, 19}) dup2(1, number);
+    const int folder = open(disk.home().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    for (const int number : {0, 3, 4, 19}) dup2(folder, number);
     EXPECT_EQ(EndOf("for number in 3 4 5 19; do"
                     "  [ -e /proc/$$/fd/$number ] && open=\"$open $number\"; done;"
                     "read pid name state parent group session rest < /proc/$$/stat;"

@@ -159,7 +159,7 @@ TEST_F(OtherWritersTest, ALinkThatTakesAFoldersPlaceIsNotFollowed) {
 
 TEST_F(OtherWritersTest, TheFilesOfAFolderGoInTheOrderOfTheirNames) {
   const std::vector<std::string> names = {"B", "a", "c", "d", "e"};
-  for (auto name = names.rbegin(); name != names.rend(); ++name) disk.Put("C:\\log\\" + *name, "");
+  for (const char* name : {"c", "a", "e", "B", "d"}) disk.Put(std::string("C:\\log\\") + name, "");
   DeleteFilesIn(disk, "C:\\log");
   std::vector<std::string> deleted;
   for (const std::string& call : DiskCalls::Calls())
