@@ -20,6 +20,7 @@ import time
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
+from machine import keep_machine, may_keep_machine, place_of_files
 try:
     from faults import Planter
 except ImportError as missing:
@@ -31,7 +32,6 @@ LEAST_WAIT = 60    # seconds for some tests of one fault; more if they take long
 LEAST_TIME = 3     # the same of the processor, which a loaded machine does not stretch
 BATCHES = (0, 10, 50, None)  # of the cases of a fault, the fastest first: where each begins
 MOST_MEMORY = 4 << 30  # bytes of addresses
-IN_MEMORY = "/dev/shm"  # the tests' files lie there if it can be: they wait for no disk then
 HERE = pathlib.Path(__file__).parent
 
 
@@ -134,8 +134,7 @@ class Room:
         environment = dict(os.environ, MUTANT=str(number))
         if reached:
             environment["MUTANT_REACHED"] = str(reached)
-        memory = IN_MEMORY if os.access(IN_MEMORY, os.W_OK | os.X_OK) else None
-        with tempfile.TemporaryDirectory(dir=memory) as place:
+        with tempfile.TemporaryDirectory(dir=place_of_files()) as place:
             os.chmod(place, 0o755)  # for tests that go on as an ordinary user
             environment["TMPDIR"] = place
             process = subprocess.Popen(
@@ -157,6 +156,7 @@ class Room:
 
     @staticmethod
     def bound(seconds):
+        keep_machine()
         resource.setrlimit(resource.RLIMIT_CPU, (int(seconds) + 1,) * 2)
         resource.setrlimit(resource.RLIMIT_AS, (MOST_MEMORY,) * 2)
 
@@ -165,7 +165,7 @@ class Room:
         self.reach = {fault.number: [] for fault in self.faults}
         self.seconds, self.work = {}, {}
         for case in self.cases():
-            with tempfile.NamedTemporaryFile() as marks:
+            with tempfile.NamedTemporaryFile(dir=place_of_files()) as marks:
                 begin, worked = time.monotonic(), self.worked()
                 if not self.run([case], 0, 300, 300, marks.name):
                     print(f"  left out, it fails without a fault: {case}")
@@ -224,6 +224,9 @@ def one_line(text):
 
 
 def main(top, build, name, *wanted):
+    if not may_keep_machine():
+        print("skipped: as root, and without mounts of its own, a fault might change this machine")
+        return 77
     room = Room(top, build, name, wanted)
     known = Equivalents(room.top)
     room.make()
