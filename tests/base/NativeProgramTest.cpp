@@ -75,7 +75,7 @@ TEST_F(NativeProgramTest, TheWordsArriveAsTheyAre) {
 TEST_F(NativeProgramTest, ItHasASessionOfItsOwnAndNothingThatThisOneHadOpen) {
   const std::string null = "/dev/null";
   InAnotherProcess([this] {
-    const int folder = open(disk.home().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int folder = open(disk.home().c_str(), O_RDONLY | O_DIRECTORY);
     for (const int number : {0, 3, 4, 19}) dup2(folder, number);
     EXPECT_EQ(EndOf("for number in 3 4 5 19; do"
                     "  [ -e /proc/$$/fd/$number ] && open=\"$open $number\"; done;"
