@@ -53,8 +53,8 @@ std::string FreeName(const Machine& machine, const std::string& log_root, LocalT
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   const std::string base = FolderDate(time);
   for (int n = 0; n < kLogsOfADay; ++n) {
-    const std::string name = base + kDigits[static_cast<std::size_t>(n / 16)] +
-                             kDigits[static_cast<std::size_t>(n % 16)];
+    std::string name = base + kDigits[static_cast<std::size_t>(n / 16)] +
+                       kDigits[static_cast<std::size_t>(n % 16)];
     if (!Exists(machine, log_root + name)) return name;
   }
   throw std::runtime_error("the day " + base + " has 256 logs already");

@@ -16,7 +16,7 @@ namespace logbook::host {
 namespace {
 
 std::string ExistingFolderOfJob(const Workstation& workstation) {
-  const std::string folder = FolderOfJob(workstation);
+  std::string folder = FolderOfJob(workstation);
   if (folder.empty() || !FolderExists(workstation.machine, folder)) {
     throw std::runtime_error("no folder \"" + folder + "\" to work on");
   }

@@ -71,7 +71,7 @@ std::string PrintTuneReport(const Workstation& workstation, std::string_view fol
   const std::string extract = ReadExtract(workstation.machine, std::string(folder) + "\\tune.bin");
   const std::string tray = workstation.root + "tuneprint";
   PutFolder(workstation.machine, tray);
-  const std::string file = tray + "\\" + name + ".txt";
+  std::string file = tray + "\\" + name + ".txt";
   PutFile(workstation.machine, file,
           workstation.machine.code_page->FromUtf8(PrintoutText(name, extract, time)));
   return file;
