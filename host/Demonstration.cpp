@@ -75,10 +75,22 @@ void LinkSettings(const fs::path& from, const fs::path& to) {
   if (no_links) fs::copy_file(from, to);
 }
 
+// Programs are large: piece by piece.
+bool HaveTheSameBytes(const fs::path& one, const fs::path& other) {
+  std::ifstream first(one, std::ios::binary), second(other, std::ios::binary);
+  if (!first || !second) return false;
+  std::string piece(1 << 16, '\0'), twin(piece.size(), '\0');
+  while (first && second) {
+    first.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+    second.read(twin.data(), static_cast<std::streamsize>(twin.size()));
+    if (first.gcount() != second.gcount() || piece != twin) return false;
+  }
+  return first.eof() && second.eof();
+}
+
 // A program that runs keeps its old file; the name gets a new one.
 void CopyProgram(const fs::path& from, const fs::path& to) {
-  if (fs::exists(to) && fs::file_size(from) == fs::file_size(to) && TextOf(from) == TextOf(to))
-    return;
+  if (fs::exists(to) && HaveTheSameBytes(from, to)) return;
   fs::remove(to);
   fs::copy_file(from, to);
 }
