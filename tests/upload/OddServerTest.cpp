@@ -226,7 +226,7 @@ std::vector<Misbehaviour> Misbehaviours() {
       {"head line of a megabyte", "MKCOL",
        Answer("201 Created\r\nX-Odd: " + std::string(1 << 20, 'x')),
        "The answer of the content server to MKCOL "},
-      {"NUL in the head", "MKCOL", Answer(std::string("201 Cre\0ated\r\nX: \0", 20)),
+      {"NUL in the head", "MKCOL", Answer(std::string("201 Cre\0ated\r\nX: \0", 18)),
        "is no web server"},
       {"cookies", "PUT",
        [] {
