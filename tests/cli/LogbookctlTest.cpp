@@ -16,6 +16,7 @@
 #include "resources/Resources.h"
 #include "state/AppState.h"
 #include "state/Services.h"
+#include "support/Sanitized.h"
 #include "support/TestMachine.h"
 
 namespace logbook {
@@ -242,6 +243,8 @@ TEST_F(Logbookctl, AWordThatIsWrongIsNamed) {
 
 // Asked for it, the loader lists what the program begins with, and runs nothing.
 TEST_F(Logbookctl, LibrariesOfCalendarsAndWorkbooksWaitUntilTheyAreNeeded) {
+  if (test::kSanitized)
+    GTEST_SKIP() << "with a sanitizer a program is linked with more than what it calls";
   const Outcome libraries =
       test::RunLogbookctl(disk.home(), "catalogue", "LD_TRACE_LOADED_OBJECTS=1");
   EXPECT_NE(libraries.out.find("libsqlite3.so"), std::string::npos) << libraries.out;

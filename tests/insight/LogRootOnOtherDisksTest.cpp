@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -19,6 +21,8 @@
 
 namespace logbook::insight {
 namespace {
+
+constexpr std::int64_t kGrainOfStamps = 100'000'000;  // nanoseconds
 
 using test::OtherDisk;
 
@@ -62,13 +66,28 @@ void WaitBehind(const test::TestMachine& machine, const char* path) {
   }
 }
 
+struct Pass {
+  std::size_t logs_read = 0;
+  bool is_quick = false;
+};
+
+// A pass that is slower than the grain of stamps meets the disk's clock behind the last log, too,
+// and may keep it.
+void ExpectTheLastLogAgain(const Pass& pass, const Pass& before) {
+  EXPECT_LE(pass.logs_read, 1u);
+  if (before.is_quick && before.logs_read > 0) {
+    EXPECT_EQ(pass.logs_read, 1u);
+  }
+}
+
 TEST_F(OnOtherDisks, OnANetworkDriveTheIndexReadsOnlyTheLogAgainThatWasChangedLast) {
   const OtherDisk disk(OtherDisk::kNfs);
   machine.Put("C:\\logs\\b\\auser.txt", "1");
   WaitBehind(machine, "C:\\logs\\b\\auser.txt");
   machine.Put("C:\\logs\\c\\auser.txt", "1");
   const test::TestMachine cache;
-  const auto logs_read = [&] {
+  const auto pass = [&] {
+    const std::int64_t begin = DiskClocks::Moment::Now().steady_ns;
     std::size_t read = 0;
     IndexSettings settings;
     settings.Folder = cache.home() + "/cache";
@@ -80,11 +99,12 @@ TEST_F(OnOtherDisks, OnANetworkDriveTheIndexReadsOnlyTheLogAgainThatWasChangedLa
     FindRequest request;
     request.What = ParseQuery(test::AllCatalogues(), "");
     EXPECT_EQ(index.Find(request).Logs.size(), 3u);
-    return read;
+    return Pass{read, DiskClocks::Moment::Now().steady_ns - begin < kGrainOfStamps};
   };
-  EXPECT_EQ(logs_read(), 3u);
-  EXPECT_EQ(logs_read(), 1u);
-  EXPECT_EQ(logs_read(), 1u);
+  const Pass first = pass(), second = pass(), third = pass();
+  EXPECT_EQ(first.logs_read, 3u);
+  ExpectTheLastLogAgain(second, first);
+  ExpectTheLastLogAgain(third, second);
 }
 
 TEST_F(OnOtherDisks, OnAMemoryCardOrADiskMadeByAProgramEachLogIsReadEachTime) {
