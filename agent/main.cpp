@@ -9,6 +9,7 @@
 #include <iostream>
 #include <string>
 
+#include "base/CommandLine.h"
 #include "base/Files.h"
 #include "base/Machine.h"
 #include "base/NativeProgram.h"
@@ -44,37 +45,51 @@ int Work(const logbook::Machine& machine, const std::string& area, const std::st
   return waits ? kSomethingWaits : 0;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  CLI::App app("Carries uploads of the maintenance logbook to the content server.", "ecm-agent");
+// What the command line asks for.
+struct Options {
   std::string home = logbook::DefaultHome();
   std::string application = logbook::OwnProgramFolder();
   bool status = false;
   bool once = false;
-  app.add_option("--home", home, "Home of the logbook, with its drives and\nits registry hive")
-      ->type_name("FOLDER");
-  app.add_option("--app", application, "Folder of the logbook's program, with arecm.cfg")
-      ->type_name("FOLDER");
-  app.add_flag("--status", status, "List what waits and why, and end");
-  app.add_flag("--once", once, "Try everything once and end");
-  app.set_version_flag("--version", "ecm-agent " LOGBOOK_VERSION);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kWrongUse;
-  }
+};
 
-  const logbook::Machine machine = logbook::OpenMachine(home);
+int Run(const Options& options) {
+  const logbook::Machine machine = logbook::OpenMachine(options.home);
   logbook::AppState state(machine);
-  state.AppPath = logbook::DrivePathText(machine, application);
+  state.AppPath = logbook::DrivePathText(machine, options.application);
   const std::string settings_file = state.AppPath + "\\arecm.cfg";
   const std::string area = logbook::NativePath(machine, logbook::GetEcmTempArea(state));
+  const Rounds rounds = options.once ? Rounds::kOne : Rounds::kUntilEmpty;
   try {
-    return status ? ShowStatus(machine, area, settings_file)
-                  : Work(machine, area, settings_file, once ? Rounds::kOne : Rounds::kUntilEmpty);
+    return options.status ? ShowStatus(machine, area, settings_file)
+                          : Work(machine, area, settings_file, rounds);
   } catch (const logbook::RunTimeError& error) {
     std::cerr << "ecm-agent: the outbox in " << area << ": " << error.Description() << "\n";
+    return kSomethingWaits;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    CLI::App app("Carries uploads of the maintenance logbook to the content server.", "ecm-agent");
+    Options options;
+    app.add_option("--home", options.home,
+                   "Home of the logbook, with its drives and\nits registry hive")
+        ->type_name("FOLDER");
+    app.add_option("--app", options.application, "Folder of the logbook's program, with arecm.cfg")
+        ->type_name("FOLDER");
+    app.add_flag("--status", options.status, "List what waits and why, and end");
+    app.add_flag("--once", options.once, "Try everything once and end");
+    app.set_version_flag("--version", "ecm-agent " LOGBOOK_VERSION);
+    try {
+      const logbook::CommandWords words(argc, argv);
+      app.parse(words.Count(), words.Words());
+    } catch (const CLI::ParseError& error) {
+      return app.exit(error) == 0 ? 0 : kWrongUse;
+    }
+    return Run(options);
   } catch (const std::exception& error) {
     // What was in the outbox is in it still.
     std::cerr << "ecm-agent: " << error.what() << "\n";

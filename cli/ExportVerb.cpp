@@ -99,7 +99,7 @@ void ExportText(Call& call, const Job& job, std::ostream& out) {
 
 void ExportToFile(Call& call, const Job& job, const std::string& native_path) {
   if (IsText(job)) {
-    std::ofstream out(native_path, std::ios::binary);
+    std::ofstream out(Utf8Path(native_path), std::ios::binary);
     if (!out) throw insight::ExportError("the file cannot be made");
     return ExportText(call, job, out);
   }

@@ -8,6 +8,7 @@
 
 #include "Terminal.h"
 #include "Verbs.h"
+#include "base/CommandLine.h"
 
 int main(int argc, char** argv) {
   using namespace logbook::cli;
@@ -25,5 +26,6 @@ int main(int argc, char** argv) {
   AddExport(frame);
   AddCheck(frame);
   AddDiagnose(frame);
-  return frame.Run(argc, argv);
+  const logbook::CommandWords words(argc, argv);
+  return frame.Run(words.Count(), words.Words());
 }

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "base/CommandLine.h"
 #include "base/EndSignal.h"
 #include "base/Files.h"
 #include "base/NativeProgram.h"
@@ -285,7 +286,8 @@ int main(int argc, char** argv) {
   AddRun(app, line);
   if (HasDemonstrations()) AddDemo(app, line);
   try {
-    app.parse(argc, argv);
+    const CommandWords words(argc, argv);
+    app.parse(words.Count(), words.Words());
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : kUsage;
   }

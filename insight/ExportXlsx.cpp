@@ -9,6 +9,8 @@
 #include <chrono>
 #include <fstream>
 
+#include "base/LibraryPath.h"
+#include "base/Utf8Path.h"
 #include "insight/Difference.h"
 #include "insight/Export.h"
 #include "insight/LocalDate.h"
@@ -99,10 +101,14 @@ class XlsxExporter : public Exporter {
                RootColumn root)
       : rows_(catalogues), shape_(shape), root_(root) {
     // The library says on standard error what it cannot make, and says it at the end.
-    if (!std::ofstream(native_path)) throw ExportError("the workbook cannot be made");
+    if (!std::ofstream(Utf8Path(native_path))) throw ExportError("the workbook cannot be made");
     lxw_workbook_options options{};
     options.constant_memory = LXW_TRUE;
-    book_ = workbook_new_opt(native_path.c_str(), &options);
+    const std::string path = PathForLibraries(native_path);
+    if (path.empty())
+      throw ExportError(
+          "the workbook's path has letters that the system's code page does not know");
+    book_ = workbook_new_opt(path.c_str(), &options);
     if (book_ == nullptr) throw ExportError("the workbook cannot be made");
     header_ = workbook_add_format(book_);
     format_set_bold(header_);

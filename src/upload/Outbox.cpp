@@ -14,6 +14,7 @@
 #include "base/FileLock.h"
 #include "base/NativeDisk.h"
 #include "base/RunTimeError.h"
+#include "base/Utf8Path.h"
 
 namespace logbook {
 
@@ -272,7 +273,7 @@ void Outbox::ClearDelivered() {
 
 DeliveryNote Outbox::NoteOf(const std::string& submission) const {
   DeliveryNote note;
-  std::ifstream in(PathOf(submission) + "/note");
+  std::ifstream in(Utf8Path(PathOf(submission) + "/note"));
   in >> note.tries >> note.last_try;
   in.ignore();
   std::getline(in, note.reason);
@@ -281,7 +282,7 @@ DeliveryNote Outbox::NoteOf(const std::string& submission) const {
 
 void Outbox::SetNote(const std::string& submission, const DeliveryNote& note) {
   const std::string path = PathOf(submission) + "/note";
-  std::ofstream out(path + ".new", std::ios::trunc);
+  std::ofstream out(Utf8Path(path + ".new"), std::ios::trunc);
   out << note.tries << ' ' << note.last_try << '\n' << OneLine(note.reason) << '\n';
   out.close();
   if (out) native::Rename(path + ".new", path);

@@ -16,5 +16,13 @@ TEST(CommandLineTest, TheWordsBehindTheProgramsNameAreJoinedBySingleBlanks) {
   EXPECT_EQ(CommandLineOf(4, words), "AutoRec  a b");
 }
 
+TEST(CommandLineTest, TheWordsAreThoseOfMainWithANullBehindThem) {
+  const char* const given[] = {"logbookctl", "find", "", "M\xC3\xBCller", nullptr};
+  const CommandWords words(4, given);
+  ASSERT_EQ(words.Count(), 4);
+  for (int i = 0; i < 4; ++i) EXPECT_STREQ(words.Words()[i], given[i]);
+  EXPECT_EQ(words.Words()[4], nullptr);
+}
+
 }  // namespace
 }  // namespace logbook

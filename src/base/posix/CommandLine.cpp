@@ -14,4 +14,9 @@ std::string CommandLineOf(int argc, const char* const* argv) {
   return line;
 }
 
+CommandWords::CommandWords(int argc, const char* const* argv) : words_(argv, argv + argc) {
+  for (const std::string& word : words_) pointers_.push_back(word.c_str());
+  pointers_.push_back(nullptr);
+}
+
 }  // namespace logbook

@@ -4,8 +4,12 @@
 #include "base/CommandLine.h"
 
 #include <algorithm>
+#include <memory>
+#include <new>
 
 #include "base/win32/System.h"
+// Behind the system's own header.
+#include <shellapi.h>
 
 namespace logbook {
 
@@ -18,6 +22,16 @@ std::string CommandLineOf(int, const char* const*) {
   // Shells and toolkits put one blank there or two; programs here never see them.
   line.remove_prefix(std::min(line.find_first_not_of(L" \t"), line.size()));
   return win32::Narrow(line);
+}
+
+CommandWords::CommandWords(int, const char* const*) {
+  int count = 0;
+  const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(
+      CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);
+  if (words == nullptr) throw std::bad_alloc();
+  for (int i = 0; i < count; ++i) words_.push_back(win32::Narrow(words.get()[i]));
+  for (const std::string& word : words_) pointers_.push_back(word.c_str());
+  pointers_.push_back(nullptr);
 }
 
 }  // namespace logbook

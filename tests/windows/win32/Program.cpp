@@ -6,12 +6,15 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "base/win32/System.h"
+
 namespace logbook::windows_test {
 
 Program::Program(const std::string& program, const std::string& arguments,
                  const std::string& said) {
-  std::string line = "\"" + program + "\"" + (arguments.empty() ? "" : " " + arguments);
-  STARTUPINFOA start = {};
+  std::wstring line =
+      win32::Wide("\"" + program + "\"" + (arguments.empty() ? "" : " " + arguments));
+  STARTUPINFOW start = {};
   start.cb = sizeof start;
   HANDLE out = nullptr;
   if (!said.empty()) {
@@ -21,7 +24,7 @@ Program::Program(const std::string& program, const std::string& arguments,
     start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdOutput = start.hStdError = out;
   }
-  const BOOL started = CreateProcessA(nullptr, line.data(), nullptr, nullptr, out != nullptr, 0,
+  const BOOL started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, out != nullptr, 0,
                                       nullptr, nullptr, &start, &process_);
   if (out != nullptr) CloseHandle(out);
   if (!started) throw std::runtime_error("cannot start " + program);

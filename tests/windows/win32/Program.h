@@ -15,7 +15,7 @@ namespace logbook::windows_test {
 
 class Program {
  public:
-  // `arguments` as they stand behind the program's name. What it says goes into the file `said`, if
+  // `arguments` as they stand behind the program's name, UTF-8. What it says goes into the file `said`, if
   // one is given.
   Program(const std::string& program, const std::string& arguments, const std::string& said = "");
   // Ends it if it still runs.
