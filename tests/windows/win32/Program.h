@@ -15,8 +15,8 @@ namespace logbook::windows_test {
 
 class Program {
  public:
-  // `arguments` as they stand behind the program's name, UTF-8. What it says goes into the file `said`, if
-  // one is given.
+  // `arguments` as they stand behind the program's name, UTF-8. What it says goes into the file
+  // `said`, if one is given.
   Program(const std::string& program, const std::string& arguments, const std::string& said = "");
   // Ends it if it still runs.
   ~Program();
