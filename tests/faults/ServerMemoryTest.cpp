@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -34,14 +33,14 @@ class MemoryOfAServer : public ::testing::Test {
     if (!HasDavServer()) GTEST_SKIP() << "apache2 with mod_dav_fs is not installed";
     server_.Start();
     settings_.url = server_.Url();
-    settings_.folder = "station";
     settings_.user = DavServer::kUser;
     disk_.Put("C:\\a.txt", kContent);
   }
 
   // A store that is at work already: it has a connection, and an address that it asked for last.
-  std::unique_ptr<WebDavStore> Open() {
-    std::filesystem::remove_all(server_.Root() + "/station");
+  // Its folder is its own, as the server may be at work still for one that has given up.
+  std::unique_ptr<WebDavStore> Open(long number) {
+    settings_.folder = "station" + std::to_string(number);
     auto store = std::make_unique<WebDavStore>(settings_, DavServer::kPassword, "");
     store->MakeRoot();
     EXPECT_EQ(store->DigestOf("a.txt", 100), std::nullopt);
@@ -59,7 +58,7 @@ class MemoryOfAServer : public ::testing::Test {
   void WithoutEachAllocation(Prepare prepare, Work work, Check check) {
     long allocations = 0;
     for (long failing = 1; failing <= allocations + 1; ++failing) {
-      const std::unique_ptr<WebDavStore> store = Open();
+      const std::unique_ptr<WebDavStore> store = Open(failing);
       prepare(*store);
       bool done = false;
       try {
@@ -76,6 +75,20 @@ class MemoryOfAServer : public ::testing::Test {
     EXPECT_GT(allocations, 20);
   }
 
+  // The files of this store, and those that are in no store's folder; the server has working names.
+  Files FilesNow() const {
+    Files files;
+    for (const std::string& file : server_.Files()) {
+      const bool is_of_another =
+          file.starts_with("station") && !file.starts_with(settings_.folder + "/");
+      const bool is_working_name = file.find("/.davfs.tmp") != std::string::npos;
+      if (!is_of_another && !is_working_name) files.push_back(file);
+    }
+    return files;
+  }
+
+  std::string Named(const std::string& name) const { return settings_.folder + "/" + name; }
+
   std::string ContentOf(const std::string& file) const {
     std::ifstream in(server_.Root() + "/" + file, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
@@ -89,11 +102,11 @@ class MemoryOfAServer : public ::testing::Test {
 TEST_F(MemoryOfAServer, WhatIsSentGoesToItsAddressOrNowhere) {
   WithoutEachAllocation([](WebDavStore&) {}, [this](WebDavStore& store) { Put(store); },
                         [this](bool done, long failing) {
-                          const Files files = server_.Files();
+                          const Files files = FilesNow();
                           if (!done && files.empty()) return;
-                          ASSERT_EQ(files, Files{"station/a.txt.part"}) << failing;
+                          ASSERT_EQ(files, Files{Named("a.txt.part")}) << failing;
                           if (done) {
-                            EXPECT_EQ(ContentOf("station/a.txt.part"), kContent) << failing;
+                            EXPECT_EQ(ContentOf(Named("a.txt.part")), kContent) << failing;
                           }
                         });
 }
@@ -103,9 +116,9 @@ TEST_F(MemoryOfAServer, WhatIsMovedIsThereUnderOneOfItsNames) {
       [this](WebDavStore& store) { Put(store); },
       [](WebDavStore& store) { store.Move("a.txt.part", "a.txt"); },
       [this](bool done, long failing) {
-        const Files files = server_.Files();
+        const Files files = FilesNow();
         ASSERT_EQ(files.size(), 1U) << failing;
-        EXPECT_TRUE(files[0] == "station/a.txt" || (!done && files[0] == "station/a.txt.part"))
+        EXPECT_TRUE(files[0] == Named("a.txt") || (!done && files[0] == Named("a.txt.part")))
             << failing << " " << files[0];
         EXPECT_EQ(ContentOf(files[0]), kContent) << failing;
       });
