@@ -86,13 +86,17 @@ endfunction()
 # logbook_test(<room> SOURCES <files> [POSIX <files>] [WIN32 <files>] [LINKS <targets>]
 # [PROGRAM <name>] [LABELS <label>] [TIMEOUT <seconds>]): a test program for a room, "tests_<room>"
 # unless named otherwise, each case a test of its own named "<room>.<suite>.<case>", which ends after
-# five minutes unless told otherwise. Cases with the label "long"
-# are left out of an ordinary ./test. The POSIX files need that kind of system to test on; what a
-# build for Windows leaves out for that is listed in skipped-tests.txt.
+# five minutes unless told otherwise; with a sanitizer, which makes it several times slower, after
+# twenty. Cases with the label "long" are left out of an ordinary ./test. The POSIX files need that
+# kind of system to test on; what a build for Windows leaves out for that is listed in
+# skipped-tests.txt.
 function(logbook_test room)
   cmake_parse_arguments(ARG "" "PROGRAM;LABELS;TIMEOUT" "SOURCES;POSIX;WIN32;LINKS" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 300)
+    if(LOGBOOK_SANITIZE)
+      set(ARG_TIMEOUT 1200)
+    endif()
   endif()
   set(target tests_${room})
   if(ARG_PROGRAM)
