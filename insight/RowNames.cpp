@@ -92,6 +92,7 @@ std::vector<std::string> NearNames(std::string_view word, const std::vector<std:
                    [](const auto& a, const auto& b) { return a.first < b.first; });
   if (near.size() > kMostNear) near.resize(kMostNear);
   std::vector<std::string> result;
+  result.reserve(near.size());
   for (auto& each : near) result.push_back(std::move(each.second));
   return result;
 }
@@ -147,6 +148,7 @@ std::string TickLabel(int item) {
 
 std::vector<std::string> TickLabels() {
   std::vector<std::string> labels;
+  labels.reserve(kItemHeaderCount);
   for (int item = 0; item < kItemHeaderCount; ++item) labels.push_back(TickLabel(item));
   return labels;
 }

@@ -43,7 +43,7 @@ Trend MakeTrend(Series series, const ControlRules& rules, std::optional<Limits> 
   trend.series = std::move(series);
   trend.statistics = StatisticsOf(trend.series);
   trend.changes = ChangesAtMarks(trend.series);
-  trend.limits = std::move(limits);
+  trend.limits = limits;
   std::vector<double> values;
   for (std::size_t i = 0; i < trend.series.points.size(); ++i) {
     if (!trend.series.points[i].value) continue;

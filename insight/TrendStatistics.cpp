@@ -146,6 +146,7 @@ TrendStatistics StatisticsOf(const Series& series) {
   result.gaps = series.points.size() - samples.size();
   if (samples.empty()) return result;
   std::vector<double> sorted;
+  sorted.reserve(samples.size());
   for (const Sample& sample : samples) sorted.push_back(sample.value);
   std::sort(sorted.begin(), sorted.end());
   result.minimum = sorted.front();
