@@ -184,7 +184,7 @@ bool DdeStation::IsOurs(HSZ topic, HSZ application) const {
          service_.Serves(TextOf(topic));
 }
 
-// Somebody looks for any application or for any topic; we have one of each.
+// Somebody looks for a topic of ours at any application. Who does not name a topic gets no answer.
 HDDEDATA DdeStation::AnswerToAll(HSZ topic, HSZ application) {
   const bool named = application == nullptr || EqualIgnoringCase(TextOf(application), application_);
   if (application_.empty() || !named || topic == nullptr || !service_.Serves(TextOf(topic)))

@@ -19,8 +19,11 @@ HANDLE EndEvent() {
   return event;
 }
 
-BOOL WINAPI TakeWish(DWORD) {
+// Where the console closes, or the user or the machine goes, the system ends the process as soon as
+// this returns, or after some seconds: the program has those to end by itself.
+BOOL WINAPI TakeWish(DWORD wish) {
   SetEvent(EndEvent());
+  if (wish != CTRL_C_EVENT && wish != CTRL_BREAK_EVENT) Sleep(INFINITE);
   return TRUE;
 }
 

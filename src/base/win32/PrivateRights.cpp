@@ -7,6 +7,7 @@
 #include <sddl.h>
 
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace logbook::win32 {
@@ -60,19 +61,18 @@ SECURITY_ATTRIBUTES* PrivateRights::Make(const wchar_t* inheritance) {
     return std::wstring(L"(A;") + inheritance + L";FA;;;" + who + L")";
   };
   const std::wstring user = ThisUser();
-  if (user.empty()) return nullptr;
   LocalFree(descriptor_);
   descriptor_ = nullptr;
-  const std::wstring text = L"D:P" + entry(user) + entry(L"SY");
+  const std::wstring text = L"D:P" + entry(user.empty() ? L"OW" : user) + entry(L"SY");
   if (!ConvertStringSecurityDescriptorToSecurityDescriptorW(text.c_str(), SDDL_REVISION_1,
                                                             &descriptor_, nullptr))
-    return nullptr;
+    throw std::bad_alloc();
   attributes_ = {sizeof attributes_, descriptor_, FALSE};
   return &attributes_;
 }
 
 bool PrivateRights::GiveTo(const std::string& native_path) {
-  if (ForFolder() == nullptr) return false;
+  ForFolder();
   BOOL present = FALSE, defaulted = FALSE;
   PACL rights = nullptr;
   if (!GetSecurityDescriptorDacl(descriptor_, &present, &rights, &defaulted)) return false;

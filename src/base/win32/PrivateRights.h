@@ -18,8 +18,9 @@ class PrivateRights {
   PrivateRights(const PrivateRights&) = delete;
   PrivateRights& operator=(const PrivateRights&) = delete;
 
-  // For the system's calls that make something; null if the rights cannot be made up. What is made
-  // in such a folder later has the folder's rights. They last as long as the object.
+  // For the system's calls that make something. What is made in such a folder later has the
+  // folder's rights. They last as long as the object. Where nobody can tell who this user is, they
+  // are those of whoever owns the thing. Raise std::bad_alloc rather than make up none.
   SECURITY_ATTRIBUTES* ForFolder() { return Make(L"OICI"); }
   SECURITY_ATTRIBUTES* ForFile() { return Make(L""); }
 

@@ -13,6 +13,11 @@ namespace {
 
 constexpr std::wstring_view kLiteral = L"\\\\?\\";
 
+// Shorter paths go as they are: the literal form would make names that end with a point or a blank,
+// or that are those of devices, which no other program can open. A folder has room for twelve
+// characters more within the system's limit of 260.
+constexpr std::size_t kShortest = 248;
+
 bool IsHighHalf(wchar_t unit) {
   return unit >= 0xD800 && unit < 0xDC00;
 }
@@ -58,7 +63,7 @@ std::string Narrow(std::wstring_view text) {
 std::wstring WidePath(std::string_view native_path) {
   std::wstring path = Wide(native_path);
   std::replace(path.begin(), path.end(), L'/', L'\\');
-  if (path.starts_with(kLiteral)) return path;
+  if (path.starts_with(kLiteral) || path.size() < kShortest) return path;
   const bool has_drive = path.size() > 2 && path[1] == L':' && path[2] == L'\\';
   const bool is_share = !has_drive && path.size() > 2 && path[0] == L'\\' && path[1] == L'\\';
   if ((!has_drive && !is_share) || HasDots(path)) return path;

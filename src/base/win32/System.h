@@ -50,8 +50,8 @@ class Handle {
 std::wstring Wide(std::string_view text);
 std::string Narrow(std::wstring_view text);
 
-// A native path for the system's calls: backslashes, and a full one in the form that takes names
-// literally and knows no limit of length.
+// A native path for the system's calls: backslashes, and a full one that comes near the limit of
+// their length in the form that takes names literally and has no such limit.
 std::wstring WidePath(std::string_view native_path);
 
 }  // namespace logbook::win32

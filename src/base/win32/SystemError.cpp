@@ -11,6 +11,12 @@
 
 namespace logbook::win32 {
 
+namespace {
+
+constexpr unsigned long kDiskQuotaExceeded = 1295;  // the compiler's header lacks its name
+
+}  // namespace
+
 int ErrnoOf(unsigned long error) {
   switch (error) {
     case ERROR_FILE_NOT_FOUND:
@@ -29,6 +35,8 @@ int ErrnoOf(unsigned long error) {
     case ERROR_LOCK_VIOLATION:
     case ERROR_WRITE_PROTECT:
     case ERROR_NETWORK_ACCESS_DENIED:
+    case ERROR_USER_MAPPED_FILE:
+    case ERROR_DELETE_PENDING:
       return EACCES;
     case ERROR_ALREADY_EXISTS:
     case ERROR_FILE_EXISTS:
@@ -37,10 +45,13 @@ int ErrnoOf(unsigned long error) {
       return ENOTEMPTY;
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
+    case kDiskQuotaExceeded:
       return ENOSPC;
     case ERROR_NOT_ENOUGH_MEMORY:
     case ERROR_OUTOFMEMORY:
       return ENOMEM;
+    case ERROR_FILENAME_EXCED_RANGE:
+      return ENAMETOOLONG;
     case ERROR_NOT_SUPPORTED:
       return ENOTSUP;
     default:

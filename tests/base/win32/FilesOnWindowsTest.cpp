@@ -56,6 +56,14 @@ TEST_F(FilesOnWindowsTest, AMachineWithoutAHomeHasTheRealDrives) {
   EXPECT_TRUE(FolderExists(real, "C:\\"));
 }
 
+TEST_F(FilesOnWindowsTest, ANameIsWhatTheSystemMakesOfItAndALongPathIsTakenAsItIs) {
+  WriteFile(disk, "C:\\a.txt. ", "bytes");
+  EXPECT_EQ(disk.Get("C:\\a.txt"), "bytes");
+  const std::string folder = "C:/" + std::string(200, 'x') + "/";
+  EXPECT_EQ(WidePath(folder + std::string(43, 'y')).substr(0, 3), L"C:\\");
+  EXPECT_EQ(WidePath(folder + std::string(44, 'y')).substr(0, 7), L"\\\\?\\C:\\");
+}
+
 TEST_F(FilesOnWindowsTest, AMachineWithAHomeHasItsDrivesBelowIt) {
   EXPECT_EQ(NativePath(disk, "C:\\a\\b"), disk.home() + "/drives/c/a/b");
   EXPECT_EQ(DrivePathText(disk, disk.home() + "/drives/c/a"), "C:\\a");
