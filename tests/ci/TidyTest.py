@@ -6,6 +6,7 @@
     TidyTest.py TOP    TOP is the project's folder; the check runs in a repository of a few sources
 """
 import json
+import os
 import pathlib
 import shutil
 import subprocess
@@ -28,9 +29,9 @@ FAULTY = {
 }
 
 
-def run(tree, *arguments):
+def run(tree, *arguments, **variables):
     return subprocess.run([tree / ".ci/tidy", *arguments], capture_output=True, text=True,
-                          check=False).stdout
+                          check=False, env=os.environ | variables).stdout
 
 
 def git(tree, *arguments):
@@ -39,13 +40,12 @@ def git(tree, *arguments):
 
 
 def plant(tree, files):
-    commands = []
     for name, text in files.items():
         path = tree / name
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text(text)
-        if path.suffix == ".cpp":
-            commands.append({"directory": str(tree), "file": name, "command": f"c++ -c {name}"})
+    commands = [{"directory": str(tree), "file": str(source), "command": f"c++ -I. -c {source}"}
+                for source in sorted(tree.glob("**/*.cpp"))]
     (tree / "build/dev").mkdir(parents=True, exist_ok=True)
     (tree / "build/dev/compile_commands.json").write_text(json.dumps(commands))
     git(tree, "add", *files)
@@ -75,6 +75,12 @@ def main():
                     failed.append(f"{arguments}: {check} of {file} is not told once:\n{lines}")
         if "host/" in run(tree, "src"):
             failed.append("a folder that was not named is examined")
+        if "nosuch" not in run(tree, BASE="nosuch"):
+            failed.append("a base that is none is not told")
+        plant(tree, {"host/Wear.h": "int Worn();\n", "host/Wear.cpp": '#include "host/Wear.h"\n'})
+        plant(tree, {"host/Wear.h": "int Worn(std::strin);\n"})
+        if "host/Wear.h:1" not in run(tree):
+            failed.append("a header that differs is not examined")
         (tree / ".clang-tidy").write_text("Checks: [\n")
         if "src/base/Twice.cpp" not in run(tree, "src/base/Twice.cpp"):
             failed.append("that clang-tidy could do nothing is not told")
