@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 #include <ostream>
+#include <random>
 
 #include "LogRoots.h"
 #include "Output.h"
@@ -109,18 +110,20 @@ void ExportToFile(Call& call, const Job& job, const std::string& native_path) {
   ExportAll(call, job, *exporter);
 }
 
-// Held by the one export of this user that may take away what a killed one has left; nothing where
-// another one has it, or where no folder can hold the lock.
-std::unique_ptr<FileLock> LockExports() {
+// Held by the one export of this user that is at work on a file, so that what bears the name of an
+// unfinished one is a killed one's; nothing where no folder can hold the lock.
+std::unique_ptr<FileLock> LockExports(const Call& call) {
   const std::string folder = UserCacheFolder();
   if (folder.empty()) return nullptr;
   try {
     const fs::path place = Utf8Path(folder) / "quorex-logbook";
     std::error_code ignored;
     fs::create_directories(place, ignored);
-    auto lock =
-        std::make_unique<FileLock>((place / "export.lock").string(), FileLock::Patience::kTry);
-    return lock->IsHeld() ? std::move(lock) : nullptr;
+    const std::string path = (place / "export.lock").string();
+    auto lock = std::make_unique<FileLock>(path, FileLock::Patience::kTry);
+    if (lock->IsHeld()) return lock;
+    call.Tell("waits for another export to end");
+    return std::make_unique<FileLock>(path, FileLock::Patience::kWait);
   } catch (const RunTimeError&) {
     return nullptr;
   }
@@ -130,14 +133,18 @@ std::unique_ptr<FileLock> LockExports() {
 // itself, or, where the program was killed, with the next export to the same name.
 class Unfinished {
  public:
-  explicit Unfinished(const std::string& target)
-      : target_(target), lock_(LockExports()), path_(target + ".part~") {
+  Unfinished(const Call& call, const std::string& target)
+      : target_(target), lock_(LockExports(call)), path_(target + ".part~") {
     std::error_code ignored;
-    if (lock_ != nullptr) fs::remove(Utf8Path(path_), ignored);
-    int number = 0;
-    while (fs::exists(fs::symlink_status(Utf8Path(path_)))) {
-      path_ = target + "." + std::to_string(++number) + ".part~";
+    if (lock_ != nullptr) {
+      fs::remove(Utf8Path(path_), ignored);
+    } else {
+      // Nobody can tell whose the plain name is.
+      path_ = target + "." + std::to_string(std::random_device()()) + ".part~";
     }
+    int number = 0;
+    while (fs::exists(fs::symlink_status(Utf8Path(path_))))
+      path_ = target + "." + std::to_string(++number) + ".part~";
   }
   ~Unfinished() {
     try {
@@ -190,7 +197,7 @@ int Export(Call& call, const ExportRequest& request) {
   }
   RefuseBelowRoots(call, request.file, job->roots);
   call.subject += " " + request.file;
-  const Unfinished unfinished(TargetOf(call, request.file));
+  const Unfinished unfinished(call, TargetOf(call, request.file));
   ExportToFile(call, *job, unfinished.Path());
   unfinished.Complete();
   return kSuccess;

@@ -8,15 +8,24 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <cstdlib>
+#include <mutex>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <set>
 #include <sstream>
+#include <thread>
 #include <tuple>
 
 #include "LogbookctlRun.h"
 #include "RandomLogs.h"
 #include "SampleReadings.h"
+#include "Verbs.h"
+#include "base/Environment.h"
+#include "base/FileLock.h"
+#include "support/EnvironmentVariable.h"
 
 namespace logbook {
 namespace {
@@ -46,6 +55,31 @@ std::string Portrait(const fs::path& folder) {
   for (const std::string& line : lines) all += line + '\n';
   return all;
 }
+
+// What a thread says, for another one.
+class HeardWords : public std::streambuf {
+ public:
+  bool Hold(const std::string& words) {
+    const std::lock_guard lock(one_at_a_time_);
+    return heard_.find(words) != std::string::npos;
+  }
+
+ protected:
+  int_type overflow(int_type byte) override {
+    const char letter = static_cast<char>(byte);
+    xsputn(&letter, 1);
+    return byte;
+  }
+  std::streamsize xsputn(const char* bytes, std::streamsize size) override {
+    const std::lock_guard lock(one_at_a_time_);
+    heard_.append(bytes, static_cast<std::size_t>(size));
+    return size;
+  }
+
+ private:
+  std::mutex one_at_a_time_;
+  std::string heard_;
+};
 
 // A root of logs, and a folder elsewhere for what is written.
 class AnalysingVerbs : public testing::Test {
@@ -526,6 +560,37 @@ TEST_F(AnalysingVerbs, WhatAKilledExportHasLeftGoesWithTheNextOne) {
   EXPECT_EQ(test::Read(part), "a half") << "only an export takes it away";
   EXPECT_EQ(OnRoot("export", "--format csv " + file).status, 0);
   EXPECT_FALSE(fs::exists(part));
+  EXPECT_GT(fs::file_size(file), 1000u);
+}
+
+// The name of what is unfinished is one export's alone.
+TEST_F(AnalysingVerbs, AnExportWaitsForAnotherOneAndSaysSo) {
+  const test::EnvironmentVariable home("LOGBOOK_HOME", logs_.disk().home().c_str());
+  const test::EnvironmentVariable cache("XDG_CACHE_HOME", (away_ + "/cache").c_str());
+  const std::string folder = UserCacheFolder() + "/quorex-logbook";
+  fs::create_directories(folder);
+  std::optional<FileLock> another(std::in_place, folder + "/export.lock", FileLock::Patience::kTry);
+  ASSERT_TRUE(another->IsHeld());
+  Put("e.csv", "an older file");
+  const std::string file = File("e.csv");
+  const std::array words = {"logbookctl", "export", "--log-root", root_.c_str(),
+                            "--format",   "csv",    file.c_str()};
+  HeardWords heard;
+  std::atomic<int> status = -1;
+  std::thread export_of_ours([&] {
+    std::ostringstream out;
+    std::ostream err(&heard);
+    cli::Frame frame(out, err);
+    cli::AddExport(frame);
+    status = frame.Run(static_cast<int>(words.size()), words.data());
+  });
+  while (status == -1 && !heard.Hold("waits for another export")) std::this_thread::yield();
+  EXPECT_EQ(status, -1);
+  EXPECT_EQ(test::Read(file), "an older file");
+  EXPECT_FALSE(fs::exists(file + ".part~"));
+  another.reset();
+  export_of_ours.join();
+  EXPECT_EQ(status, 0);
   EXPECT_GT(fs::file_size(file), 1000u);
 }
 

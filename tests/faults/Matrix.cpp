@@ -345,8 +345,9 @@ class Matrix {
     if (!outcome.finished) return "ended by signal " + std::to_string(outcome.signal);
     const Disk now = ReadDisk(station_.disk.home());
     const Aftermath after{before_, done_, milestones_, now, true, outcome.told};
-    std::string fault = JudgeFiles(after, {.act = Act::kAnswer, .calls = Calls::kReading, .at = 0});
-    if (fault.empty()) fault = JudgeTold(after);
+    const Point point = {.act = Act::kAnswer, .calls = Calls::kReading, .at = 0};
+    std::string fault = JudgeFiles(after, point);
+    if (fault.empty()) fault = JudgeTold(after, point);
     if (fault.empty() && command_.judge) fault = command_.judge(after);
     return fault;
   }
@@ -375,7 +376,7 @@ class Matrix {
     std::string fault = JudgeFiles(after, point);
     if (fault.empty() && point.at > changing_ && point.act == Act::kPowerLoss)
       fault = JudgeSynced(after);
-    if (fault.empty()) fault = JudgeTold(after);
+    if (fault.empty()) fault = JudgeTold(after, point);
     if (fault.empty() && command_.judge) fault = command_.judge(after);
     if (fault.empty()) fault = JudgeNextRun();
     return fault;
@@ -397,13 +398,22 @@ class Matrix {
                        [&](const Disk& disk) { return !disk.contains(path); });
   }
 
+  // Whether the file may hold less as something could not be read: a call that reads has failed, or
+  // may have behind one that changes and keeps failing.
+  bool FollowsReading(const std::string& path, const Point& point) const {
+    const bool fails_reading =
+        point.calls == Calls::kReading ||
+        (point.times == Times::kForEver && (point.error == EIO || point.error == EMFILE));
+    return fails_reading && command_.follows_reading && command_.follows_reading(path);
+  }
+
   // Of what can be made again at any time: a power cut may take it, and where something could not
   // be read it is a whole text of what could.
   bool IsGoodEnough(const std::string& path, const std::string& bytes, const Point& point) const {
     const bool is_made = command_.is_made && command_.is_made(path);
     if (point.act == Act::kPowerLoss) return is_made;
-    const bool follows_reading = command_.follows_reading && command_.follows_reading(path);
-    return point.act == Act::kAnswer && (is_made || follows_reading) && bytes.ends_with("\r\n");
+    return point.act == Act::kAnswer && (is_made || FollowsReading(path, point)) &&
+           bytes.ends_with("\r\n");
   }
 
   // Every file under its own name is whole: as before, as at a milestone or as at the end.
@@ -439,7 +449,7 @@ class Matrix {
   }
 
   // Who is told nothing believes that all is done.
-  std::string JudgeTold(const Aftermath& after) const {
+  std::string JudgeTold(const Aftermath& after, const Point& point) const {
     if (!after.finished || after.told != command_.says) return {};
     Disk now, done;
     const auto keep = [&](const Disk& from, Disk& to) {
@@ -453,7 +463,11 @@ class Matrix {
     for (const auto& [key, bytes] : done) {
       if (!now.contains(key)) return "nobody is told that " + key + " was not made";
       if (command_.is_whole && command_.is_whole(key, now[key])) continue;
-      if (now[key] != bytes) return "nobody is told that " + key + " is not new, " + Cut(now[key]);
+      if (now[key] == bytes) continue;
+      const auto old = after.before.find(key);
+      const bool is_old = old != after.before.end() && old->second == now[key];
+      if (!is_old && FollowsReading(key, point)) continue;
+      return "nobody is told that " + key + " is not new, " + Cut(now[key]);
     }
     for (const auto& [key, bytes] : now) {
       if (!done.contains(key)) return "nobody is told that " + key + " is there";

@@ -47,7 +47,7 @@ Command ExportValues() {
           .is_made = is_lock,
           // A value that cannot be read is told beside the others, by its state.
           .follows_reading = is_export,
-          .is_silent = [=](const std::string& path) { return is_export(path) || is_lock(path); }};
+          .is_silent = is_lock};
 }
 
 }  // namespace logbook::test
