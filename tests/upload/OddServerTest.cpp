@@ -116,6 +116,33 @@ TEST_F(OddServerWithTwoTest, AHeadWithoutEndIsGivenUp) {
       "The answer of the content server to MKCOL ");
 }
 
+constexpr char kTooLong[] = "The answer of the content server to MKCOL ";
+
+TEST_F(OddServerTest, APageHasAtMostAMegabyte) {
+  constexpr std::size_t kMost = 1024 * 1024;
+  const auto reason = [this](std::size_t size) {
+    return ReasonOf("MKCOL", "HTTP/1.1 500 Odd\r\nContent-Length: " + std::to_string(size) +
+                                 "\r\n\r\n" + std::string(size, 'x'));
+  };
+  EXPECT_THAT(reason(kMost - 1), Not(HasSubstr(kTooLong)));
+  EXPECT_THAT(reason(kMost), Not(HasSubstr(kTooLong)));
+  EXPECT_THAT(reason(kMost + 1), HasSubstr(kTooLong));
+}
+
+TEST_F(OddServerTest, TheHeadOfAnAnswerHasAtMost256Kilobytes) {
+  constexpr std::size_t kMost = 256 * 1024;
+  const auto reason = [this](std::size_t size) {
+    std::string head = "HTTP/1.1 500 Odd\r\nContent-Length: 0\r\n";
+    while (head.size() + 1000 < size) head += "X: " + std::string(495, 'x') + "\r\n";
+    head += "Y: " + std::string(size - head.size() - 7, 'y') + "\r\n\r\n";
+    EXPECT_EQ(head.size(), size);
+    return ReasonOf("MKCOL", head);
+  };
+  EXPECT_THAT(reason(kMost - 1), Not(HasSubstr(kTooLong)));
+  EXPECT_THAT(reason(kMost), Not(HasSubstr(kTooLong)));
+  EXPECT_THAT(reason(kMost + 1), HasSubstr(kTooLong));
+}
+
 TEST_F(OddServerWithTwoTest, AFileWithoutEndIsNotTheOneThatWasSent) {
   ExpectSecondArrives(
       [](int socket, const Request& request) {
