@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "support/Errors.h"
 #include "support/TestMachine.h"
 
@@ -22,20 +20,6 @@ TEST(FileLockTest, ALockIsHeldByOneAtATime) {
     EXPECT_FALSE(FileLock(path, FileLock::Patience::kTry).IsHeld());
   }
   EXPECT_TRUE(FileLock(path, FileLock::Patience::kTry).IsHeld());
-}
-
-TEST(FileLockTest, WhoWaitsHoldsTheLockInTheEnd) {
-  const TestMachine disk;
-  const std::string path = disk.Native("C:\\lock");
-  std::thread other;
-  bool is_held = false;
-  {
-    const FileLock first(path, FileLock::Patience::kWait);
-    EXPECT_TRUE(first.IsHeld());
-    other = std::thread([&] { is_held = FileLock(path, FileLock::Patience::kWait).IsHeld(); });
-  }
-  other.join();
-  EXPECT_TRUE(is_held);
 }
 
 TEST(FileLockTest, ALockThatCannotBeMadeIsAnErrorAndNotSomebodyElses) {

@@ -12,9 +12,11 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "base/FileLock.h"
 #include "base/Files.h"
 #include "base/NativeDisk.h"
 #include "base/NativeFile.h"
@@ -118,6 +120,14 @@ TEST_F(OtherWritersTest, OfAHundredTemporaryNamesOneHasToBeFree) {
     EXPECT_EQ(disk.Get("C:\\log\\a.txt"), free);
     disk.MakeFolders("C:\\log\\" + numbered + free);
   }
+}
+
+TEST_F(OtherWritersTest, WhoWaitsForALockHoldsItWhenTheOtherLetsItGo) {
+  const std::string path = disk.Native("C:\\lock");
+  std::optional<FileLock> first;
+  first.emplace(path, FileLock::Patience::kWait);
+  DiskCalls::BeforeTheNext("wait", [&first] { first.reset(); });
+  EXPECT_TRUE(FileLock(path, FileLock::Patience::kWait).IsHeld());
 }
 
 TEST_F(OtherWritersTest, AFileThatWasRemovedBeforeItsLockIsNotMade) {

@@ -17,6 +17,7 @@
 #include "base/FilesBelow.h"
 #include "base/NativeDisk.h"
 #include "base/NativeFile.h"
+#include "base/PrivateFolder.h"
 #include "base/posix/FolderLock.h"
 #include "base/posix/LockedFile.h"
 #include "support/DiskCalls.h"
@@ -137,6 +138,14 @@ TEST_F(RefusingDiskTest, AFolderThatCannotBeListedStaysAndNothingOfItStaysOpen) 
   const int still_free = dup(0);
   close(still_free);
   EXPECT_EQ(still_free, free);
+}
+
+TEST_F(RefusingDiskTest, AFolderThatIsItsOwnersAloneAlreadyIsTakenAsItIs) {
+  MakePrivateFolder(disk, "C:\\area");
+  disk.Put("C:\\open\\a.txt", "");
+  DiskCalls::Refuse("fchmod", EROFS);
+  EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(disk, "C:\\area"); }), std::nullopt);
+  EXPECT_EQ(NumberRaisedBy([&] { MakePrivateFolder(disk, "C:\\open"); }), 70);
 }
 
 TEST_F(RefusingDiskTest, WhatCannotBeReadIsNotTakenForALeftFile) {

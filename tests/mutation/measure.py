@@ -195,11 +195,11 @@ class Room:
 
 
 class Equivalents:
-    """The faults that no test can see. A row stands for one line of its file: of two equal lines
-    each has a row of its own."""
+    """The faults that no test can see. A row stands for one fault: of two equal ones in a line, or
+    in two equal lines, each has a row of its own."""
 
     def __init__(self, top):
-        self.rows, self.lines = collections.Counter(), collections.defaultdict(set)
+        self.rows, self.held = collections.Counter(), collections.Counter()
         sources = {}
         for line in (HERE / "equivalent.tsv").read_text().split("\n"):
             if not line or line.startswith("#"):
@@ -213,10 +213,20 @@ class Equivalents:
             self.rows[(file, text, was, now)] += 1
 
     def hold(self, fault):
-        key = (fault.file, fault.text, one_line(fault.was), fault.now)
-        if fault.line not in self.lines[key] and len(self.lines[key]) < self.rows[key]:
-            self.lines[key].add(fault.line)
-        return fault.line in self.lines[key]
+        self.held[self.key(fault)] += 1
+        return self.held[self.key(fault)] <= self.rows[self.key(fault)]
+
+    def expect_all(self, planted):
+        """Ends the program if a row of the files with these faults stands for none of them."""
+        faults = collections.Counter(self.key(fault) for fault in planted)
+        files = {fault.file for fault in planted}
+        for key, rows in self.rows.items():
+            if key[0] in files and rows > faults[key]:
+                sys.exit(f"equivalent.tsv: no such fault is planted: {key}")
+
+    @staticmethod
+    def key(fault):
+        return (fault.file, fault.text, one_line(fault.was), fault.now)
 
 
 def one_line(text):
@@ -230,6 +240,7 @@ def main(top, build, name, *wanted):
     room = Room(top, build, name, wanted)
     known = Equivalents(room.top)
     room.make()
+    known.expect_all(room.faults)
     room.look()
     equivalent, survivors, killed = 0, [], 0
     with concurrent.futures.ThreadPoolExecutor(int(os.environ.get("JOBS", "2"))) as workers:

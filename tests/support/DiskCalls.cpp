@@ -226,6 +226,11 @@ ssize_t read(int descriptor, void* buffer, std::size_t size) {
   return -1;
 }
 
+int fchmod(int descriptor, mode_t mode) {
+  if (IsRefused("fchmod")) return -1;
+  return Real<int(int, mode_t)>("fchmod")(descriptor, mode);
+}
+
 ssize_t pread(int descriptor, void* buffer, std::size_t size, off_t place) {
   if (IsRefused("pread")) return -1;
   return Real<ssize_t(int, void*, std::size_t, off_t)>("pread")(descriptor, buffer, size, place);

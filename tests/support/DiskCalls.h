@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // What a program asks of its disk, and a disk that refuses: fsync, renameat, unlinkat, openat,
-// flock, read, pread, opendir, fdopendir and readdir of a test program whose sources hold
+// flock, fchmod, read, pread, opendir, fdopendir and readdir of a test program whose sources hold
 // DiskCalls.cpp are this module's.
 #pragma once
 
@@ -34,7 +34,7 @@ class DiskCalls {
   static void FailReads(const std::string& native_path, std::size_t from);
 
   // From here on every call of this kind fails with this error, until the object goes: "list",
-  // "next" for the next name of a list, "wait", "try", "pread", "rename".
+  // "next" for the next name of a list, "wait", "try", "pread", "rename", "fchmod".
   static void Refuse(const std::string& kind, int error);
 
   // Does this once, right before the next call of a kind as above, or "openat": what somebody else
