@@ -7,6 +7,7 @@
 
 #include "base/RunTimeError.h"
 #include "base/TemporaryName.h"
+#include "base/UpperCase.h"
 #include "base/win32/Status.h"
 #include "base/win32/SystemError.h"
 
@@ -14,13 +15,16 @@ namespace logbook::win32 {
 
 namespace {
 
-// The path with the name of its file as the disk spells it.
+// The path with the name of its file as the disk spells it. The search takes some signs for any
+// name and so may find others.
 std::wstring AsSpelled(const std::wstring& path) {
   WIN32_FIND_DATAW entry = {};
   const HANDLE search = FindFirstFileW(path.c_str(), &entry);
   if (search == INVALID_HANDLE_VALUE) return path;
   FindClose(search);
-  return path.substr(0, path.find_last_of(L"\\/") + 1) + entry.cFileName;
+  const std::size_t begin = path.find_last_of(L"\\/") + 1;
+  if (!EqualIgnoringCase(Narrow(path.substr(begin)), Narrow(entry.cFileName))) return path;
+  return path.substr(0, begin) + entry.cFileName;
 }
 
 bool Move(const std::wstring& from, const std::wstring& to) {

@@ -93,6 +93,16 @@ TEST_F(FilesOnWindowsTest, AFileIsFoundInAnySpellingAndKeepsItsOwn) {
   EXPECT_EQ(ReadFile(disk, "c:\\Log\\LOGFILE.ini"), "new");
 }
 
+TEST_F(FilesOnWindowsTest, ANameThatWouldStandForOthersReplacesNone) {
+  disk.Put("C:\\log\\letter.txt", "keep");
+  disk.Put("C:\\log\\later.txt", "keep, too");
+  for (const char* name : {"C:\\log\\l*.txt", "C:\\log\\lat?r.txt", "C:\\log\\l<.txt"})
+    EXPECT_ANY_THROW(WriteFile(disk, name, "new")) << name;
+  EXPECT_EQ(disk.Get("C:\\log\\letter.txt"), "keep");
+  EXPECT_EQ(disk.Get("C:\\log\\later.txt"), "keep, too");
+  EXPECT_EQ(ScanFolder(disk, "C:\\log").size(), 2u);
+}
+
 TEST_F(FilesOnWindowsTest, AReadOnlyFileIsNeitherReplacedNorDeleted) {
   disk.Put("C:\\log\\a.txt", "old");
   SetReadOnly("C:\\log\\a.txt");
