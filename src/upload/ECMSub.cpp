@@ -195,7 +195,9 @@ int StageUploadFile(AppState& state, Services& services, std::string& folder_nam
 std::string GetEcmTempArea(const AppState& state) {
   if (const auto area = WorkstationValue(state, "ECM_TEMP", kAreaBytes); area && !area->empty())
     return WithBackslash(*area);
-  const std::size_t colon = state.AppPath.find(':');
+  // Programs beside a home's drives stand on none of them, whatever drive of the machine that is.
+  const bool is_elsewhere = state.AppPath.starts_with("\\\\?\\");
+  const std::size_t colon = is_elsewhere ? std::string::npos : state.AppPath.find(':');
   const std::string drive = colon == std::string::npos ? "C:" : state.AppPath.substr(0, colon + 1);
   return drive + "\\Norvane.Quorex.ECM\\";
 }

@@ -583,6 +583,11 @@ TEST_F(ECMSubTest, AnApplicationWithoutADriveHasItsTemporaryAreaOnDriveC) {
   EXPECT_EQ(GetEcmTempArea(station.state), "C:\\Norvane.Quorex.ECM\\");
 }
 
+TEST_F(ECMSubTest, AnApplicationBesideTheDrivesOfTheHomeHasItsTemporaryAreaOnDriveC) {
+  station.state.AppPath = "\\\\?\\Z:\\programs";
+  EXPECT_EQ(GetEcmTempArea(station.state), "C:\\Norvane.Quorex.ECM\\");
+}
+
 TEST_F(ECMSubTest, TheRegistrysAreaReplacesItWithAndWithoutTrailingBackslash) {
   for (const char* value : {"C:\\temp\\ecm", "C:\\temp\\ecm\\"}) {
     Registry({{"ECM_TEMP", value}});
