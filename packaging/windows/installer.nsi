@@ -3,7 +3,8 @@
 ;
 ; The installer of the Windows edition: one folder with all programs, an entry in the list of
 ; installed programs, and the removal. Logs, settings and the workstation's files are never touched.
-; Given on the command line: VERSION, SOURCE (the folder to install), ICON, TARGET (the file to make).
+; Given on the command line: VERSION, SOURCE (the folder to install), ICON, REMOVAL (the
+; commands that take the files of its folders away), TARGET (the file to make).
 ; A program of 64 bits, as those that it installs.
 Target amd64-unicode
 Unicode true
@@ -38,6 +39,27 @@ VIAddVersionKey "LegalCopyright" "Copyright (c) The Maintenance LogBook authors"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
+; Ends before anything is changed if a program of the folder runs: its file could neither be replaced
+; nor deleted, and half of the edition would be left.
+!macro RequireIdle PROGRAM
+  ${If} ${FileExists} "$INSTDIR\${PROGRAM}"
+    ClearErrors
+    FileOpen $0 "$INSTDIR\${PROGRAM}" a
+    ${If} ${Errors}
+      MessageBox MB_OK|MB_ICONSTOP "${PROGRAM} is running. End it, then try again." /SD IDOK
+      SetErrorLevel 4
+      Quit
+    ${EndIf}
+    FileClose $0
+  ${EndIf}
+!macroend
+!macro RequireAllIdle
+  !insertmacro RequireIdle "logbook.exe"
+  !insertmacro RequireIdle "logbookctl.exe"
+  !insertmacro RequireIdle "ecm-agent.exe"
+  !insertmacro RequireIdle "quorex-host.exe"
+!macroend
+
 Function .onInit
   ${IfNot} ${AtLeastWin10}
     MessageBox MB_OK|MB_ICONSTOP "The programs need Windows 10 or later." /SD IDOK
@@ -52,6 +74,7 @@ Function un.onInit
 FunctionEnd
 
 Section
+  !insertmacro RequireAllIdle
   ; The tie to a content server is the workstation's own: one that is there stays. The copy tells
   ; the removal whether it is still as it came.
   SetOutPath "$INSTDIR"
@@ -99,6 +122,7 @@ Function un.CompareSettings
 FunctionEnd
 
 Section "Uninstall"
+  !insertmacro RequireAllIdle
   Call un.CompareSettings
   ${If} $0 == "same"
     Delete "$INSTDIR\arecm.cfg"
@@ -108,10 +132,8 @@ Section "Uninstall"
   Delete "$INSTDIR\logbookctl.exe"
   Delete "$INSTDIR\ecm-agent.exe"
   Delete "$INSTDIR\quorex-host.exe"
-  RMDir /r "$INSTDIR\docs"
-  RMDir /r "$INSTDIR\manual"
-  RMDir /r "$INSTDIR\translations"
-  RMDir /r "$INSTDIR\licences"
+  ; What was packed into folders, file by file.
+  !include "${REMOVAL}"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   DeleteRegKey HKLM "${KEY}"
