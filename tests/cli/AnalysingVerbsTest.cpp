@@ -571,10 +571,10 @@ TEST_F(AnalysingVerbs, AnExportWaitsForAnotherOneAndSaysSo) {
   fs::create_directories(folder);
   std::optional<FileLock> another(std::in_place, folder + "/export.lock", FileLock::Patience::kTry);
   ASSERT_TRUE(another->IsHeld());
-  Put("e.csv", "an older file");
-  const std::string file = File("e.csv");
-  const std::array words = {"logbookctl", "export", "--log-root", root_.c_str(),
-                            "--format",   "csv",    file.c_str()};
+  const char* const typed = "C:\\e.csv";
+  const std::string file = logs_.disk().Native(typed);
+  logs_.disk().Put(typed, "an older file");
+  const std::array words = {"logbookctl", "export", "--format", "csv", typed};
   HeardWords heard;
   std::atomic<int> status = -1;
   std::thread export_of_ours([&] {

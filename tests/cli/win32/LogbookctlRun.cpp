@@ -95,7 +95,8 @@ int RunToEnd(std::wstring line, const std::string& out, const std::string& err) 
   PROCESS_INFORMATION process = {};
   if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
                       &process))
-    throw std::runtime_error("cannot start " + win32::Narrow(line));
+    throw std::runtime_error("error " + std::to_string(GetLastError()) + ": cannot start " +
+                             win32::Narrow(line));
   const Handle program(process.hProcess), thread(process.hThread);
   WaitForSingleObject(program.Value(), INFINITE);
   DWORD status = 0;
