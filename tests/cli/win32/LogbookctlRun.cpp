@@ -84,6 +84,17 @@ Handle ChannelTo(const std::string& file) {
                             FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+// Wine loses a process now and then before its program has begun, and says that it did.
+bool Starts(std::wstring& line, STARTUPINFOW& start, PROCESS_INFORMATION& process) {
+  for (int tries = 0; tries < 3; ++tries) {
+    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
+                       &process))
+      return true;
+    if (GetLastError() != ERROR_INTERNAL_ERROR) return false;
+  }
+  return false;
+}
+
 int RunToEnd(std::wstring line, const std::string& out, const std::string& err) {
   const Handle in = ChannelTo("NUL"), out_channel = ChannelTo(out), err_channel = ChannelTo(err);
   STARTUPINFOW start = {};
@@ -93,8 +104,7 @@ int RunToEnd(std::wstring line, const std::string& out, const std::string& err) 
   start.hStdOutput = out_channel.Value();
   start.hStdError = err_channel.Value();
   PROCESS_INFORMATION process = {};
-  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
-                      &process))
+  if (!Starts(line, start, process))
     throw std::runtime_error("error " + std::to_string(GetLastError()) + ": cannot start " +
                              win32::Narrow(line));
   const Handle program(process.hProcess), thread(process.hThread);
