@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <filesystem>
 #include <thread>
 
@@ -131,18 +132,30 @@ TEST_F(FilesOnWindowsTest, AFileThatAnotherProgramKeepsForItselfIsRefused) {
   EXPECT_EQ(ErrorOf([&] { DeleteFile(disk, "C:\\log\\a.txt"); }), ErrorNumber::kPermissionDenied);
 }
 
+// Each try gives the new file the attributes of the old one first. The reader takes them away when
+// he sees them, and goes when they come again: one try has been refused then.
 TEST_F(FilesOnWindowsTest, AReplacementWaitsForAReaderWhoSharesNothing) {
   disk.Put("C:\\log\\a.txt", "old");
+  SetFileAttributesW(Wide("C:\\log\\a.txt").c_str(), FILE_ATTRIBUTE_HIDDEN);
+  const std::wstring made = Wide("C:\\log\\" + std::string(kTemporaryName));
   Handle held = Hold("C:\\log\\a.txt", GENERIC_READ, FILE_SHARE_READ);
   ASSERT_TRUE(held.IsOpen());
-  const Handle waits(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  std::atomic<bool> is_over = false;
+  int tries_seen = 0;
   std::thread reader([&] {
-    WaitForSingleObject(waits.Value(), INFINITE);
+    while (tries_seen < 2 && !is_over) {
+      const DWORD attributes = GetFileAttributesW(made.c_str());
+      if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_HIDDEN) == 0)
+        continue;
+      SetFileAttributesW(made.c_str(), FILE_ATTRIBUTE_NORMAL);
+      ++tries_seen;
+    }
     held.Close();
   });
-  SetEvent(waits.Value());
-  WriteFile(disk, "C:\\log\\a.txt", "new");
+  EXPECT_EQ(NumberRaisedBy([&] { WriteFile(disk, "C:\\log\\a.txt", "new"); }), std::nullopt);
+  is_over = true;
   reader.join();
+  EXPECT_EQ(tries_seen, 2);
   EXPECT_EQ(disk.Get("C:\\log\\a.txt"), "new");
   EXPECT_EQ(ScanFolder(disk, "C:\\log").size(), 1u);
 }
