@@ -129,7 +129,7 @@ TEST_F(HostLink, AHostThatDoesNotAnswerInTimeFails) {
   QElapsedTimer elapsed;
   elapsed.start();
   EXPECT_THROW(link.Request("HOST", "CPWAIT", "_exepath$"), RunTimeError);
-  EXPECT_GE(elapsed.elapsed(), 190);
+  EXPECT_GE(elapsed.elapsed(), 150);  // timers of the toolkit may be a little early
 }
 
 TEST_F(HostLink, AHostIsThereWhileItsNameHasAnOwnerEvenIfItNeverAnswers) {
