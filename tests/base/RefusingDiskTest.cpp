@@ -102,7 +102,7 @@ TEST_F(RefusingDiskTest, AListThatBreaksOffSaysNothingOfWhatIsMissing) {
 }
 
 TEST_F(RefusingDiskTest, AFileThatHasMoreBytesThanItSaysIsUnclearBeyondTheLimit) {
-  if (!fs::exists("/proc/kallsyms")) GTEST_SKIP() << "there is no such file";
+  if (!fs::exists("/proc/kallsyms")) GTEST_SKIP() << "this machine has no /proc/kallsyms";
   FilesBelow files(disk, "\\");
   FileStamp stamp;
   std::string_view bytes;
